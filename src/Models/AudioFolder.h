@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Models/Track.h"
+
+#include <QDateTime>
+#include <QList>
+
+#include <optional>
+
+namespace tamsy {
+
+/// One folder that the user added to the library, with the tracks found in it.
+struct AudioFolder {
+    /// Without a `displayName` the folder shows the last path component of `url`.
+    AudioFolder(QUuid id, FileURL url, std::optional<QString> displayName, TrackList tracks,
+                QDateTime dateAdded);
+
+    QUuid id;            ///< identity; never changes
+    FileURL url;         ///< the folder's location; never changes
+    QString displayName; ///< what the sidebar shows
+    TrackList tracks;    ///< in library order
+    QDateTime dateAdded; ///< when the folder was added; never changes
+
+    /// Lower-case extensions, without the dot, of the files that a scan picks up.
+    [[nodiscard]] static bool isSupportedExtension(QByteArrayView lowercaseExtension);
+    [[nodiscard]] static const QList<QByteArray>& supportedExtensions();
+
+    /// All five fields; tracks count by their identity.
+    friend bool operator==(const AudioFolder&, const AudioFolder&) = default;
+};
+
+size_t qHash(const AudioFolder& folder, size_t seed = 0);
+
+} // namespace tamsy

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Utils/FileURL.h"
+
+#include <QList>
+#include <QString>
+#include <QUuid>
+
+namespace tamsy {
+
+/// One playable audio file with the tags that were read for it. A change of tags means a new
+/// record: no field changes after construction. Copies share their texts.
+struct Track {
+    QUuid id;              ///< identity of this record; a rescan makes a new one
+    FileURL url;           ///< where the audio file lies
+    QString title;         ///< display title
+    QString artist;        ///< may be empty
+    QString album;         ///< may be empty
+    double duration = 0;   ///< seconds; zero, negative or not finite when nothing could be read
+    QString fileExtension; ///< as the scan stored it
+
+    /// Minutes and seconds, or "--:--" if the duration isn't a finite number above zero.
+    [[nodiscard]] QString durationFormatted() const;
+
+    /// Identity alone decides; two records of one file differ.
+    friend bool operator==(const Track& a, const Track& b) { return a.id == b.id; }
+    friend size_t qHash(const Track& track, size_t seed = 0) { return qHash(track.id, seed); }
+};
+
+/// A track list in library order. Copies share their storage until one is changed.
+using TrackList = QList<Track>;
+
+} // namespace tamsy

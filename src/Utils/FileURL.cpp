@@ -1,0 +1,167 @@
+#include "Utils/FileURL.h"
+
+#include <array>
+#include <string_view>
+
+namespace tamsy {
+namespace {
+
+constexpr std::string_view scheme = "file://";
+constexpr std::string_view unescaped =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+    "-._~!$&'()*+,:=@/";
+
+constexpr std::array<bool, 256> makeStandingBytes() {
+    std::array<bool, 256> standing{};
+    for (const char c : unescaped)
+        standing[static_cast<unsigned char>(c)] = true;
+    return standing;
+}
+
+void appendEscaped(QByteArray& text, QByteArrayView bytes) {
+    static constexpr std::array<bool, 256> standing = makeStandingBytes();
+    static constexpr std::string_view digits = "0123456789ABCDEF";
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (standing[byte]) {
+            text.append(c);
+            continue;
+        }
+        text.append('%');
+        text.append(digits[byte >> 4U]);
+        text.append(digits[byte & 0x0FU]);
+    }
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+/// Undoes the escapes; nothing if one is broken or stands for a NUL, which no path can hold.
+std::optional<QByteArray> unescape(QByteArrayView text) {
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (c == '%') {
+            if (i + 2 >= text.size())
+                return std::nullopt;
+            const int high = hexDigit(text[i + 1]);
+            const int low = hexDigit(text[i + 2]);
+            if (high < 0 || low < 0)
+                return std::nullopt;
+            c = static_cast<char>(high * 16 + low);
+            i += 2;
+        }
+        if (c == '\0')
+            return std::nullopt;
+        bytes.append(c);
+    }
+    return bytes;
+}
+
+/// The text behind the scheme and the host, or nothing: an empty host and "localhost" are this
+/// machine.
+std::optional<QByteArrayView> escapedPath(QByteArrayView text) {
+    const auto schemeSize = static_cast<qsizetype>(scheme.size());
+    if (text.size() <= schemeSize || qstrnicmp(text.data(), scheme.data(), scheme.size()) != 0)
+        return std::nullopt;
+    const QByteArrayView rest = text.sliced(schemeSize);
+    const qsizetype slash = rest.indexOf('/');
+    if (slash < 0)
+        return std::nullopt;
+    const QByteArrayView host = rest.first(slash);
+    if (!host.isEmpty() && host.compare("localhost", Qt::CaseInsensitive) != 0)
+        return std::nullopt;
+    return rest.sliced(slash);
+}
+
+QByteArrayView lastComponent(QByteArrayView path) {
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path.size() <= 1 ? path : path.sliced(path.lastIndexOf('/') + 1);
+}
+
+/// Where the extension's dot stands in a file name, or -1.
+qsizetype extensionDot(QByteArrayView name) {
+    const qsizetype dot = name.lastIndexOf('.');
+    return dot > 0 && dot + 1 < name.size() ? dot : -1;
+}
+
+} // namespace
+
+FileURL FileURL::fromPath(QByteArrayView path) {
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    QByteArray text;
+    text.reserve(static_cast<qsizetype>(scheme.size()) + path.size());
+    text.append(scheme.data(), static_cast<qsizetype>(scheme.size()));
+    appendEscaped(text, path);
+    text.squeeze();
+    return FileURL(std::move(text));
+}
+
+std::optional<FileURL> FileURL::fromAbsoluteString(QByteArrayView text) {
+    const auto escaped = escapedPath(text);
+    if (!escaped || !unescape(*escaped))
+        return std::nullopt;
+    return FileURL(text.toByteArray());
+}
+
+QByteArray FileURL::path() const {
+    const auto escaped = escapedPath(text_);
+    return escaped ? unescape(*escaped).value_or(QByteArray()) : QByteArray();
+}
+
+QByteArray FileURL::lastPathComponent() const {
+    const auto escaped = escapedPath(text_);
+    if (!escaped)
+        return {};
+    // An escaped slash (%2F) is a slash of the path once it is undone, so cut after unescaping.
+    const QByteArray whole = path();
+    return lastComponent(whole).toByteArray();
+}
+
+QString FileURL::lastPathComponentText() const {
+    return QString::fromUtf8(lastPathComponent());
+}
+
+QString FileURL::nameWithoutExtensionText() const {
+    QByteArray name = lastPathComponent();
+    const qsizetype dot = extensionDot(name);
+    return QString::fromUtf8(dot < 0 ? name : name.first(dot));
+}
+
+QByteArray FileURL::pathExtension() const {
+    const QByteArray name = lastPathComponent();
+    const qsizetype dot = extensionDot(name);
+    return dot < 0 ? QByteArray() : name.sliced(dot + 1);
+}
+
+FileURL FileURL::parent() const {
+    const QByteArray whole = path();
+    QByteArrayView view(whole);
+    while (view.size() > 1 && view.endsWith('/'))
+        view.chop(1);
+    const qsizetype slash = view.lastIndexOf('/');
+    return fromPath(slash <= 0 ? QByteArrayView("/") : view.first(slash));
+}
+
+FileURL FileURL::appending(QByteArrayView name) const {
+    QByteArray text;
+    text.reserve(text_.size() + 1 + name.size());
+    text.append(text_);
+    if (!text.endsWith('/'))
+        text.append('/');
+    appendEscaped(text, name);
+    text.squeeze();
+    return FileURL(std::move(text));
+}
+
+} // namespace tamsy

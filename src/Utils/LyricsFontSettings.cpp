@@ -1,0 +1,11 @@
+#include "Utils/LyricsFontSettings.h"
+
+#include <algorithm>
+
+namespace tamsy {
+
+double LyricsFontSettings::clamp(double size) {
+    return std::clamp(size, minimumSize, maximumSize);
+}
+
+} // namespace tamsy

@@ -1,0 +1,72 @@
+#include "Utils/FileURL.h"
+
+#include <gtest/gtest.h>
+
+using namespace tamsy;
+
+namespace {
+
+struct PathRow {
+    QByteArray path;
+    QByteArray text;
+    QByteArray last;
+    QByteArray extension;
+};
+
+TEST(FileURL, KeepsEveryByteOfAPathThroughItsText) {
+    const PathRow rows[] = {
+        {"/music/a.mp3", "file:///music/a.mp3", "a.mp3", "mp3"},
+        {"/music/", "file:///music", "music", ""},
+        {"/", "file:///", "/", ""},
+        {"/-._~!$&'()*+,:=@.Flac", "file:///-._~!$&'()*+,:=@.Flac", "-._~!$&'()*+,:=@.Flac",
+         "Flac"},
+        {"/a b;#?%[].wav", "file:///a%20b%3B%23%3F%25%5B%5D.wav", "a b;#?%[].wav", "wav"},
+        {"/\xE6\xAD\x8C.ogg", "file:///%E6%AD%8C.ogg", "\xE6\xAD\x8C.ogg", "ogg"},
+        {"/\xB8\xE8\xFF.mp3", "file:///%B8%E8%FF.mp3", "\xB8\xE8\xFF.mp3", "mp3"},
+        {"/a/.mp3", "file:///a/.mp3", ".mp3", ""},
+        {"/a/x.", "file:///a/x.", "x.", ""},
+        {"/a.b/c", "file:///a.b/c", "c", ""},
+    };
+    for (const PathRow& row : rows) {
+        const FileURL url = FileURL::fromPath(row.path);
+        EXPECT_EQ(url.absoluteString(), row.text);
+        EXPECT_EQ(url.lastPathComponent(), row.last);
+        EXPECT_EQ(url.pathExtension(), row.extension);
+        const auto again = FileURL::fromAbsoluteString(url.absoluteString());
+        ASSERT_TRUE(again) << row.text.toStdString();
+        EXPECT_EQ(*again, url);
+        EXPECT_EQ(again->path(),
+                  row.path.size() > 1 && row.path.endsWith('/') ? row.path.chopped(1) : row.path);
+    }
+}
+
+TEST(FileURL, KeepsStoredTextVerbatim) {
+    const auto url = FileURL::fromAbsoluteString("file://localhost/a%2fb%c3%a9.mp3");
+    ASSERT_TRUE(url);
+    EXPECT_EQ(url->absoluteString(), "file://localhost/a%2fb%c3%a9.mp3");
+    EXPECT_EQ(url->path(), "/a/b\xC3\xA9.mp3");
+    EXPECT_EQ(url->lastPathComponent(), "b\xC3\xA9.mp3");
+}
+
+TEST(FileURL, RefusesWhatIsNoFileAddress) {
+    for (const char* text :
+         {"", "file://", "file:///a%2", "file:///a%zz", "file:///a%00b", "/plain/path",
+          "https://example.org/a.mp3", "file://elsewhere/a.mp3", "file:a"})
+        EXPECT_FALSE(FileURL::fromAbsoluteString(text)) << text;
+}
+
+TEST(FileURL, ShowsUndecodableBytesAsReplacements) {
+    const FileURL url = FileURL::fromPath("/x/\xB8\xE8.mp3");
+    EXPECT_EQ(url.lastPathComponentText(), QString::fromUtf8("\xEF\xBF\xBD\xEF\xBF\xBD.mp3"));
+    EXPECT_EQ(FileURL::fromPath("/x/My Song.tar.flac").nameWithoutExtensionText(),
+              QStringLiteral("My Song.tar"));
+}
+
+TEST(FileURL, WalksUpAndDown) {
+    const FileURL folder = FileURL::fromPath("/a b");
+    EXPECT_EQ(folder.appending("c%.mp3").path(), "/a b/c%.mp3");
+    EXPECT_EQ(folder.appending("c").parent(), folder);
+    EXPECT_EQ(FileURL::fromPath("/").appending("x").absoluteString(), "file:///x");
+}
+
+} // namespace
