@@ -1,0 +1,98 @@
+#pragma once
+
+#include "Playback/AudioPlaybackEngine.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace tamsy {
+
+/// An engine without sound that keeps the engines' contract and notes every call. Its time stands
+/// still until a test advances it; a test may also send any values on the subjects itself.
+class FakeEngine : public AudioPlaybackEngine {
+  public:
+    ValueSubject<bool> isPlayingSubject{false};
+    ValueSubject<double> durationSubject{0};
+    ValueSubject<double> currentTimeSubject{0};
+
+    /// Every call in order: "load file:///x", "play", "seek 1.5", "volume 0.5", "interval 0.25".
+    std::vector<std::string> calls;
+    bool opensFiles = true;      // false: every load fails
+    double loadedDuration = 0.0; // the length that the next loaded file has, in seconds
+    float volume = 0.5F;
+    double updateInterval = 0.25;
+
+    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override {
+        return isPlayingSubject.publisher();
+    }
+    [[nodiscard]] Publisher<double> durationPublisher() const override {
+        return durationSubject.publisher();
+    }
+    [[nodiscard]] Publisher<double> currentTimePublisher() const override {
+        return currentTimeSubject.publisher();
+    }
+
+    void load(const FileURL& url) override {
+        note("load " + url.absoluteString().toStdString());
+        close();
+        loaded_ = opensFiles;
+        if (loaded_)
+            report(0, false);
+    }
+    void play() override {
+        note("play");
+        if (loaded_)
+            isPlayingSubject.send(true);
+    }
+    void pause() override {
+        note("pause");
+        if (loaded_)
+            isPlayingSubject.send(false);
+    }
+    void stop() override {
+        note("stop");
+        close();
+    }
+    void seek(double seconds) override {
+        note("seek " + text(seconds));
+        if (loaded_)
+            report(std::max(seconds, 0.0), isPlayingSubject.value());
+    }
+    void setVolume(float newVolume) override {
+        note("volume " + text(newVolume));
+        volume = newVolume;
+    }
+    void setUpdateInterval(double seconds) override {
+        note("interval " + text(seconds));
+        updateInterval = std::max(seconds, 0.05);
+    }
+
+    /// Lets `seconds` of playback pass, with a report at each update interval.
+    void advance(double seconds) {
+        for (double passed = updateInterval; isPlayingSubject.value() && passed <= seconds;
+             passed += updateInterval)
+            report(currentTimeSubject.value() + updateInterval, true);
+    }
+
+  private:
+    void note(std::string call) { calls.push_back(std::move(call)); }
+
+    static std::string text(double number) { return QByteArray::number(number).toStdString(); }
+
+    void close() {
+        loaded_ = false;
+        isPlayingSubject.send(false);
+        currentTimeSubject.send(0);
+    }
+
+    void report(double time, bool playing) {
+        durationSubject.send(loadedDuration);
+        currentTimeSubject.send(time);
+        isPlayingSubject.send(playing);
+    }
+
+    bool loaded_ = false;
+};
+
+} // namespace tamsy
