@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Services/AudioMetadata.h"
+#include "Utils/FileURL.h"
+
+#include <QFuture>
+
+namespace tamsy {
+
+/// Turns an audio file into an `AudioMetadata` record. It holds no state and keeps no cache: each
+/// call reads the file again, and one instance serves any number of callers on any thread. No path
+/// reports a failure: a file that can't be opened or has no tags gives empty texts, a duration of 0
+/// and no artwork.
+class MetadataReader {
+  public:
+    /// Texts and duration without artwork, for the scan. Blocks for the reading; any thread.
+    [[nodiscard]] AudioMetadata loadWithoutArtwork(const FileURL& url) const;
+
+    /// Everything, without blocking. Parsing and picture decoding run on a worker; the choice among
+    /// what was found, and a continuation attached without a context, run on the interface thread.
+    /// The future is cancelled, and has no result, if the program quits first.
+    [[nodiscard]] QFuture<AudioMetadata> loadAsync(const FileURL& url) const;
+
+    /// The same as `loadAsync`, but blocks until the interface thread has done its part; a blank
+    /// record if the program quits first. Never to be called on the interface thread, which would
+    /// wait for itself: that is asserted and gives a blank record.
+    [[nodiscard]] AudioMetadata load(const FileURL& url) const;
+};
+
+} // namespace tamsy
