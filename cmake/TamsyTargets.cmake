@@ -2,10 +2,12 @@
 # floor of the house. A floor links only what lies below it, so an include that points up does not
 # build.
 
-add_library(tamsy_options INTERFACE)
-target_compile_options(tamsy_options INTERFACE
+set(TAMSY_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough -Werror)
+
+add_library(tamsy_options INTERFACE)
+target_compile_options(tamsy_options INTERFACE ${TAMSY_WARNINGS})
 target_compile_definitions(tamsy_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_USE_QSTRINGBUILDER)
@@ -16,6 +18,19 @@ if(TAMSY_SANITIZE)
     # GCC's flow analysis sees null paths that only the instrumentation makes.
     target_compile_options(tamsy_options INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
 endif()
+
+# tamsy_qml_sources(TARGET file…): adds hand-written sources to a QML module. The strict warnings hold
+# for them and not for what Qt generates beside them.
+function(tamsy_qml_sources target)
+    set(options ${TAMSY_WARNINGS})
+    if(TAMSY_SANITIZE)
+        list(APPEND options -Wno-null-dereference -Wno-maybe-uninitialized)
+    endif()
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${options}")
+    target_sources(${target} PRIVATE ${ARGN})
+    target_compile_definitions(${target} PRIVATE
+        $<TARGET_PROPERTY:tamsy_options,INTERFACE_COMPILE_DEFINITIONS>)
+endfunction()
 
 # tamsy_library(NAME SOURCES file… LINK target…): one floor, or one room of it.
 function(tamsy_library name)

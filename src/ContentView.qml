@@ -1,0 +1,83 @@
+import QtQuick
+import QtQuick.Controls
+import Tamsy.Views
+
+/// The main window's content: folders beside the track table, the search over it, the player bar
+/// along the bottom over both.
+Item {
+    id: content
+
+    required property LibraryViewModel library
+    required property PlayerViewModel player
+
+    Component.onCompleted: player.attachLibrary(library)
+
+    Item {
+        id: columns
+
+        anchors.fill: parent
+
+        SplitView {
+            anchors.fill: parent
+            handle: Item {
+                implicitWidth: 1
+                containmentMask: Item {
+                    x: -3
+                    width: 7
+                    height: parent?.height ?? 0
+                }
+            }
+
+            SidebarView {
+                SplitView.preferredWidth: 260
+                SplitView.minimumWidth: 220
+                SplitView.maximumWidth: content.width - 420
+                library: content.library
+                bottomInset: bar.height
+            }
+            Rectangle {
+                SplitView.fillWidth: true
+                SplitView.minimumWidth: 420
+                color: Theme.colors.table
+
+                Row {
+                    id: toolbar
+
+                    anchors.right: parent.right
+                    anchors.rightMargin: 12
+                    y: 12
+                    spacing: 8
+
+                    SearchField {
+                        anchors.verticalCenter: parent.verticalCenter
+                        placeholderText: "搜索音乐"
+                        text: content.library.searchText
+                        onTextEdited: content.library.searchText = text
+                        onTextChanged: content.library.searchText = text
+                    }
+                    IconButton {
+                        anchors.verticalCenter: parent.verticalCenter
+                        iconName: "folder-add"
+                        help: "添加文件夹"
+                        onClicked: content.library.addFolderViaPanel()
+                    }
+                }
+                TrackListView {
+                    anchors.fill: parent
+                    anchors.topMargin: 56
+                    library: content.library
+                    player: content.player
+                    bottomInset: bar.height
+                }
+            }
+        }
+    }
+    PlayerBarView {
+        id: bar
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        player: content.player
+        backdrop: columns
+    }
+}

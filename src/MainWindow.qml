@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Dialogs
+import Tamsy.Views
+
+/// The main window: menus, content, folder picker. Closing it ends the program.
+ApplicationWindow {
+    id: window
+
+    required property LibraryViewModel library
+    required property PlayerViewModel player
+    required property LyricsFontSize lyricsFontSize
+    required property FolderPanelController folderPanel
+
+    width: 1100
+    height: 720
+    minimumWidth: 720
+    minimumHeight: 400
+    title: "Tamsy Music"
+    color: Theme.colors.chrome
+
+    palette {
+        window: Theme.colors.chrome
+        button: Theme.colors.button
+        base: Theme.colors.table
+        alternateBase: Theme.colors.alternate
+        windowText: Theme.colors.text
+        text: Theme.colors.text
+        buttonText: Theme.colors.text
+        highlight: Theme.colors.selectedActive
+        highlightedText: Theme.colors.text
+        placeholderText: Theme.colors.placeholder
+        toolTipBase: Theme.colors.tip
+        toolTipText: Theme.colors.tipText
+        mid: Theme.colors.separator
+        dark: Theme.colors.fieldBorder
+        link: Theme.colors.accent
+        disabled {
+            windowText: Theme.colors.disabled
+            text: Theme.colors.disabled
+            buttonText: Theme.colors.disabled
+        }
+    }
+
+    menuBar: AppMenuBar {
+        PlaybackMenu {
+            player: window.player
+        }
+        LyricsMenu {
+            lyricsFontSize: window.lyricsFontSize
+        }
+    }
+    Shortcut {
+        sequences: [StandardKey.Quit, "Ctrl+Q"]
+        onActivated: Qt.quit()
+    }
+    Shortcut {
+        sequences: [StandardKey.Close]
+        onActivated: window.close()
+    }
+
+    ContentView {
+        anchors.fill: parent
+        library: window.library
+        player: window.player
+    }
+
+    FolderDialog {
+        id: folderDialog
+        onAccepted: window.folderPanel.finish(selectedFolder)
+        onRejected: window.folderPanel.finish("")
+    }
+    Connections {
+        target: window.folderPanel
+        function onRequested(prompt: string, message: string) {
+            folderDialog.title = message;
+            folderDialog.acceptLabel = prompt;
+            folderDialog.open();
+        }
+    }
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/ColorScheme.h"
+#include "ViewModels/LibraryViewModel.h"
+#include "ViewModels/LyricsFontSize.h"
+#include "ViewModels/PlayerViewModel.h"
+#include "Views/FolderPanelController.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+
+class QQuickWindow;
+
+namespace tamsy {
+
+/// The program: makes the two view models, opens the main window and wires them together.
+/// Everything here lives until the program ends.
+class Tamsy_MusicApp : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit Tamsy_MusicApp(UserDefaults& defaults, QObject* parent = nullptr);
+    ~Tamsy_MusicApp() override;
+
+    /// Opens the main window. False if it can't be made.
+    [[nodiscard]] bool openMainWindow();
+
+    /// Brings the main window to the front.
+    void raiseMainWindow();
+
+    [[nodiscard]] QQuickWindow* mainWindow() const;
+
+  private:
+    ColorScheme colorScheme_;
+    FolderPanelController folderPanel_;
+    LyricsFontSize lyricsFontSizePoints_;
+    LibraryViewModel library_;
+    PlayerViewModel player_;
+    QQmlApplicationEngine engine_; // last, so that the views end before what they show
+};
+
+} // namespace tamsy

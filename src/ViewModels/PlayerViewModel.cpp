@@ -1,0 +1,124 @@
+#include "ViewModels/PlayerViewModel.h"
+
+#include "Utils/PlaybackLogger.h"
+
+#include <QTimer>
+
+#include <chrono>
+
+namespace tamsy {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// From the start of a file until its end may be handled: the reports of the file before have
+/// passed by then.
+constexpr auto lockReleaseDelay = 300ms;
+
+/// How long an engine may take to report a position near a seek's target. The slowest seek that was
+/// measured (the first one in an hour of raw AAC) takes a third of it.
+constexpr auto pendingSeekLimit = 600ms;
+
+constexpr double visibleUpdateInterval = 0.25; // seconds
+
+} // namespace
+
+PlayerViewModel::PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine, QObject* parent)
+    : QObject(parent), engine_(std::move(engine)) {
+    bindEngine();
+    engine_->setUpdateInterval(visibleUpdateInterval);
+    detectTrackEnds();
+}
+
+PlayerViewModel::~PlayerViewModel() = default;
+
+QString PlayerViewModel::currentAddress() const {
+    return QString::fromUtf8(currentURL_.absoluteString());
+}
+
+void PlayerViewModel::setIsSeeking(bool seeking) {
+    const bool changed = isSeeking() != seeking;
+    isSeeking_.send(seeking);
+    if (changed)
+        Q_EMIT isSeekingChanged();
+}
+
+void PlayerViewModel::setVolume(float volume) {
+    const bool changed = volume_ != volume;
+    volume_ = volume;
+    engine_->setVolume(volume_);
+    if (changed)
+        Q_EMIT volumeChanged();
+}
+
+void PlayerViewModel::attachLibrary(LibraryViewModel* library) {
+    library_ = library;
+}
+
+void PlayerViewModel::play(const FileURL& url) {
+    PlaybackLogger::log(u"▶️ play() called: " + url.lastPathComponentText());
+    engine_->stop();
+    if (!(currentURL_ == url)) {
+        currentURL_ = url;
+        Q_EMIT currentURLChanged();
+    }
+    setCurrentTitle({});
+    scheduleLockRelease();
+    loadTrackInformation(url);
+    engine_->load(url);
+    engine_->play();
+}
+
+void PlayerViewModel::togglePlayPause() {
+    if (isPlaying_)
+        engine_->pause();
+    else
+        engine_->play();
+}
+
+void PlayerViewModel::seek(double seconds) {
+    pendingSeekTarget_.send(seconds);
+    setCurrentTime(seconds);
+    QTimer::singleShot(pendingSeekLimit, this,
+                       [this, number = ++seekNumber_] { giveUpPendingSeek(number); });
+    engine_->seek(seconds);
+}
+
+void PlayerViewModel::toggleShuffle() {
+    shuffleEnabled_ = !shuffleEnabled_;
+    Q_EMIT shuffleEnabledChanged();
+    if (shuffleEnabled_ && repeatOneEnabled_) {
+        repeatOneEnabled_ = false;
+        Q_EMIT repeatOneEnabledChanged();
+    }
+}
+
+void PlayerViewModel::toggleRepeatOne() {
+    repeatOneEnabled_ = !repeatOneEnabled_;
+    Q_EMIT repeatOneEnabledChanged();
+    if (repeatOneEnabled_ && shuffleEnabled_) {
+        shuffleEnabled_ = false;
+        Q_EMIT shuffleEnabledChanged();
+    }
+}
+
+void PlayerViewModel::setCurrentTitle(const QString& title) {
+    if (currentTitle_ == title)
+        return;
+    currentTitle_ = title;
+    Q_EMIT currentTitleChanged();
+}
+
+void PlayerViewModel::setCurrentTime(double seconds) {
+    if (currentTime_ == seconds)
+        return;
+    currentTime_ = seconds;
+    Q_EMIT currentTimeChanged();
+}
+
+void PlayerViewModel::scheduleLockRelease() {
+    QTimer::singleShot(lockReleaseDelay, Qt::PreciseTimer, this,
+                       [this] { isHandlingTrackEnd_ = false; });
+}
+
+} // namespace tamsy

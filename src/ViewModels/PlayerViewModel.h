@@ -1,0 +1,136 @@
+#pragma once
+
+#include "Playback/AudioPlaybackEngine.h"
+#include "Services/MetadataReader.h"
+#include "Utils/FileURL.h"
+#include "Utils/ValueSubject.h"
+#include "ViewModels/LibraryViewModel.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tamsy {
+
+/// The one object that the views observe for everything about playback, and the owner of the
+/// engine: its state, seeking, the end of a track, what plays next, and the current title. Times
+/// are seconds. Nothing of it is kept across runs. Interface thread only.
+class PlayerViewModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString currentAddress READ currentAddress NOTIFY currentURLChanged)
+    Q_PROPERTY(QString currentTitle READ currentTitle NOTIFY currentTitleChanged)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged)
+    Q_PROPERTY(double currentTime READ currentTime NOTIFY currentTimeChanged)
+    Q_PROPERTY(bool isUIVisible READ isUIVisible NOTIFY isUIVisibleChanged)
+    Q_PROPERTY(bool isSeeking READ isSeeking WRITE setIsSeeking NOTIFY isSeekingChanged)
+    Q_PROPERTY(float volume READ volume WRITE setVolume NOTIFY volumeChanged)
+    Q_PROPERTY(bool shuffleEnabled READ shuffleEnabled NOTIFY shuffleEnabledChanged)
+    Q_PROPERTY(bool repeatOneEnabled READ repeatOneEnabled NOTIFY repeatOneEnabledChanged)
+
+  public:
+    /// Takes over the engine and binds to its values at once.
+    explicit PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine,
+                             QObject* parent = nullptr);
+    ~PlayerViewModel() override;
+
+    [[nodiscard]] const FileURL& currentURL() const {
+        return currentURL_;
+    } ///< empty before the first
+    [[nodiscard]] QString currentAddress() const;
+    [[nodiscard]] QString currentTitle() const { return currentTitle_; }
+    [[nodiscard]] bool isPlaying() const { return isPlaying_; }
+    [[nodiscard]] double duration() const { return duration_; }
+    [[nodiscard]] double currentTime() const { return currentTime_; }
+    [[nodiscard]] bool isUIVisible() const { return isUIVisible_.value(); }
+    [[nodiscard]] bool isSeeking() const { return isSeeking_.value(); }
+    [[nodiscard]] std::optional<double> pendingSeekTarget() const {
+        return pendingSeekTarget_.value();
+    }
+    [[nodiscard]] float volume() const { return volume_; }
+    [[nodiscard]] bool shuffleEnabled() const { return shuffleEnabled_; }
+    [[nodiscard]] bool repeatOneEnabled() const { return repeatOneEnabled_; }
+
+    /// A seek gesture is under way; whoever tracks the drag sets it.
+    void setIsSeeking(bool seeking);
+
+    /// Linear gain, 0 to 1. Every set reaches the engine, an equal one too.
+    void setVolume(float volume);
+
+    /// Gives the player the lists that it steps through. They are not owned.
+    void attachLibrary(LibraryViewModel* library);
+
+    /// Starts a file. It can't fail: a file that can't be opened doesn't start.
+    Q_INVOKABLE void play(const tamsy::FileURL& url);
+    Q_INVOKABLE void togglePlayPause();
+
+    /// Moves the position. The shown time jumps at once and holds until the engine reports a
+    /// position near the target, or until the engine has had its time to do so.
+    Q_INVOKABLE void seek(double seconds);
+
+    Q_INVOKABLE void next();
+    Q_INVOKABLE void previous();
+    Q_INVOKABLE void toggleShuffle();
+    Q_INVOKABLE void toggleRepeatOne();
+
+  Q_SIGNALS:
+    void currentURLChanged();
+    void currentTitleChanged();
+    void isPlayingChanged();
+    void durationChanged();
+    void currentTimeChanged();
+    void isUIVisibleChanged();
+    void isSeekingChanged();
+    void volumeChanged();
+    void shuffleEnabledChanged();
+    void repeatOneEnabledChanged();
+
+  private:
+    // PlayerViewModel.cpp
+    void setCurrentTitle(const QString& title);
+    void setCurrentTime(double seconds);
+    void scheduleLockRelease();
+
+    // PlayerViewModelBinding.cpp
+    void bindEngine();
+    void handleTime(double time, bool visible, std::optional<double> pending);
+    void giveUpPendingSeek(unsigned seekNumber);
+
+    // PlayerViewModelNavigation.cpp
+    void detectTrackEnds();
+    void handleReport(double time, double duration, bool playing);
+    void handleTrackEnd();
+    void restartCurrentTrack();
+    void stepBy(int step, const QString& logPrefix);
+    [[nodiscard]] TrackList getVisibleTrackList() const;
+    [[nodiscard]] std::optional<FileURL> getNextTrackInVisibleList(int step) const;
+    [[nodiscard]] std::optional<FileURL>
+    getRandomTrackFromCurrentFolder(const FileURL& excluding) const;
+
+    // PlayerViewModelTrackInformation.cpp
+    void loadTrackInformation(const FileURL& url);
+
+    FileURL currentURL_;
+    QString currentTitle_;
+    bool isPlaying_ = false;
+    double duration_ = 0;
+    double currentTime_ = 0;
+    ValueSubject<bool> isUIVisible_{true};
+    ValueSubject<bool> isSeeking_{false};
+    ValueSubject<std::optional<double>> pendingSeekTarget_{std::nullopt};
+    float volume_ = 0.5F;
+    bool shuffleEnabled_ = false;
+    bool repeatOneEnabled_ = false;
+    bool isHandlingTrackEnd_ = false; // a guard against re-entry over time, not against threads
+    QPointer<LibraryViewModel> library_;
+    std::unique_ptr<AudioPlaybackEngine> engine_;
+    Subscriptions cancellables_;
+    MetadataReader metadataReader_;
+    double lastBufferedTime_ = 0; // the position while nobody can see it
+    unsigned seekNumber_ = 0;
+};
+
+} // namespace tamsy

@@ -1,0 +1,61 @@
+// How the engine's values become what the views show.
+
+#include "Utils/JoinedSubscription.h"
+#include "ViewModels/PlayerViewModel.h"
+
+#include <cmath>
+
+namespace tamsy {
+namespace {
+
+/// How near to a seek's target a reported position must be to confirm it, in seconds.
+constexpr double seekTolerance = 0.05;
+
+} // namespace
+
+void PlayerViewModel::bindEngine() {
+    cancellables_.push_back(receiveOn(this, engine_->isPlayingPublisher(), [this](bool playing) {
+        if (std::exchange(isPlaying_, playing) != playing)
+            Q_EMIT isPlayingChanged();
+    }));
+    cancellables_.push_back(receiveOn(this, engine_->durationPublisher(), [this](double duration) {
+        if (std::exchange(duration_, duration) != duration)
+            Q_EMIT durationChanged();
+    }));
+    // The seeking flag takes no part in the decision; its change runs the handler again.
+    Subscriptions joined = receiveJoinedOn(
+        this,
+        [this](double time, bool visible, std::optional<double> pending, bool /*seeking*/) {
+            handleTime(time, visible, pending);
+        },
+        engine_->currentTimePublisher(), isUIVisible_.publisher(), pendingSeekTarget_.publisher(),
+        isSeeking_.publisher());
+    std::move(joined.begin(), joined.end(), std::back_inserter(cancellables_));
+}
+
+void PlayerViewModel::handleTime(double time, bool visible, std::optional<double> pending) {
+    const double safeTime = std::isfinite(time) ? time : 0;
+    if (pending) {
+        if (std::abs(safeTime - *pending) > seekTolerance)
+            return;
+        pendingSeekTarget_.send(std::nullopt);
+        setIsSeeking(false);
+    }
+    if (visible)
+        setCurrentTime(safeTime);
+    else
+        lastBufferedTime_ = safeTime;
+}
+
+void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber) {
+    if (seekNumber != seekNumber_ || !pendingSeekTarget_.value())
+        return;
+    pendingSeekTarget_.send(std::nullopt); // the display follows the engine's own position again
+    if (isPlaying_) {
+        // An engine whose seek failed may have stopped its device while it says it plays.
+        engine_->pause();
+        engine_->play();
+    }
+}
+
+} // namespace tamsy

@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A menu in our look, as wide as its widest item.
+Menu {
+    id: menu
+
+    padding: 4
+    delegate: AppMenuItem {}
+
+    contentItem: ListView {
+        implicitWidth: {
+            let widest = 120;
+            for (let i = 0; i < menu.count; ++i)
+                widest = Math.max(widest, menu.itemAt(i)?.implicitWidth ?? 0);
+            return widest;
+        }
+        implicitHeight: contentHeight
+        model: menu.contentModel
+        interactive: false
+        currentIndex: menu.currentIndex
+    }
+    background: Rectangle {
+        radius: Theme.radius
+        color: Theme.colors.menu
+        border.color: Theme.colors.menuBorder
+
+        SurfaceShadow {
+            z: -1
+            anchors.fill: parent
+        }
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fadeIn; easing.type: Easing.OutCubic }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.surfaceOut; easing.type: Easing.OutCubic }
+    }
+}

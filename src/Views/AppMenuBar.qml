@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Controls
+
+/// The menu bar in our look.
+MenuBar {
+    id: bar
+
+    implicitHeight: 28
+    leftPadding: 8
+    rightPadding: 8
+    topPadding: 0
+    bottomPadding: 0
+    spacing: 0
+
+    delegate: MenuBarItem {
+        id: title
+
+        implicitHeight: 28
+        leftPadding: 8
+        rightPadding: 8
+        topPadding: 0
+        bottomPadding: 0
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: text
+
+        contentItem: Text {
+            text: title.text
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.bodySize
+            color: Theme.colors.text
+            verticalAlignment: Text.AlignVCenter
+        }
+        background: Item {
+            Rectangle {
+                anchors.verticalCenter: parent.verticalCenter
+                width: parent.width
+                height: 24
+                radius: Theme.smallRadius
+                color: title.highlighted || title.hovered ? Theme.colors.sidebarHover : "transparent"
+            }
+        }
+    }
+    background: Rectangle {
+        color: Theme.colors.chrome
+
+        Rectangle {
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: 1
+            color: Theme.colors.separator
+        }
+    }
+}

@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A tool tip below its owner.
+ToolTip {
+    id: tip
+
+    delay: Theme.toolTipDelay
+    y: parent ? parent.height + 4 : 0
+    x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
+    margins: 8
+    topPadding: 4
+    bottomPadding: 4
+    leftPadding: 8
+    rightPadding: 8
+
+    contentItem: Text {
+        text: tip.text
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.smallSize
+        color: Theme.colors.tipText
+    }
+    background: Rectangle {
+        color: Theme.colors.tip
+        radius: Theme.smallRadius
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fadeIn; easing.type: Easing.OutCubic }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.surfaceOut; easing.type: Easing.OutCubic }
+    }
+}

@@ -1,0 +1,27 @@
+#include "Views/Appearance.h"
+
+namespace tamsy {
+namespace {
+
+ColorScheme* followedScheme = nullptr;
+
+} // namespace
+
+void Appearance::setColorScheme(ColorScheme* scheme) {
+    followedScheme = scheme;
+}
+
+Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/) {
+    return new Appearance; // the engine takes it over
+}
+
+Appearance::Appearance() {
+    if (followedScheme != nullptr)
+        connect(followedScheme, &ColorScheme::isDarkChanged, this, &Appearance::darkChanged);
+}
+
+bool Appearance::dark() const {
+    return followedScheme != nullptr && followedScheme->isDark();
+}
+
+} // namespace tamsy

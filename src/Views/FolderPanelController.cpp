@@ -1,0 +1,24 @@
+#include "Views/FolderPanelController.h"
+
+#include <utility>
+
+namespace tamsy {
+
+void FolderPanelController::runModal(const QString& prompt, const QString& message,
+                                     FolderPanel::Completion completion) {
+    if (completion_)
+        return;
+    completion_ = std::move(completion);
+    Q_EMIT requested(prompt, message);
+}
+
+void FolderPanelController::finish(const QUrl& url) {
+    const auto completion = std::exchange(completion_, nullptr);
+    if (!completion)
+        return;
+    const auto address = FileURL::fromAbsoluteString(url.toEncoded(QUrl::FullyEncoded));
+    // Made anew from its bytes, so that it is escaped as all our addresses are.
+    completion(address ? std::optional(FileURL::fromPath(address->path())) : std::nullopt);
+}
+
+} // namespace tamsy

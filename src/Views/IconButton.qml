@@ -1,0 +1,45 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A button that is an icon, with a fill only under the pointer.
+AbstractButton {
+    id: button
+
+    required property string iconName
+    property int iconSize: 20
+    /// Shown as a tool tip and spoken by a screen reader.
+    property string help: ""
+
+    implicitWidth: 32
+    implicitHeight: 32
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    Accessible.role: Accessible.Button
+    Accessible.name: help
+    Accessible.onPressAction: clicked()
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
+        opacity: button.hovered || button.down ? 1 : 0
+        Behavior on opacity {
+            NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+        }
+    }
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            name: button.iconName
+            size: button.iconSize
+            color: button.enabled ? button.hovered ? Theme.colors.text : Theme.colors.text2 : Theme.colors.disabled
+        }
+    }
+    FocusRing {
+        shown: button.visualFocus
+    }
+    AppToolTip {
+        parent: button
+        text: button.help
+        visible: button.help !== "" && button.hovered && !button.down
+    }
+}

@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Layouts
+
+/// The strip along the bottom: play and pause, the title, the time and the position.
+Item {
+    id: bar
+
+    required property PlayerViewModel player
+    /// What the bar lies over, drawn blurred behind it.
+    required property Item backdrop
+
+    implicitHeight: 72
+    Accessible.role: Accessible.ToolBar
+    Accessible.name: AccessibleNames.playerBar
+
+    // Nothing falls through to the rows below.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.AllButtons
+        hoverEnabled: true
+        onWheel: wheel => wheel.accepted = true
+    }
+    BarMaterial {
+        anchors.fill: parent
+        backdrop: bar.backdrop
+    }
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.colors.separator
+    }
+    RowLayout {
+        x: 12
+        y: 8
+        width: parent.width - 24
+        height: 32
+        spacing: 12
+
+        BorderedButton {
+            text: "播放 / 暂停"
+            iconName: bar.player.isPlaying ? "pause" : "play"
+            onClicked: bar.player.togglePlayPause()
+        }
+        Text {
+            Layout.fillWidth: true
+            text: bar.player.currentTitle !== "" ? bar.player.currentTitle : bar.player.currentAddress === "" ? "无正在播放" : ""
+            textFormat: Text.PlainText
+            elide: Text.ElideRight
+            font.pixelSize: Theme.bodySize
+            color: Theme.colors.text
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+        Text {
+            text: TimeFormat.timeString(bar.player.currentTime) + " / " + TimeFormat.timeString(bar.player.duration)
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.smallSize
+            color: Theme.colors.text2
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+    TimeSlider {
+        id: slider
+
+        // A drag belongs to the track that it began on: the next one isn't sought by the same gesture.
+        property string draggedAddress: ""
+
+        x: 12
+        y: 46
+        width: parent.width - 24
+        to: bar.player.duration > 0 ? bar.player.duration : 1
+        value: bar.player.currentTime
+        Accessible.name: AccessibleNames.position
+        onPressedChanged: draggedAddress = pressed ? bar.player.currentAddress : ""
+        onMoved: {
+            if (!pressed || draggedAddress === bar.player.currentAddress)
+                bar.player.seek(value);
+        }
+    }
+}

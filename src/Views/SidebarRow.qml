@@ -1,0 +1,73 @@
+import QtQuick
+import QtQuick.Controls
+
+/// One folder of the sidebar with its context menu.
+Item {
+    id: row
+
+    required property int index
+    required property var folderId
+    required property string displayName
+    property bool hasListFocus: false
+    readonly property bool selected: ListView.isCurrentItem
+
+    signal selectRequested
+    signal rescanRequested
+    signal removeRequested
+
+    height: 32
+    Accessible.role: Accessible.ListItem
+    Accessible.name: displayName
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: selectRequested()
+
+    Rectangle {
+        id: fill
+
+        anchors.fill: parent
+        anchors.leftMargin: 8
+        anchors.rightMargin: 8
+        radius: Theme.smallRadius
+        color: row.selected ? row.hasListFocus ? Theme.colors.selectedActive : Theme.colors.selectedInactive
+                            : mouse.containsMouse || menu.opened ? Theme.colors.sidebarHover : "transparent"
+
+        Text {
+            anchors.fill: parent
+            anchors.leftMargin: 8
+            anchors.rightMargin: 8
+            verticalAlignment: Text.AlignVCenter
+            text: row.displayName
+            textFormat: Text.PlainText
+            elide: Text.ElideMiddle
+            font.pixelSize: Theme.bodySize
+            color: Theme.colors.text
+        }
+    }
+    MouseArea {
+        id: mouse
+
+        anchors.fill: fill
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onPressed: mouse => {
+            if (mouse.button === Qt.LeftButton)
+                row.selectRequested();
+            else
+                menu.popup();
+        }
+    }
+    AppMenu {
+        id: menu
+
+        AppMenuItem {
+            text: "重新扫描"
+            onTriggered: row.rescanRequested()
+        }
+        AppMenuItem {
+            text: "移除"
+            destructive: true
+            onTriggered: row.removeRequested()
+        }
+    }
+}

@@ -1,0 +1,45 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A thumb without a track that takes no room: thin at rest, wider under the pointer, gone a while
+/// after the last movement.
+ScrollBar {
+    id: bar
+
+    implicitWidth: 12
+    padding: 2
+    minimumSize: 0.05
+    policy: ScrollBar.AsNeeded
+
+    contentItem: Item {
+        implicitWidth: 8
+        opacity: 0
+
+        Rectangle {
+            anchors.right: parent.right
+            width: bar.hovered || bar.pressed ? 8 : 4
+            height: parent.height
+            radius: 2
+            color: Theme.colors.scroll
+            opacity: bar.hovered || bar.pressed ? 0.45 : 0.28
+        }
+        states: State {
+            when: bar.active && bar.size < 1
+            PropertyChanges { bar.contentItem.opacity: 1 }
+        }
+        transitions: [
+            Transition {
+                to: ""
+                SequentialAnimation {
+                    PauseAnimation { duration: 800 }
+                    NumberAnimation { property: "opacity"; duration: 400; easing.type: Easing.Linear }
+                }
+            },
+            Transition {
+                from: ""
+                NumberAnimation { property: "opacity"; duration: Theme.fadeIn; easing.type: Easing.OutCubic }
+            }
+        ]
+    }
+    background: null
+}

@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A slider over seconds, filled from its start to the handle.
+Slider {
+    id: slider
+
+    readonly property bool highlighted: hovered || pressed
+
+    implicitHeight: 18
+    padding: 0
+    stepSize: 5
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    Accessible.role: Accessible.Slider
+
+    background: Rectangle {
+        y: Math.round((slider.height - height) / 2)
+        width: slider.width
+        height: 4
+        radius: 2
+        color: Theme.colors.groove
+
+        Rectangle {
+            width: slider.handle.x + slider.handle.width / 2
+            height: parent.height
+            radius: 2
+            color: Theme.colors.accent
+            visible: slider.position > 0
+        }
+    }
+    handle: Rectangle {
+        x: slider.visualPosition * (slider.width - width)
+        y: Math.round((slider.height - height) / 2)
+        width: 14
+        height: 14
+        radius: 7
+        color: Theme.colors.handle
+        border.width: 1
+        border.color: slider.highlighted ? Theme.colors.accent : Theme.colors.handleBorder
+
+        Rectangle {
+            z: -1
+            anchors.fill: parent
+            anchors.margins: -4
+            radius: width / 2
+            color: Theme.colors.accent
+            opacity: slider.highlighted ? 0.22 : 0
+            Behavior on opacity {
+                NumberAnimation { duration: slider.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+            }
+        }
+        FocusRing {
+            shown: slider.visualFocus
+            inset: -4
+            parentRadius: 7
+        }
+    }
+}

@@ -1,0 +1,84 @@
+#include "Views/TrackListModel.h"
+
+#include <QUuid>
+
+#include <algorithm>
+
+namespace tamsy {
+namespace {
+
+enum Role { TrackId = Qt::UserRole, Address, Title, Artist, Album, Duration };
+
+} // namespace
+
+void TrackListModel::setLibrary(LibraryViewModel* library) {
+    if (library_ == library)
+        return;
+    if (library_)
+        library_->disconnect(this);
+    library_ = library;
+    if (library_)
+        connect(library_, &LibraryViewModel::filteredTracksChanged, this, &TrackListModel::reload);
+    reload();
+    Q_EMIT libraryChanged();
+}
+
+void TrackListModel::reload() {
+    TrackList tracks = library_ ? library_->filteredTracks() : TrackList();
+    // The rows stay, and the list keeps its place, where a change elsewhere left these tracks
+    // alone.
+    if (tracks == tracks_)
+        return;
+    beginResetModel();
+    tracks_ = std::move(tracks);
+    endResetModel();
+}
+
+int TrackListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(tracks_.size());
+}
+
+QVariant TrackListModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Track& track = tracks_.at(index.row());
+    switch (role) {
+    case TrackId:
+        return track.id.toString();
+    case Address:
+        return QString::fromUtf8(track.url.absoluteString());
+    case Title:
+        return track.title;
+    case Artist:
+        return track.artist;
+    case Album:
+        return track.album;
+    case Duration:
+        return track.durationFormatted();
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TrackListModel::roleNames() const {
+    return {{TrackId, "trackId"}, {Address, "address"}, {Title, "title"},
+            {Artist, "artist"},   {Album, "album"},     {Duration, "duration"}};
+}
+
+int TrackListModel::indexOf(const QString& trackId) const {
+    const QUuid id(trackId);
+    const auto found = std::find_if(tracks_.cbegin(), tracks_.cend(),
+                                    [&](const Track& track) { return track.id == id; });
+    return found == tracks_.cend() ? -1 : static_cast<int>(found - tracks_.cbegin());
+}
+
+QString TrackListModel::idAt(int row) const {
+    return row >= 0 && row < tracks_.size() ? tracks_.at(row).id.toString() : QString();
+}
+
+QVariant TrackListModel::urlOf(const QString& trackId) const {
+    const int row = indexOf(trackId);
+    return row < 0 ? QVariant() : QVariant::fromValue(tracks_.at(row).url);
+}
+
+} // namespace tamsy

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Models/Track.h"
+#include "ViewModels/LibraryViewModel.h"
+
+#include <QAbstractListModel>
+#include <QPointer>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace tamsy {
+
+/// The library's filtered tracks as rows. It shares the library's memory and follows it.
+class TrackListModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(tamsy::LibraryViewModel* library READ library WRITE setLibrary NOTIFY libraryChanged)
+
+  public:
+    using QAbstractListModel::QAbstractListModel;
+
+    [[nodiscard]] LibraryViewModel* library() const { return library_; }
+    void setLibrary(LibraryViewModel* library);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    /// The first row of the track with this identity, or -1.
+    Q_INVOKABLE [[nodiscard]] int indexOf(const QString& trackId) const;
+
+    /// The identity of a row's track; empty outside the list.
+    Q_INVOKABLE [[nodiscard]] QString idAt(int row) const;
+
+    /// The address of the first track with this identity, as `PlayerViewModel::play` takes it; not
+    /// defined if there is none.
+    Q_INVOKABLE [[nodiscard]] QVariant urlOf(const QString& trackId) const;
+
+  Q_SIGNALS:
+    void libraryChanged();
+
+  private:
+    void reload();
+
+    QPointer<LibraryViewModel> library_;
+    TrackList tracks_;
+};
+
+} // namespace tamsy

@@ -1,0 +1,124 @@
+import QtQuick
+import QtQuick.Controls
+
+/// The tracks of the selected folder; selecting one starts it.
+Item {
+    id: view
+
+    required property LibraryViewModel library
+    required property PlayerViewModel player
+    /// Identity of the selected track, or empty. It stays as it is when the list changes.
+    property string selection: ""
+    /// Room at the bottom that something lies over.
+    property int bottomInset: 72
+
+    // Only the user's moves write the selection, so filtering never plays anything.
+    onSelectionChanged: {
+        const url = tracks.urlOf(selection);
+        if (url !== undefined)
+            player.play(url);
+    }
+
+    TrackListModel {
+        id: tracks
+        library: view.library
+    }
+    TrackColumns {
+        id: columns
+        contentWidth: view.width - 32
+    }
+    EmptyState {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.round((parent.height - view.bottomInset - height) / 2)
+        visible: !view.library.hasSelectedFolder
+        iconName: "folder"
+        title: "未选择文件夹"
+        message: "请在左侧添加并选择一个文件夹"
+    }
+    TrackTableHeader {
+        id: header
+        width: parent.width
+        visible: view.library.hasSelectedFolder
+        columns: columns
+    }
+    ListView {
+        id: list
+
+        property bool usedByKeyboard: false
+        property bool wasSelectedBeforePress: false
+
+        anchors.fill: parent
+        anchors.topMargin: header.height
+        topMargin: 4
+        bottomMargin: view.bottomInset
+        visible: header.visible
+        clip: true
+        model: tracks
+        currentIndex: -1
+        highlightFollowsCurrentItem: false
+        keyNavigationEnabled: false
+        reuseItems: true
+        cacheBuffer: 360
+        activeFocusOnTab: true
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.role: Accessible.Table
+        Accessible.name: AccessibleNames.tracks
+        ScrollBar.vertical: ThinScrollBar {
+            bottomPadding: view.bottomInset + 2
+        }
+        // A press sets it back after it has taken the focus.
+        onActiveFocusChanged: usedByKeyboard = activeFocus
+
+        /// Moves the selection by the keyboard, held within the list.
+        function moveTo(row: int) {
+            if (count === 0)
+                return;
+            usedByKeyboard = true;
+            const target = Math.max(0, Math.min(count - 1, row));
+            view.selection = tracks.idAt(target);
+            reveal(target);
+        }
+        /// Scrolls as little as it takes to bring the row in front of what lies over the list.
+        function reveal(row: int) {
+            const top = row * 36;
+            const lowest = top + 36 - (height - view.bottomInset);
+            contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
+        }
+        function pageRows(): int {
+            return Math.max(1, Math.floor((height - topMargin - view.bottomInset) / 36) - 1);
+        }
+        Keys.onPressed: event => {
+            const row = tracks.indexOf(view.selection);
+            switch (event.key) {
+            case Qt.Key_Up: moveTo(row < 0 ? count - 1 : row - 1); break;
+            case Qt.Key_Down: moveTo(row + 1); break;
+            case Qt.Key_PageUp: moveTo(row - pageRows()); break;
+            case Qt.Key_PageDown: moveTo(row + pageRows()); break;
+            case Qt.Key_Home: moveTo(0); break;
+            case Qt.Key_End: moveTo(count - 1); break;
+            default: return;
+            }
+            event.accepted = true;
+        }
+
+        delegate: TrackRow {
+            width: list.width
+            columns: columns
+            player: view.player
+            selected: trackId === view.selection
+            hasListFocus: list.activeFocus
+            showsKeyboardFocus: list.activeFocus && list.usedByKeyboard
+            onPressed: {
+                list.forceActiveFocus();
+                list.usedByKeyboard = false;
+                list.wasSelectedBeforePress = selected;
+                view.selection = trackId;
+            }
+            // The press has selected the row; only a second click on its title restarts it.
+            onClicked: onTitle => {
+                if (onTitle && list.wasSelectedBeforePress)
+                    view.player.play(tracks.urlOf(trackId));
+            }
+        }
+    }
+}

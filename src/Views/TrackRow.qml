@@ -1,0 +1,111 @@
+import QtQuick
+
+/// One track of the table. It only says what was pressed; the table decides.
+Item {
+    id: row
+
+    required property int index
+    required property string trackId
+    required property string address
+    required property string title
+    required property string artist
+    required property string album
+    required property string duration
+    required property TrackColumns columns
+    required property PlayerViewModel player
+    property bool selected: false
+    property bool hasListFocus: false
+    property bool showsKeyboardFocus: false
+    readonly property bool current: address === player.currentAddress
+    readonly property bool vivid: selected && hasListFocus
+
+    /// The row was pressed; `onTitle` tells whether in the first column.
+    signal pressed(bool onTitle)
+    signal clicked(bool onTitle)
+
+    height: 36
+    Accessible.role: Accessible.Row
+    Accessible.name: [title, artist, album, duration].filter(text => text !== "").join(", ")
+    Accessible.selectable: true
+    Accessible.selected: selected
+    Accessible.onPressAction: {
+        pressed(true);
+        clicked(true);
+    }
+
+    component Cell: Text {
+        height: row.height
+        verticalAlignment: Text.AlignVCenter
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.bodySize
+        color: row.vivid ? Theme.colors.text : Theme.colors.text2
+        elide: Text.ElideRight
+        maximumLineCount: 1
+        Accessible.ignored: true
+    }
+
+    Rectangle {
+        id: fill
+
+        anchors.fill: parent
+        anchors.leftMargin: 8
+        anchors.rightMargin: 8
+        radius: Theme.smallRadius
+        color: row.vivid ? Theme.colors.selectedActive : row.selected ? Theme.colors.selectedInactive
+             : mouse.containsMouse ? Theme.colors.hover : row.index % 2 === 1 ? Theme.colors.alternate : "transparent"
+
+        FocusRing {
+            shown: row.selected && row.showsKeyboardFocus
+            parentRadius: Theme.smallRadius
+        }
+    }
+    Item {
+        id: content
+
+        x: 16
+        width: row.columns.contentWidth
+        height: parent.height
+
+        ArtworkView {
+            anchors.verticalCenter: parent.verticalCenter
+            current: row.current
+            playing: row.current && row.player.isPlaying
+        }
+        Cell {
+            x: 36
+            width: row.columns.titleWidth - x
+            text: row.title
+            font.weight: row.current ? Font.DemiBold : Font.Normal
+            color: row.current ? Theme.colors.accent : Theme.colors.text
+        }
+        Cell {
+            x: row.columns.artistX
+            width: row.columns.artistWidth
+            text: row.artist
+        }
+        Cell {
+            x: row.columns.albumX
+            width: row.columns.albumWidth
+            text: row.album
+        }
+        Cell {
+            x: row.columns.durationX
+            width: row.columns.durationWidth
+            horizontalAlignment: Text.AlignRight
+            text: row.duration
+        }
+    }
+    MouseArea {
+        id: mouse
+
+        function isOnTitle(x: real): bool {
+            return x < content.x - fill.anchors.leftMargin + row.columns.titleWidth;
+        }
+
+        anchors.fill: fill
+        hoverEnabled: true
+        preventStealing: true
+        onPressed: mouse => row.pressed(isOnTitle(mouse.x))
+        onClicked: mouse => row.clicked(isOnTitle(mouse.x))
+    }
+}
