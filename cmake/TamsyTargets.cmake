@@ -40,14 +40,20 @@ function(tamsy_library name)
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE tamsy_options ${ARG_PRIVATE_LINK})
 endfunction()
 
-# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds]): one GoogleTest program, one CTest
-# entry a program.
+# Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
+add_custom_target(tamsy_thread_tests)
+
+# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…]): one GoogleTest
+# program, one CTest entry a program.
 function(tamsy_test name)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE tamsy_options ${ARG_LINK} GTest::gmock GTest::gtest)
     add_test(NAME ${name} COMMAND ${name})
+    if("threads" IN_LIST ARG_LABELS)
+        add_dependencies(tamsy_thread_tests ${name})
+    endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()

@@ -1,0 +1,81 @@
+# One command a wish; "make help" lists them. Each installs what it needs first (tools/setup).
+MAKEFLAGS += --no-print-directory
+MINIAUDIO := build/deps/miniaudio/miniaudio.h
+
+# ThreadSanitizer can't place its memory where the kernel randomises addresses widely.
+SAME_ADDRESSES := $(shell setarch --addr-no-randomize true 2>/dev/null && echo setarch --addr-no-randomize)
+
+.PHONY: help
+help: ## lists the commands
+	@sed -nE 's/^([a-z]+):[^#]*## (.*)$$/make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 14
+
+.PHONY: run
+run: ## builds the player and starts it; on a machine without a display, the demonstration
+	@tools/setup build run
+	@$(MAKE) release
+	@tools/run
+
+.PHONY: demo
+demo: ## drives the player by real clicks over generated music; says what was seen and heard
+	@tools/setup build run demo
+	@$(MAKE) release
+	@tools/demo
+
+.PHONY: test
+test: ## runs all tests under the address, undefined-behaviour and thread sanitizers
+	@tools/setup build run demo test
+	@$(MAKE) sanitized-asan sanitized-tsan
+	$(SAME_ADDRESSES) ctest --test-dir build/tsan --label-regex threads --output-on-failure
+	ctest --test-dir build/asan --output-on-failure
+
+.PHONY: bench
+bench: ## measures the parts and the program, each beside its baseline
+	@tools/setup build run demo bench
+	@$(MAKE) build/bench/build.ninja
+	cmake --build --preset bench
+	@bench/run build/bench
+
+.PHONY: fuzz
+fuzz: ## feeds broken input to each reader for a minute (SECONDS_EACH=60)
+	@tools/setup build run lint fuzz
+	@$(MAKE) build/fuzz/build.ninja
+	cmake --build --preset fuzz
+	@fuzz/run build/fuzz $(or $(SECONDS_EACH),60)
+
+.PHONY: lint
+lint: ## checks layout, floors, words, QML and C++ without running anything
+	@tools/setup build run test lint
+	@$(MAKE) build/asan/build.ninja
+	@tools/lint build/asan
+
+.PHONY: format
+format: ## lays out all C++ source
+	@tools/setup lint
+	@git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format -i
+
+.PHONY: clean
+clean: ## removes everything that was built or fetched
+	rm -rf build
+
+# The steps of the commands above, not for typing. The program as users run it:
+.PHONY: release
+release: build/release/build.ninja
+	@cmake --build --preset release --target tamsy-music
+
+.PHONY: sanitized-asan
+sanitized-asan: build/asan/build.ninja
+	cmake --build --preset asan
+
+# The threads of engines, subjects, store and scan; the interface has but one.
+.PHONY: sanitized-tsan
+sanitized-tsan: build/tsan/build.ninja
+	cmake --build --preset tsan --target tamsy_thread_tests
+
+# Ninja itself sees to changed CMake files; a changed preset it would not notice.
+build/%/build.ninja: CMakePresets.json $(MINIAUDIO)
+	cmake --preset $*
+	@touch $@
+
+$(MINIAUDIO): tools/fetch-miniaudio
+	tools/fetch-miniaudio $(@D)
+	@touch $@
