@@ -1,0 +1,41 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace tamsy {
+
+/// Owns a file descriptor and closes it at its end. Move-only; a default-made one holds none.
+class FileDescriptor {
+  public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int number) : number_(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : number_(other.release()) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        if (this != &other) {
+            close();
+            number_ = other.release();
+        }
+        return *this;
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() { close(); }
+
+    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+    [[nodiscard]] int number() const { return number_; }
+
+    /// Hands the descriptor over to the caller.
+    [[nodiscard]] int release() { return std::exchange(number_, -1); }
+
+    void close() {
+        if (const int number = release(); number >= 0)
+            ::close(number);
+    }
+
+  private:
+    int number_ = -1;
+};
+
+} // namespace tamsy
