@@ -20,7 +20,7 @@ Item {
         SplitView {
             anchors.fill: parent
             handle: Item {
-                implicitWidth: 1
+                implicitWidth: 0
                 containmentMask: Item {
                     x: -3
                     width: 7

@@ -7,6 +7,10 @@
 
 #include <QQuickWindow>
 #include <QVariantMap>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 
 namespace tamsy {
 

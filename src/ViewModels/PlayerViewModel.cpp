@@ -79,8 +79,9 @@ void PlayerViewModel::togglePlayPause() {
 void PlayerViewModel::seek(double seconds) {
     pendingSeekTarget_.send(seconds);
     setCurrentTime(seconds);
-    QTimer::singleShot(pendingSeekLimit, this,
-                       [this, number = ++seekNumber_] { giveUpPendingSeek(number); });
+    QTimer::singleShot(pendingSeekLimit, this, [this, number = ++seekNumber_, url = currentURL_] {
+        giveUpPendingSeek(number, url);
+    });
     engine_->seek(seconds);
 }
 

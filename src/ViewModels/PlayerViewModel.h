@@ -61,7 +61,7 @@ class PlayerViewModel : public QObject {
     void setVolume(float volume);
 
     /// Gives the player the lists that it steps through. They are not owned.
-    void attachLibrary(LibraryViewModel* library);
+    Q_INVOKABLE void attachLibrary(tamsy::LibraryViewModel* library);
 
     /// Starts a file. It can't fail: a file that can't be opened doesn't start.
     Q_INVOKABLE void play(const tamsy::FileURL& url);
@@ -97,7 +97,7 @@ class PlayerViewModel : public QObject {
     // PlayerViewModelBinding.cpp
     void bindEngine();
     void handleTime(double time, bool visible, std::optional<double> pending);
-    void giveUpPendingSeek(unsigned seekNumber);
+    void giveUpPendingSeek(unsigned seekNumber, const FileURL& url);
 
     // PlayerViewModelNavigation.cpp
     void detectTrackEnds();

@@ -2,6 +2,7 @@
 
 #include "Utils/JoinedSubscription.h"
 #include "ViewModels/PlayerViewModel.h"
+#include "ViewModels/TrackNavigation.h"
 
 #include <cmath>
 
@@ -47,15 +48,22 @@ void PlayerViewModel::handleTime(double time, bool visible, std::optional<double
         lastBufferedTime_ = safeTime;
 }
 
-void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber) {
-    if (seekNumber != seekNumber_ || !pendingSeekTarget_.value())
+void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber, const FileURL& url) {
+    const std::optional<double> target = pendingSeekTarget_.value();
+    if (seekNumber != seekNumber_ || !target)
         return;
     pendingSeekTarget_.send(std::nullopt); // the display follows the engine's own position again
-    if (isPlaying_) {
-        // An engine whose seek failed may have stopped its device while it says it plays.
-        engine_->pause();
-        engine_->play();
+    setIsSeeking(false);
+    if (!isPlaying_ || !(currentURL_ == url))
+        return;
+    if (navigation::trackHasEnded(*target, duration_, isPlaying_)) {
+        // The user moved to the very end, where some decoders refuse to go.
+        handleReport(*target, duration_, isPlaying_);
+        return;
     }
+    // An engine whose seek failed may have stopped its device while it says it plays.
+    engine_->pause();
+    engine_->play();
 }
 
 } // namespace tamsy

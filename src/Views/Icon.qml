@@ -2,13 +2,22 @@ import QtQuick
 import QtQuick.Controls.impl
 
 /// One of our icons in one ink.
-IconImage {
+Item {
+    id: icon
+
     required property string name
     property int size: 20
+    property alias color: image.color
 
-    source: name === "" ? "" : "qrc:/icons/" + name + ".svg"
-    sourceSize: Qt.size(size, size)
-    width: size
-    height: size
+    implicitWidth: size
+    implicitHeight: size
     Accessible.ignored: true
+
+    IconImage {
+        id: image
+
+        anchors.fill: parent
+        source: icon.name === "" ? "" : "qrc:/icons/" + icon.name + ".svg"
+        sourceSize: Qt.size(icon.size, icon.size)
+    }
 }

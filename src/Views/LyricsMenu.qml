@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Views
 
 /// The size of the lyrics.
 AppMenu {

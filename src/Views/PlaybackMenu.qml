@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Views
 
 /// Starting, holding and stepping.
 AppMenu {

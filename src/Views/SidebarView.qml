@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import Tamsy.Views
 
 /// The library's folders, one of which can be selected.
 Rectangle {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import Tamsy.Views
 
 /// The tracks of the selected folder; selecting one starts it.
 Item {
@@ -24,7 +25,7 @@ Item {
         library: view.library
     }
     TrackColumns {
-        id: columns
+        id: tableColumns
         contentWidth: view.width - 32
     }
     EmptyState {
@@ -39,7 +40,7 @@ Item {
         id: header
         width: parent.width
         visible: view.library.hasSelectedFolder
-        columns: columns
+        columns: tableColumns
     }
     ListView {
         id: list
@@ -103,7 +104,7 @@ Item {
 
         delegate: TrackRow {
             width: list.width
-            columns: columns
+            columns: tableColumns
             player: view.player
             selected: trackId === view.selection
             hasListFocus: list.activeFocus

@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Views
 
 /// One track of the table. It only says what was pressed; the table decides.
 Item {

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Platform/UserDefaults.h"
+#include "Services/AudioMetadata.h"
+#include "Services/FolderLibraryService.h"
+#include "ViewModels/LibraryViewModel.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+namespace tamsy {
+
+/// A picker that answers at once with what the test chose.
+class FakeFolderPanel : public FolderPanel {
+  public:
+    std::optional<FileURL> answer;
+    QString prompt;
+    QString message;
+
+    void runModal(const QString& newPrompt, const QString& newMessage,
+                  Completion completion) override {
+        prompt = newPrompt;
+        message = newMessage;
+        completion(answer);
+    }
+};
+
+/// A real library service over real folders of empty files, whose tags are their names.
+class LibraryFixture {
+  public:
+    LibraryFixture() {
+        auto service = std::make_unique<FolderLibraryService>(defaults, [](const FileURL& url) {
+            const QString name = url.nameWithoutExtensionText();
+            return AudioMetadata{name.section(QLatin1Char('~'), 0, 0),
+                                 name.section(QLatin1Char('~'), 1, 1),
+                                 name.section(QLatin1Char('~'), 2, 2),
+                                 1.0,
+                                 {}};
+        });
+        auto owned = std::make_unique<FakeFolderPanel>();
+        panel = owned.get();
+        library = std::make_unique<LibraryViewModel>(std::move(service), std::move(owned));
+    }
+
+    /// A new folder with these files; each name is title, artist and album, parted by tildes.
+    FileURL makeFolder(const QString& name, const QStringList& files) {
+        QDir root(directory.path());
+        root.mkdir(name);
+        for (const QString& file : files) {
+            QFile created(root.filePath(name + QLatin1Char('/') + file + QStringLiteral(".mp3")));
+            EXPECT_TRUE(created.open(QIODevice::WriteOnly));
+        }
+        return FileURL::fromPath(root.filePath(name).toUtf8());
+    }
+
+    /// Adds the folder through the panel and waits until its tracks are there.
+    void add(const FileURL& url, qsizetype tracks) {
+        panel->answer = url;
+        library->addFolderViaPanel();
+        ASSERT_TRUE(QTest::qWaitFor([&] {
+            return !library->folders().isEmpty() && library->folders().constLast().url == url &&
+                   library->folders().constLast().tracks.size() == tracks;
+        }));
+    }
+
+    QTemporaryDir directory;
+    UserDefaults defaults{QByteArray(directory.path().toUtf8() + "/configuration")};
+    FakeFolderPanel* panel = nullptr;
+    std::unique_ptr<LibraryViewModel> library;
+};
+
+} // namespace tamsy
