@@ -1,0 +1,174 @@
+#include "Platform/MediaPlayer/FFmpegDecoder.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavutil/mathematics.h>
+}
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+/// Packets that one call works through at most, so that a damaged stretch holds nobody up.
+constexpr int packetsPerCall = 32;
+
+/// Frames in a packet where the file doesn't say: those of the commonest codec.
+constexpr int usualPacketFrames = 1024;
+
+constexpr AVRational deviceTimeBase{1, mediaSampleRate};
+
+} // namespace
+
+void FFmpegDecoder::CodecDeleter::operator()(AVCodecContext* codec) const {
+    avcodec_free_context(&codec);
+}
+
+void FFmpegDecoder::PacketDeleter::operator()(AVPacket* packet) const {
+    av_packet_free(&packet);
+}
+
+void FFmpegDecoder::FrameDeleter::operator()(AVFrame* frame) const {
+    av_frame_free(&frame);
+}
+
+FFmpegDecoder::FFmpegDecoder(std::unique_ptr<PacketReader> file, Codec codec)
+    : file_(std::move(file)),
+      codec_(std::move(codec)),
+      packet_(av_packet_alloc()),
+      frame_(av_frame_alloc()) {}
+
+FFmpegDecoder::Codec FFmpegDecoder::openCodec(const PacketReader& file) {
+    const AVCodec* decoder = avcodec_find_decoder(file.codecParameters().codec_id);
+    Codec codec(decoder ? avcodec_alloc_context3(decoder) : nullptr);
+    if (!codec || avcodec_parameters_to_context(codec.get(), &file.codecParameters()) < 0)
+        return nullptr;
+    codec->pkt_timebase = file.timeBase();
+    codec->thread_count = 1;
+    if (avcodec_open2(codec.get(), decoder, nullptr) < 0)
+        return nullptr;
+    return codec;
+}
+
+std::unique_ptr<FFmpegDecoder> FFmpegDecoder::open(const char* path,
+                                                   const std::atomic<bool>& abandoned) {
+    std::unique_ptr<PacketReader> file = PacketReader::open(path, abandoned);
+    Codec codec = file ? openCodec(*file) : nullptr;
+    if (!codec)
+        return nullptr;
+    std::unique_ptr<FFmpegDecoder> decoder(new FFmpegDecoder(std::move(file), std::move(codec)));
+    if (!decoder->packet_ || !decoder->frame_)
+        return nullptr;
+    // The first sound proves that the codec likes the data, and its time stamp is the file's zero.
+    for (int call = 0; call < 4 && !decoder->pending_; ++call) {
+        const Block block = decoder->decodeNext();
+        if (!block.frames.empty() || block.ended)
+            decoder->pending_ = block;
+    }
+    if (!decoder->pending_ || decoder->pending_->frames.empty())
+        return nullptr;
+    return decoder;
+}
+
+MediaDecoder::Block FFmpegDecoder::decode() {
+    if (pending_)
+        return *std::exchange(pending_, std::nullopt);
+    return decodeNext();
+}
+
+MediaDecoder::Block FFmpegDecoder::decodeNext() {
+    const Block block = decodeBlock();
+    if (position_)
+        *position_ += static_cast<std::int64_t>(block.frames.size());
+    return block;
+}
+
+MediaDecoder::Block FFmpegDecoder::decodeBlock() {
+    for (int packets = 0; packets < packetsPerCall; ++packets) {
+        const int result = avcodec_receive_frame(codec_.get(), frame_.get());
+        if (result == AVERROR_EOF)
+            return {resampler_.drain(), true};
+        if (result == AVERROR(EAGAIN)) {
+            feed();
+            continue;
+        }
+        if (result < 0)
+            continue;
+        if (!origin_)
+            origin_ = frame_->best_effort_timestamp;
+        if (!position_)
+            position_ = startOf(*frame_);
+        const auto frames = resampler_.convert(*frame_);
+        if (!frames.empty())
+            return {frames, false};
+    }
+    return {};
+}
+
+void FFmpegDecoder::feed() {
+    // A packet that the decoder refuses is a damaged one: the next may be sound again.
+    if (file_->readPacket(*packet_)) {
+        avcodec_send_packet(codec_.get(), packet_.get());
+        av_packet_unref(packet_.get());
+    } else {
+        avcodec_send_packet(codec_.get(), nullptr);
+    }
+}
+
+std::int64_t FFmpegDecoder::startOf(const AVFrame& frame) const {
+    const std::int64_t time = frame.best_effort_timestamp;
+    if (time == AV_NOPTS_VALUE || origin_.value_or(AV_NOPTS_VALUE) == AV_NOPTS_VALUE)
+        return 0;
+    return av_rescale_q(time - *origin_, file_->timeBase(), deviceTimeBase);
+}
+
+double FFmpegDecoder::preRoll() const {
+    const AVCodecParameters& parameters = file_->codecParameters();
+    const int rate = std::max(1, parameters.sample_rate);
+    const int packet = parameters.frame_size > 0 ? parameters.frame_size : usualPacketFrames;
+    return std::max(2.0 * packet, static_cast<double>(parameters.seek_preroll)) / rate;
+}
+
+void FFmpegDecoder::restartAt(double seconds) {
+    const AVRational timeBase = file_->timeBase();
+    const double units = std::max(0.0, seconds) / av_q2d(timeBase);
+    file_->seek(std::max<std::int64_t>(0, origin_.value_or(0)) + static_cast<std::int64_t>(units));
+    avcodec_flush_buffers(codec_.get());
+    resampler_.reset();
+    position_.reset();
+    pending_.reset();
+}
+
+/// Decodes up to `target` and keeps what lies behind it as the next block. False if the first sound
+/// came after the target already.
+bool FFmpegDecoder::reach(std::int64_t target) {
+    Block block;
+    do {
+        block = decodeNext();
+    } while (!block.ended && position_.value_or(0) <= target);
+    const auto size = static_cast<std::int64_t>(block.frames.size());
+    const std::int64_t start = position_.value_or(0) - size;
+    const std::int64_t skipped = std::clamp<std::int64_t>(target - start, 0, size);
+    pending_ = {block.frames.subspan(static_cast<std::size_t>(skipped)), block.ended};
+    return size == 0 || start <= target;
+}
+
+double FFmpegDecoder::seek(double seconds) {
+    const double length = file_->duration();
+    const double bounded = std::isfinite(length) ? std::min(seconds, length) : seconds;
+    const std::int64_t target = std::llround(std::max(0.0, seconds) * mediaSampleRate);
+    // A codec needs the packets ahead of the target, and an index may be too coarse to name them.
+    for (const double lead : {preRoll(), preRoll() + 1, bounded}) {
+        restartAt(bounded - lead);
+        if (reach(target))
+            break;
+    }
+    if (!position_)
+        return bounded;
+    const std::int64_t next = *position_ - static_cast<std::int64_t>(pending_->frames.size());
+    return static_cast<double>(next) / mediaSampleRate;
+}
+
+} // namespace tamsy

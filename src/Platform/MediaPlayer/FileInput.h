@@ -1,0 +1,39 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+struct AVIOContext;
+
+namespace tamsy {
+
+/// One local file as the demuxer's only source of bytes. It is opened by the bytes of its name and
+/// read through its descriptor, so no name is ever taken for an address of another kind. A tag
+/// ahead of the sound (ID3v2) is left out: one with a large picture would hide what follows it.
+class FileInput {
+  public:
+    /// Opens a regular file; nothing for anything else. Reads fail once `abandoned` is true.
+    [[nodiscard]] static std::unique_ptr<FileInput> open(const char* path,
+                                                         const std::atomic<bool>& abandoned);
+    FileInput(const FileInput&) = delete;
+    FileInput& operator=(const FileInput&) = delete;
+    ~FileInput();
+
+    [[nodiscard]] AVIOContext* context() const { return context_; }
+
+  private:
+    FileInput(int descriptor, const std::atomic<bool>& abandoned);
+    static int read(void* self, std::uint8_t* buffer, int size);
+    static std::int64_t seek(void* self, std::int64_t offset, int whence);
+    [[nodiscard]] std::int64_t size() const;
+    [[nodiscard]] std::int64_t leadingTagSize(std::int64_t offset) const;
+
+    int descriptor_;
+    const std::atomic<bool>& abandoned_;
+    std::int64_t start_ = 0;  // bytes of the file that are left out
+    std::int64_t offset_ = 0; // bytes from there
+    AVIOContext* context_ = nullptr;
+};
+
+} // namespace tamsy

@@ -1,0 +1,160 @@
+#include "Platform/MediaPlayer/PacketReader.h"
+
+extern "C" {
+#include <libavcodec/packet.h>
+#include <libavformat/avformat.h>
+#include <libavutil/dict.h>
+#include <libavutil/mem.h>
+}
+
+#include <chrono>
+#include <limits>
+#include <span>
+
+namespace tamsy {
+namespace {
+
+/// Containers that a music file may be, whatever its name says. Play lists and manifests, which
+/// refer to other files, are not among them.
+constexpr const char* containers = "mov,aac,aiff,caf,wav,w64,flac,ogg,mp3,ac3,amr,au";
+
+/// Each container names itself at its start (behind a tag, which is skipped), so a file that is
+/// none of them is refused without reading far, in bytes.
+constexpr int probeSize = 64 * 1024;
+
+/// Measuring reads the whole file: ten hours take two seconds, and a file that takes longer plays
+/// with the length that its bit rate suggests.
+constexpr auto measureLimit = std::chrono::seconds(2);
+
+int refuseOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
+               int /*flags*/, AVDictionary** /*options*/) {
+    return AVERROR(EPERM);
+}
+
+/// True for a stream of moving pictures; covers and chapter pictures are stills.
+bool isFilm(const AVStream& stream) {
+    if (stream.codecpar->codec_type != AVMEDIA_TYPE_VIDEO)
+        return false;
+    if ((stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS)) != 0)
+        return false;
+    switch (stream.codecpar->codec_id) {
+    case AV_CODEC_ID_MJPEG:
+    case AV_CODEC_ID_PNG:
+    case AV_CODEC_ID_BMP:
+        return false;
+    default:
+        return true;
+    }
+}
+
+/// The sound's stream with all others switched off; none for a film.
+AVStream* selectSound(AVFormatContext& format) {
+    const std::span streams(format.streams, format.nb_streams);
+    const int index = av_find_best_stream(&format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+    if (index < 0)
+        return nullptr;
+    for (AVStream* stream : streams) {
+        if (isFilm(*stream))
+            return nullptr;
+        stream->discard = stream->index == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+    return streams[static_cast<std::size_t>(index)];
+}
+
+struct PacketDeleter {
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+};
+
+} // namespace
+
+void PacketReader::FormatCloser::operator()(AVFormatContext* context) const {
+    avformat_close_input(&context);
+}
+
+PacketReader::Format PacketReader::openFormat(AVIOContext* input) {
+    AVFormatContext* context = avformat_alloc_context();
+    if (!context)
+        return nullptr;
+    context->pb = input;
+    context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    context->format_probesize = probeSize;
+    // A crafted file makes no connection and opens no second file.
+    context->io_open = &refuseOpen;
+    context->protocol_whitelist = av_strdup("file");
+    context->format_whitelist = av_strdup(containers);
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "ignore_chapters", "1", 0);
+    const int result = avformat_open_input(&context, "", nullptr, &options);
+    av_dict_free(&options);
+    return Format(result < 0 ? nullptr : context);
+}
+
+std::unique_ptr<PacketReader> PacketReader::open(const char* path,
+                                                 const std::atomic<bool>& abandoned) {
+    std::unique_ptr<FileInput> input = FileInput::open(path, abandoned);
+    if (!input)
+        return nullptr;
+    Format format = openFormat(input->context());
+    if (!format || avformat_find_stream_info(format.get(), nullptr) < 0)
+        return nullptr;
+    AVStream* stream = selectSound(*format);
+    if (!stream)
+        return nullptr;
+    std::unique_ptr<PacketReader> file(
+        new PacketReader(std::move(input), std::move(format), stream));
+    file->readDuration();
+    return file;
+}
+
+const AVCodecParameters& PacketReader::codecParameters() const {
+    return *stream_->codecpar;
+}
+
+AVRational PacketReader::timeBase() const {
+    return stream_->time_base;
+}
+
+bool PacketReader::readPacket(AVPacket& packet) {
+    while (av_read_frame(format_.get(), &packet) >= 0) {
+        if (packet.stream_index == stream_->index)
+            return true;
+        av_packet_unref(&packet);
+    }
+    return false;
+}
+
+void PacketReader::seek(std::int64_t timestamp) {
+    const int index = stream_->index;
+    if (av_seek_frame(format_.get(), index, timestamp, AVSEEK_FLAG_BACKWARD) < 0)
+        av_seek_frame(format_.get(), index, 0, AVSEEK_FLAG_BYTE);
+}
+
+void PacketReader::readDuration() {
+    if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
+        duration_ = measure();
+    else if (stream_->duration != AV_NOPTS_VALUE)
+        duration_ = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
+    else if (format_->duration != AV_NOPTS_VALUE)
+        duration_ = static_cast<double>(format_->duration) / AV_TIME_BASE;
+    else
+        duration_ = std::numeric_limits<double>::quiet_NaN();
+}
+
+double PacketReader::measure() {
+    const std::unique_ptr<AVPacket, PacketDeleter> packet(av_packet_alloc());
+    const auto deadline = std::chrono::steady_clock::now() + measureLimit;
+    std::int64_t length = 0;
+    // Reading to the end also fills the index, which makes each later seek exact.
+    while (packet && readPacket(*packet)) {
+        length += packet->duration;
+        av_packet_unref(packet.get());
+        if (std::chrono::steady_clock::now() > deadline) {
+            length = stream_->duration;
+            break;
+        }
+    }
+    seek(0);
+    return static_cast<double>(length) * av_q2d(stream_->time_base);
+}
+
+} // namespace tamsy

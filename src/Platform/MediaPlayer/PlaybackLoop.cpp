@@ -1,0 +1,176 @@
+#include "Platform/MediaPlayer/PlaybackLoop.h"
+
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// A device that nobody hears costs wake-ups and keeps the sound card from sleeping; opening it
+/// again is quick.
+constexpr auto idleLimit = milliseconds(3000);
+
+/// How soon to look again when the device should have taken frames and has not yet.
+constexpr auto devicePeriod = milliseconds(10);
+
+/// Enough sound to start with: the device asks for half as much at a time.
+constexpr std::uint64_t startFrames = 2048;
+
+PlaybackRequests::Clock::duration durationOf(std::uint64_t frames) {
+    return milliseconds(frames * 1000 / mediaSampleRate);
+}
+
+} // namespace
+
+PlaybackLoop::PlaybackLoop(PlaybackRequests& requests, RingRenderer& renderer,
+                           BackendSource backendSource, Listener listener)
+    : requests_(requests),
+      renderer_(renderer),
+      ring_(renderer.ring()),
+      backendSource_(std::move(backendSource)),
+      listener_(std::move(listener)) {}
+
+void PlaybackLoop::run() {
+    bool running = false;
+    while (true) {
+        const PlaybackRequest request = requests_.wait(deadline(running));
+        if (request.quit)
+            return;
+        if (request.item != item_)
+            changeItem(request);
+        else if (decoder_ && request.seek != seek_)
+            seek(request);
+        else
+            settle(request);
+        running = decoder_ && request.running;
+    }
+}
+
+void PlaybackLoop::changeItem(const PlaybackRequest& request) {
+    decoder_.reset();
+    discardSound();
+    item_ = request.item;
+    seek_ = 0;
+    run_ = 0;
+    anchorPosition_ = 0;
+    // A silent device stood in for a missing one; by the next file there may be a real one.
+    if (output_ && output_->isSilent())
+        output_.reset();
+    if (request.path.isEmpty())
+        return;
+    if (MediaBackend* backend = backendSource_())
+        decoder_ = backend->openFile(request.path.constData(), requests_.abandoned());
+    report(decoder_ ? PlaybackReport::Kind::Opened : PlaybackReport::Kind::Failed, 0);
+}
+
+void PlaybackLoop::seek(const PlaybackRequest& request) {
+    pending_ = {};
+    const double position = decoder_->seek(request.seekTarget);
+    discardSound();
+    seek_ = request.seek;
+    anchorPosition_ = position;
+    decodeOnce();
+    report(PlaybackReport::Kind::Sought, position);
+}
+
+void PlaybackLoop::discardSound() {
+    pending_ = {};
+    drained_ = false;
+    endReported_ = false;
+    filling_ = true;
+    ring_.discardUnread();
+    if (!output_)
+        ring_.skipDiscarded();
+    anchorFrame_ = ring_.written();
+}
+
+void PlaybackLoop::settle(const PlaybackRequest& request) {
+    if (!decoder_) {
+        keepOutput(false);
+        return;
+    }
+    fill();
+    const bool hasEnough = hasAllSound() || ring_.unread() >= startFrames;
+    if (request.running && request.run != run_ && hasEnough)
+        start(request);
+    keepOutput(request.running);
+    if (request.running && request.run == run_)
+        reportEnd();
+}
+
+void PlaybackLoop::fill() {
+    const std::uint64_t unread = ring_.unread();
+    if (unread >= FrameRing::fillTarget)
+        filling_ = false;
+    else if (unread <= FrameRing::fillTarget / 2)
+        filling_ = true;
+    if (filling_ && !hasAllSound())
+        decodeOnce();
+}
+
+void PlaybackLoop::decodeOnce() {
+    if (pending_.empty() && !drained_) {
+        const MediaDecoder::Block block = decoder_->decode();
+        pending_ = block.frames;
+        drained_ = block.ended;
+    }
+    pending_ = pending_.subspan(ring_.write(pending_));
+}
+
+void PlaybackLoop::start(const PlaybackRequest& request) {
+    if (!output_) {
+        if (MediaBackend* backend = backendSource_())
+            output_ = backend->openOutput(renderer_);
+    }
+    run_ = request.run;
+    endReported_ = false;
+    if (requests_.letRun(request))
+        report(PlaybackReport::Kind::Started, 0);
+}
+
+void PlaybackLoop::reportEnd() {
+    if (endReported_ || !hasAllSound() || ring_.unread() > 0)
+        return;
+    endReported_ = true;
+    const auto played = static_cast<double>(ring_.written() - anchorFrame_);
+    report(PlaybackReport::Kind::Ended, anchorPosition_ + played / mediaSampleRate);
+}
+
+/// Opens a lost device anew while it is needed, and closes one that hasn't been for a while.
+void PlaybackLoop::keepOutput(bool running) {
+    if (running) {
+        idleSince_ = Clock::now();
+        if (output_ && !output_->isAlive()) {
+            output_.reset();
+            ring_.skipDiscarded();
+            output_ = backendSource_()->openOutput(renderer_);
+        }
+    } else if (output_ && Clock::now() - idleSince_ >= idleLimit) {
+        output_.reset();
+        ring_.skipDiscarded();
+    }
+}
+
+PlaybackLoop::Clock::time_point PlaybackLoop::deadline(bool running) const {
+    const auto now = Clock::now();
+    if (decoder_ && filling_ && !hasAllSound())
+        return pending_.empty() ? now : now + devicePeriod;
+    if (running && !endReported_) {
+        const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::fillTarget / 2;
+        const std::uint64_t unread = ring_.unread();
+        return now + devicePeriod + durationOf(unread > kept ? unread - kept : 0);
+    }
+    return output_ ? idleSince_ + idleLimit : Clock::time_point::max();
+}
+
+void PlaybackLoop::report(PlaybackReport::Kind kind, double position) const {
+    listener_({.kind = kind,
+               .item = item_,
+               .seek = seek_,
+               .position = position,
+               .duration = decoder_ ? decoder_->duration() : 0,
+               .frame = anchorFrame_});
+}
+
+} // namespace tamsy
