@@ -1,0 +1,59 @@
+#include "Platform/InterfaceThread.h"
+
+#include <QThread>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace tamsy {
+
+namespace {
+
+struct Waiting {
+    std::mutex mutex; // guards the flag, every ticket and every answer
+    std::condition_variable changed;
+    bool isReleased = false;
+};
+
+Waiting& waiting() {
+    static Waiting shared;
+    return shared;
+}
+
+} // namespace
+
+bool InterfaceThread::isCurrent() {
+    const QCoreApplication* application = QCoreApplication::instance();
+    return application && application->thread() == QThread::currentThread();
+}
+
+void InterfaceThread::run(std::function<void()> function) {
+    // The lock keeps the application from ending between the question and the post.
+    const std::scoped_lock lock(waiting().mutex);
+    QCoreApplication* application = QCoreApplication::instance();
+    if (application && !waiting().isReleased)
+        QMetaObject::invokeMethod(application, std::move(function), Qt::QueuedConnection);
+}
+
+void InterfaceThread::releaseWaiters() {
+    const std::scoped_lock lock(waiting().mutex);
+    waiting().isReleased = true;
+    waiting().changed.notify_all();
+}
+
+void InterfaceThread::finish(const std::shared_ptr<bool>& ticket,
+                             const std::function<void()>& store) {
+    const std::scoped_lock lock(waiting().mutex);
+    store();
+    *ticket = true;
+    waiting().changed.notify_all();
+}
+
+bool InterfaceThread::wait(const std::shared_ptr<bool>& ticket) {
+    std::unique_lock lock(waiting().mutex);
+    waiting().changed.wait(
+        lock, [&] { return *ticket || waiting().isReleased || !QCoreApplication::instance(); });
+    return *ticket;
+}
+
+} // namespace tamsy

@@ -1,0 +1,129 @@
+#include "Platform/Media/ItemCollector.h"
+
+#include "Platform/Media/LegacyText.h"
+
+#include <algorithm>
+#include <span>
+
+namespace tamsy::media {
+
+namespace {
+
+constexpr std::uint64_t longestCommonText = std::uint64_t{64} * 1024;
+
+QString infoName(CommonKey key) {
+    switch (key) {
+    case CommonKey::Title:
+        return QStringLiteral("title");
+    case CommonKey::Artist:
+        return QStringLiteral("artist");
+    case CommonKey::AlbumName:
+        return QStringLiteral("album");
+    case CommonKey::Artwork:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
+    const bool isCommonText = key && *key != CommonKey::Artwork;
+    if (!wants(key) || length > (isCommonText ? longestCommonText : textBudget_))
+        return false;
+    textBudget_ -= std::min(length, textBudget_);
+    return true;
+}
+
+void ItemCollector::add(MediaItem item) {
+    if (item.commonKey)
+        item.name = infoName(*item.commonKey);
+    found_.push_back({.item = std::move(item), .undecided = {}});
+}
+
+void ItemCollector::add(MediaItem item, TagText text) {
+    item.text = joinedValues(text.decoded);
+    add(std::move(item));
+    found_.back().undecided = std::move(text.undecided);
+}
+
+void ItemCollector::addFallback(CommonKey key, TagText text) {
+    if (text.decoded.isEmpty() && text.undecided.isEmpty())
+        return;
+    MediaItem item;
+    item.commonKey = key;
+    add(std::move(item), std::move(text));
+    found_.back().isFallback = true;
+}
+
+bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText& text) {
+    for (Found& found : std::span(found_).subspan(since)) {
+        if (found.item.commonKey != key || !found.item.text)
+            continue;
+        if (!found.undecided.isEmpty() || !text.undecided.isEmpty())
+            return false;
+        found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
+        return true;
+    }
+    return false;
+}
+
+bool ItemCollector::has(CommonKey key) const {
+    return std::ranges::any_of(found_, [key](const Found& found) {
+        return found.item.commonKey == key && !found.isFallback &&
+               (!found.undecided.isEmpty() || (found.item.text && !found.item.text->isEmpty()));
+    });
+}
+
+bool ItemCollector::hasAllCommonTexts() const {
+    return has(CommonKey::Title) && has(CommonKey::Artist) && has(CommonKey::AlbumName);
+}
+
+void ItemCollector::decodeUndecided() {
+    std::vector<QByteArray> judged;
+    for (const Found& found : found_) {
+        if (found.item.commonKey && !found.undecided.isEmpty())
+            judged.push_back(found.undecided);
+    }
+    const LegacyEncoding common = judgeLegacyEncoding(judged);
+    for (Found& found : found_) {
+        if (found.undecided.isEmpty())
+            continue;
+        const bool isJudged = found.item.commonKey || common == LegacyEncoding::Chinese;
+        const LegacyEncoding encoding = isJudged ? common : judgeLegacyEncoding({found.undecided});
+        found.item.text = joinedValues(decodeLegacyText(found.undecided, encoding));
+    }
+}
+
+std::vector<MediaItem> ItemCollector::takeItems() {
+    decodeUndecided();
+    std::vector<MediaItem> items;
+    items.reserve(found_.size());
+    for (Found& found : found_) {
+        if (!found.isFallback)
+            items.push_back(std::move(found.item));
+    }
+    const auto isMissing = [&items, count = items.size()](std::optional<CommonKey> key) {
+        return std::none_of(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(count),
+                            [key](const MediaItem& item) {
+                                return item.commonKey == key && item.text && !item.text->isEmpty();
+                            });
+    };
+    for (Found& found : found_) {
+        if (found.isFallback && isMissing(found.item.commonKey))
+            items.push_back(std::move(found.item));
+    }
+    return items;
+}
+
+QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
+    QHash<QString, QString> texts;
+    for (const MediaItem& item : items) {
+        if (item.name.isEmpty() || !item.text || item.text->isEmpty() || texts.contains(item.name))
+            continue;
+        texts.insert(item.name, *item.text);
+    }
+    return texts;
+}
+
+} // namespace tamsy::media

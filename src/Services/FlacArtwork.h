@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Utils/ByteCursor.h"
+#include "Utils/FileURL.h"
+
+#include <QImage>
+
+namespace tamsy {
+
+/// The first picture that decodes among a FLAC file's PICTURE blocks (RFC 9639), whatever its kind;
+/// null if there is none. The signature must stand at the file's first byte. Any thread.
+[[nodiscard]] QImage flacEmbeddedArtwork(const FileURL& url);
+
+/// The decoded picture of one PICTURE block's body; null if it is damaged or doesn't decode.
+[[nodiscard]] QImage parseFlacPictureBlock(ByteCursor::Bytes body);
+
+} // namespace tamsy

@@ -1,0 +1,172 @@
+#include "Services/MetadataReader.h"
+
+#include "Platform/InterfaceThread.h"
+#include "Platform/Media/ImageDecoding.h"
+#include "Platform/Media/MediaAsset.h"
+#include "Services/FlacArtwork.h"
+#include "Utils/TextTrimming.h"
+
+#include <QPromise>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <vector>
+
+namespace tamsy {
+
+namespace {
+
+using Items = std::vector<MediaItem>;
+using OptionalText = std::optional<QString>;
+
+constexpr MetadataFormat formats[] = {MetadataFormat::ID3, MetadataFormat::ITunes,
+                                      MetadataFormat::QuickTime};
+
+// The three fields in the order in which everything about them is done.
+struct Field {
+    CommonKey key;
+    const char* infoKey;
+    QString AudioMetadata::*text;
+};
+constexpr Field fields[] = {{CommonKey::Title, "title", &AudioMetadata::title},
+                            {CommonKey::Artist, "artist", &AudioMetadata::artist},
+                            {CommonKey::AlbumName, "album", &AudioMetadata::album}};
+
+const MediaItem* firstItem(CommonKey key, const Items& items) {
+    const auto found = std::ranges::find(items, key, &MediaItem::commonKey);
+    return found == items.end() ? nullptr : &*found;
+}
+
+double finiteOrZero(double seconds) {
+    return std::isfinite(seconds) ? seconds : 0;
+}
+
+QString trimmed(const QString& text) {
+    return trimmedOfWhitespaceAndNewlines(text).toString();
+}
+
+/// The info dictionary's text for a field, trimmed; nothing if that leaves none.
+OptionalText infoText(const MediaAsset& asset, const Field& field) {
+    const QString text = trimmed(asset.infoDictionary().value(QLatin1String(field.infoKey)));
+    return text.isEmpty() ? std::nullopt : OptionalText(text);
+}
+
+/// The first text with this key that isn't empty; one of blanks counts.
+OptionalText firstCommonString(CommonKey key, const Items& items) {
+    for (const MediaItem& item : items) {
+        if (item.commonKey == key && item.text && !item.text->isEmpty())
+            return item.text;
+    }
+    return std::nullopt;
+}
+
+QImage decodedData(const MediaItem& item) {
+    return decodeImage(item.data());
+}
+
+/// A picture that a tag holds as text.
+QImage decodedText(const MediaItem& item) {
+    if (!item.text)
+        return {};
+    const auto bytes = QByteArray::fromBase64Encoding(item.text->toUtf8(),
+                                                      QByteArray::AbortOnBase64DecodingErrors);
+    return bytes ? decodeImage(bytes.decoded) : QImage();
+}
+
+QImage decodedItem(const MediaItem& item) {
+    QImage image = decodedData(item);
+    return image.isNull() ? decodedText(item) : image;
+}
+
+/// The cover: the first artwork item of the common list, else the first item of any format that is
+/// a picture, else the pictures of a FLAC file.
+QImage artworkImage(const MediaAsset& asset, const Items& common) {
+    if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
+        QImage image = decodedItem(*item);
+        if (!image.isNull())
+            return image;
+    }
+    for (const MetadataFormat format : formats) {
+        for (const MediaItem& item : asset.metadata(format)) {
+            QImage image = decodedItem(item);
+            if (!image.isNull())
+                return image;
+        }
+    }
+    const bool isFlac = asset.url().pathExtension().toLower() == "flac";
+    return isFlac ? flacEmbeddedArtwork(asset.url()) : QImage();
+}
+
+/// What the worker leaves in memory for the interface thread's steps.
+struct LoadedFile {
+    explicit LoadedFile(const FileURL& url)
+        : asset(url, MediaAsset::Depth::Full),
+          common(asset.commonMetadata()),
+          artwork(artworkImage(asset, common)) {}
+
+    MediaAsset asset;
+    Items common;
+    QImage artwork;
+};
+
+/// The first text that any of the format lists has for a key.
+OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
+    for (const MetadataFormat format : formats) {
+        if (auto text = firstCommonString(key, asset.metadata(format)))
+            return text;
+    }
+    return std::nullopt;
+}
+
+AudioMetadata chosen(const LoadedFile& file) {
+    AudioMetadata metadata;
+    for (const Field& field : fields) {
+        OptionalText text = firstCommonString(field.key, file.common);
+        if (!text)
+            text = firstFormatString(field.key, file.asset);
+        if (!text)
+            text = infoText(file.asset, field);
+        metadata.*field.text = text.value_or(QString());
+    }
+    metadata.duration = finiteOrZero(file.asset.duration());
+    metadata.artwork = file.artwork;
+    return metadata;
+}
+
+} // namespace
+
+AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
+    const MediaAsset asset(url, MediaAsset::Depth::CommonTexts);
+    const Items common = asset.commonMetadata();
+    AudioMetadata metadata;
+    for (const Field& field : fields) {
+        const MediaItem* item = firstItem(field.key, common);
+        const QString text = trimmed(item ? item->text.value_or(QString()) : QString());
+        metadata.*field.text = text.isEmpty() ? infoText(asset, field).value_or(QString()) : text;
+    }
+    metadata.duration = finiteOrZero(asset.duration());
+    return metadata;
+}
+
+QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
+    const auto promise = std::make_shared<QPromise<AudioMetadata>>();
+    promise->start();
+    QThreadPool::globalInstance()->start([promise, url] {
+        const auto file = std::make_shared<const LoadedFile>(url);
+        InterfaceThread::run([promise, file] {
+            promise->addResult(chosen(*file));
+            promise->finish();
+        });
+    });
+    return promise->future();
+}
+
+AudioMetadata MetadataReader::load(const FileURL& url) const {
+    return InterfaceThread::waitFor<AudioMetadata>(
+               [url] { return MetadataReader().loadAsync(url); })
+        .value_or(AudioMetadata());
+}
+
+} // namespace tamsy
