@@ -1,6 +1,7 @@
 #include "Tamsy_MusicApp.h"
 
 #include "Platform/InterfaceThread.h"
+#include "Platform/WindowState.h"
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Appearance.h"
 #include "Views/CoverProvider.h"
@@ -37,11 +38,29 @@ bool Tamsy_MusicApp::openMainWindow() {
          {QStringLiteral("lyricsFontSize"), QVariant::fromValue(&lyricsFontSizePoints_)},
          {QStringLiteral("folderPanel"), QVariant::fromValue(&folderPanel_)}});
     engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/MainWindow.qml")));
-    if (mainWindow() == nullptr)
+    QQuickWindow* window = mainWindow();
+    if (window == nullptr)
         return false;
     colorScheme_.waitForFirstAnswer();
-    mainWindow()->show();
+    followWindowState(window);
     return true;
+}
+
+void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {
+    const std::optional<WindowState> stored = WindowState::load();
+    if (stored)
+        window->resize(stored->size);
+    normalSize_ = window->size();
+    const auto noteSize = [this, window] {
+        if (window->visibility() == QWindow::Windowed)
+            normalSize_ = window->size();
+    };
+    connect(window, &QWindow::widthChanged, this, noteSize);
+    connect(window, &QWindow::heightChanged, this, noteSize);
+    connect(window, &QQuickWindow::closing, this, [this, window] {
+        WindowState{normalSize_, window->visibility() == QWindow::Maximized}.save();
+    });
+    window->setVisibility(stored && stored->isMaximized ? QWindow::Maximized : QWindow::Windowed);
 }
 
 QQuickWindow* Tamsy_MusicApp::mainWindow() const {
@@ -50,12 +69,15 @@ QQuickWindow* Tamsy_MusicApp::mainWindow() const {
                : qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
 }
 
-void Tamsy_MusicApp::raiseMainWindow() {
+void Tamsy_MusicApp::raiseMainWindow(const QByteArray& activationToken) {
     QQuickWindow* window = mainWindow();
     if (window == nullptr)
         return;
     if (window->windowStates().testFlag(Qt::WindowMinimized))
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+    // Where the compositor decides who may come to the front, it wants the token of the second
+    // start.
+    qputenv("XDG_ACTIVATION_TOKEN", activationToken);
     window->raise();
     window->requestActivate();
 }

@@ -6,8 +6,10 @@
 #include "ViewModels/PlayerViewModel.h"
 #include "Views/FolderPanelController.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QQmlApplicationEngine>
+#include <QSize>
 
 class QQuickWindow;
 
@@ -25,12 +27,17 @@ class Tamsy_MusicApp : public QObject {
     /// Opens the main window. False if it can't be made.
     [[nodiscard]] bool openMainWindow();
 
-    /// Brings the main window to the front.
-    void raiseMainWindow();
+    /// Brings the main window to the front, with the token that another start was given to do so,
+    /// or an empty one.
+    void raiseMainWindow(const QByteArray& activationToken);
 
     [[nodiscard]] QQuickWindow* mainWindow() const;
 
   private:
+    /// Shows the window as the user left it, and remembers how this run leaves it.
+    void followWindowState(QQuickWindow* window);
+
+    QSize normalSize_; // the window's size while it was neither maximised nor full-screen
     ColorScheme colorScheme_;
     FolderPanelController folderPanel_;
     LyricsFontSize lyricsFontSizePoints_;

@@ -1,7 +1,6 @@
-#include "Tamsy_MusicApp.h"
-
 #include "Platform/SingleInstance.h"
 #include "Platform/UserDefaults.h"
+#include "Tamsy_MusicApp.h"
 
 #include <QFont>
 #include <QGuiApplication>
@@ -28,17 +27,38 @@ void speakChinese(QGuiApplication& application) {
     QGuiApplication::setFont(font);
 }
 
+QIcon applicationIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256, 512})
+        icon.addFile(QStringLiteral(":/application-icon-%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
+int run(tamsy::SingleInstance& instance, tamsy::UserDefaults& defaults) {
+    tamsy::Tamsy_MusicApp app(defaults);
+    QObject::connect(&instance, &tamsy::SingleInstance::activationRequested, &app,
+                     &tamsy::Tamsy_MusicApp::raiseMainWindow);
+    if (!app.openMainWindow())
+        return 1;
+    return QGuiApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    tamsy::SingleInstance instance(tamsy::UserDefaults::configurationDirectory());
+    if (!instance.acquire())
+        return 0;
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("tamsy-music"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsy Music"));
     QGuiApplication::setDesktopFileName(QStringLiteral("tamsy-music"));
+    QGuiApplication::setWindowIcon(applicationIcon());
     speakChinese(application);
-    tamsy::Tamsy_MusicApp app(tamsy::UserDefaults::standard());
-    if (!app.openMainWindow())
-        return 1;
-    return QGuiApplication::exec();
+    instance.listen();
+    const int status = run(instance, tamsy::UserDefaults::standard());
+    static_cast<void>(
+        tamsy::UserDefaults::standard().drain()); // the lock is held until everything is on disk
+    return status;
 }
