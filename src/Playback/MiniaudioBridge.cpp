@@ -1,0 +1,307 @@
+#include "Playback/MiniaudioBridge.h"
+
+#include "Playback/AudioFile.h"
+#include "Playback/MpegAudioScan.h"
+#include "Playback/MpegSeekTable.h"
+#include "Playback/ReadBudget.h"
+#include "Playback/SoundServerNoise.h"
+
+#include <miniaudio.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <mutex>
+
+namespace tamsy {
+
+struct BridgePlayer {
+    ma_decoder decoder{}; // the device's thread while the device runs, else the caller's
+    ma_device device{};
+    std::atomic<bool> isPlaying = false;
+    std::atomic<double> durationSeconds = 0;
+    std::atomic<double> positionSeconds = 0;
+    std::atomic<float> volume = 0.5F;
+};
+
+namespace {
+
+constexpr ma_uint32 channels = 2;
+constexpr ma_uint32 sampleRate = 48'000;
+
+// What one call may read of a file. A sound file needs a fraction of each; a search through the
+// rest of a broken one costs some 20 ms to open, 5 ms in the callback.
+constexpr std::int64_t openingBudget = 1'048'576;
+constexpr std::int64_t seekingBudget = 67'108'864;
+constexpr std::int64_t callbackBudget = 1'048'576;
+
+void fail(BridgeErrorOut error, ma_result code, std::string_view description) {
+    if (error != nullptr)
+        *error = BridgeError{"miniaudio", code, description};
+}
+
+ma_result resultOf(int systemError) {
+    switch (systemError) {
+    case ENOENT:
+        return MA_DOES_NOT_EXIST;
+    case EACCES:
+        return MA_ACCESS_DENIED;
+    case EISDIR:
+        return MA_IS_DIRECTORY;
+    default:
+        return MA_INVALID_FILE;
+    }
+}
+
+ma_encoding_format formatOf(const QByteArray& extension) {
+    if (extension == "mp3")
+        return ma_encoding_format_mp3;
+    if (extension == "flac")
+        return ma_encoding_format_flac;
+    if (extension == "ogg" || extension == "oga")
+        return ma_encoding_format_vorbis;
+    return ma_encoding_format_wav;
+}
+
+ma_result openAs(ma_encoding_format format, const QByteArray& path, ma_decoder& decoder) {
+    ma_decoder_config config = ma_decoder_config_init(ma_format_f32, channels, sampleRate);
+    config.encodingFormat = format;
+    return ma_decoder_init_file(path.constData(), &config, &decoder);
+}
+
+ma_result openAs(ma_encoding_format format, const QByteArray& path, const AudioFile& file,
+                 ma_decoder& decoder) {
+    if (format != ma_encoding_format_mp3) {
+        const ReadBudget budget(openingBudget);
+        return openAs(format, path, decoder);
+    }
+    const auto scan = scanMpegAudio(file);
+    if (!scan)
+        return MA_NO_BACKEND;
+    const ma_result result = openAs(format, path, decoder);
+    if (result == MA_SUCCESS)
+        bindMpegSeekTable(decoder, *scan);
+    return result;
+}
+
+/// Tries the decoder that the extension names, then the others: a file under a wrong name plays.
+ma_result openDecoder(const FileURL& url, ma_decoder& decoder) {
+    const QByteArray path = url.path();
+    const AudioFile file(path);
+    if (file.error() != 0)
+        return resultOf(file.error());
+    const ma_encoding_format named = formatOf(url.pathExtension().toLower());
+    const ma_result first = openAs(named, path, file, decoder);
+    if (first == MA_SUCCESS)
+        return first;
+    for (const ma_encoding_format other : {ma_encoding_format_wav, ma_encoding_format_flac,
+                                           ma_encoding_format_mp3, ma_encoding_format_vorbis}) {
+        if (other != named && openAs(other, path, file, decoder) == MA_SUCCESS)
+            return MA_SUCCESS;
+    }
+    return first;
+}
+
+double lengthInSeconds(ma_decoder& decoder) {
+    ma_uint64 frames = 0;
+    // One that can't be told leaves 0.
+    static_cast<void>(ma_decoder_get_length_in_pcm_frames(&decoder, &frames));
+    return static_cast<double>(frames) / static_cast<double>(decoder.outputSampleRate);
+}
+
+/// The frame at `seconds`, truncated, or the largest one where no number of frames would do.
+ma_uint64 frameAt(double seconds, ma_uint32 rate) {
+    constexpr double largest = 18'446'744'073'709'549'568.0; // the last one below 2^64
+    return static_cast<ma_uint64>(std::min(seconds * static_cast<double>(rate), largest));
+}
+
+void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
+                      ma_uint32 frameCount) {
+    auto* player = static_cast<BridgePlayer*>(device->pUserData);
+    if (player == nullptr)
+        return;
+    ma_uint64 framesRead = 0;
+    {
+        const ReadBudget budget(callbackBudget);
+        // An error mid-file reads as its end: what wasn't read becomes silence.
+        static_cast<void>(
+            ma_decoder_read_pcm_frames(&player->decoder, output, frameCount, &framesRead));
+    }
+    const auto frames = static_cast<std::size_t>(std::min<ma_uint64>(framesRead, frameCount));
+    auto* samples = static_cast<float*>(output);
+    const std::size_t width = device->playback.channels;
+    const float volume = player->volume.load(std::memory_order_relaxed);
+    if (volume != 1.0F) {
+        for (std::size_t i = 0; i < frames * width; ++i)
+            samples[i] *= volume;
+    }
+    std::fill(samples + frames * width, samples + frameCount * width, 0.0F);
+    const double position = player->positionSeconds.load(std::memory_order_relaxed);
+    const auto rate = static_cast<double>(device->sampleRate);
+    // A length that no header told shows here, so that such a file ends as any other does.
+    if (frames < frameCount && player->durationSeconds.load(std::memory_order_relaxed) == 0)
+        player->durationSeconds = position + static_cast<double>(frames) / rate;
+    player->positionSeconds = position + frameCount / rate;
+}
+
+ma_result openDevice(BridgePlayer& player) {
+    static std::once_flag silenced;
+    std::call_once(silenced, silenceSoundLibraries);
+    ma_device_config config = ma_device_config_init(ma_device_type_playback);
+    config.sampleRate = player.decoder.outputSampleRate;
+    config.playback.format = player.decoder.outputFormat;
+    config.playback.channels = player.decoder.outputChannels;
+    config.dataCallback = ma_data_callback;
+    config.pUserData = &player;
+    // With no list of backends and no context it goes through all of them until a device opens, and
+    // ends with one that runs in real time without any sound card.
+    return ma_device_init_ex(nullptr, 0, nullptr, &config, &player.device);
+}
+
+/// Starts the device. One that won't start has lost its sound server; a fresh one finds the server
+/// that has come back, or another way out.
+ma_result startDevice(BridgePlayer& player) {
+    if (ma_device_start(&player.device) == MA_SUCCESS)
+        return MA_SUCCESS;
+    ma_device_uninit(&player.device);
+    const ma_result result = openDevice(player);
+    return result == MA_SUCCESS ? ma_device_start(&player.device) : result;
+}
+
+BridgePlayer* asPlayer(void* player) {
+    return static_cast<BridgePlayer*>(player);
+}
+
+} // namespace
+
+bool ma_isAvailable() {
+    return true;
+}
+
+BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
+    auto player = std::make_unique<BridgePlayer>();
+    if (const ma_result result = openDecoder(url, player->decoder); result != MA_SUCCESS) {
+        fail(error, result, "Failed to open audio file");
+        return nullptr;
+    }
+    player->durationSeconds = lengthInSeconds(player->decoder);
+    if (const ma_result result = openDevice(*player); result != MA_SUCCESS) {
+        fail(error, result, "Failed to init audio device");
+        static_cast<void>(ma_decoder_uninit(&player->decoder));
+        return nullptr;
+    }
+    return player.release();
+}
+
+void ma_destroyPlayer(BridgePlayer* player) {
+    if (player == nullptr)
+        return;
+    const std::unique_ptr<BridgePlayer> owned(player);
+    // A running device's end waits for its thread to wake by itself, which it never does once the
+    // sound server has gone; stopping wakes it.
+    static_cast<void>(ma_device_stop(&owned->device));
+    ma_device_uninit(&owned->device); // first, as its thread reads the decoder
+    static_cast<void>(ma_decoder_uninit(&owned->decoder));
+}
+
+bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
+    if (player == nullptr)
+        return false;
+    if (const ma_result result = startDevice(*player); result != MA_SUCCESS) {
+        fail(error, result, "Failed to start device");
+        return false;
+    }
+    player->isPlaying = true;
+    return true;
+}
+
+void ma_pause(BridgePlayer* player) {
+    if (player == nullptr)
+        return;
+    static_cast<void>(ma_device_stop(&player->device));
+    player->isPlaying = false;
+}
+
+void ma_stop(BridgePlayer* player) {
+    if (player == nullptr)
+        return;
+    static_cast<void>(ma_device_stop(&player->device));
+    static_cast<void>(ma_decoder_seek_to_pcm_frame(&player->decoder, 0));
+    player->positionSeconds = 0;
+    player->isPlaying = false;
+}
+
+bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
+    if (player == nullptr)
+        return false;
+    const double target = seconds > 0 ? seconds : 0; // what isn't a number counts as 0, too
+    const bool wasPlaying = player->isPlaying;
+    if (wasPlaying)
+        static_cast<void>(ma_device_stop(&player->device));
+    // Some decoders refuse a place behind their end and some don't. With all of them at the end, a
+    // slider dragged to the far right ends the file.
+    const double duration = player->durationSeconds;
+    const double reachable = duration > 0 ? std::min(target, duration) : target;
+    const ReadBudget budget(seekingBudget);
+    const ma_result result = ma_decoder_seek_to_pcm_frame(
+        &player->decoder, frameAt(reachable, player->decoder.outputSampleRate));
+    if (result != MA_SUCCESS) {
+        fail(error, result, "Failed to seek");
+        return false;
+    }
+    player->positionSeconds = target;
+    if (wasPlaying && startDevice(*player) == MA_SUCCESS)
+        player->isPlaying = true;
+    return true;
+}
+
+BridgeState ma_getState(const BridgePlayer* player) {
+    if (player == nullptr)
+        return {};
+    return {player->durationSeconds, player->positionSeconds, player->isPlaying};
+}
+
+void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error) {
+    return ma_createPlayer(url, error);
+}
+
+void ma_destroyPlayerRaw(void* player) {
+    ma_destroyPlayer(asPlayer(player));
+}
+
+bool ma_playRaw(void* player, BridgeErrorOut error) {
+    return ma_play(asPlayer(player), error);
+}
+
+void ma_pauseRaw(void* player) {
+    ma_pause(asPlayer(player));
+}
+
+void ma_stopRaw(void* player) {
+    ma_stop(asPlayer(player));
+}
+
+bool ma_seekRaw(void* player, double seconds, BridgeErrorOut error) {
+    return ma_seek(asPlayer(player), seconds, error);
+}
+
+void ma_getStateRaw(const void* player, double* durationSeconds, double* positionSeconds,
+                    bool* isPlaying) {
+    const BridgeState state = ma_getState(static_cast<const BridgePlayer*>(player));
+    if (durationSeconds != nullptr)
+        *durationSeconds = state.durationSeconds;
+    if (positionSeconds != nullptr)
+        *positionSeconds = state.positionSeconds;
+    if (isPlaying != nullptr)
+        *isPlaying = state.isPlaying;
+}
+
+void ma_setVolumeRaw(void* player, float volume) {
+    if (player != nullptr)
+        asPlayer(player)->volume.store(std::clamp(volume, 0.0F, 1.0F), std::memory_order_relaxed);
+}
+
+} // namespace tamsy

@@ -1,0 +1,46 @@
+// The one unit that holds miniaudio and the Vorbis decoder that it takes along. It is compiled
+// alone, since it is large, and with warnings off, since most of it isn't ours.
+
+#include "Playback/MpegSeekTable.h"
+#include "Playback/ReadBudget.h"
+
+#include <cstdio>
+
+// Both libraries read their files through this name alone; a decoder lost in a damaged file is thus
+// held to the budget of the call that it serves.
+#define fread(target, size, count, file) tamsy::ReadBudget::read(target, size, count, file)
+
+#define STB_VORBIS_HEADER_ONLY
+#include <stb/stb_vorbis.h>
+#define MINIAUDIO_IMPLEMENTATION
+#include <miniaudio.h>
+#undef STB_VORBIS_HEADER_ONLY
+#include <stb/stb_vorbis.h>
+
+namespace tamsy {
+
+void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
+    auto& backend = *static_cast<ma_mp3*>(decoder.pBackend);
+    auto& mpeg = backend.dr;
+    // Freed by the backend with itself.
+    auto* table = static_cast<ma_dr_mp3_seek_point*>(
+        ma_malloc(sizeof(ma_dr_mp3_seek_point) * (scan.points.size() + 1), nullptr));
+    if (table == nullptr)
+        return;
+    // A first frame that only describes the stream puts out nothing. The encoder's delay is dropped
+    // at the start alone, so places behind it are told without it.
+    const bool firstFrameIsTag = mpeg.streamStartOffset >= scan.firstFrameEnd;
+    const std::uint64_t delay = mpeg.delayInPCMFrames;
+    const std::uint64_t dropped = delay + (firstFrameIsTag ? scan.firstFramePcmFrames : 0);
+    ma_uint32 count = 0;
+    table[count++] = {mpeg.streamStartOffset, 0, 0, 0};
+    for (const MpegSeekPoint& point : scan.points) {
+        if (point.pcmFrame > dropped + delay)
+            table[count++] = {point.byte, point.pcmFrame - dropped, 0, 0};
+    }
+    ma_dr_mp3_bind_seek_table(&mpeg, count, table);
+    backend.pSeekPoints = table;
+    backend.seekPointCount = count;
+}
+
+} // namespace tamsy

@@ -1,0 +1,153 @@
+#include "Playback/MiniaudioPlaybackEngine.h"
+
+#include "Playback/MiniaudioBridge.h"
+#include "Utils/PlaybackLogger.h"
+
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tamsy {
+namespace {
+
+constexpr double leastUpdateInterval = 0.05; // seconds
+
+void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
+    const std::string_view text = error ? error->description : "unknown";
+    PlaybackLogger::log(QLatin1String("[MINIAUDIO] ") + call + QLatin1String(" error: ") +
+                        QLatin1String(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+} // namespace
+
+void MiniaudioPlaybackEngine::HandleDeleter::operator()(void* player) const {
+    ma_destroyPlayerRaw(player);
+}
+
+MiniaudioPlaybackEngine::~MiniaudioPlaybackEngine() {
+    MiniaudioPlaybackEngine::stop();
+}
+
+Publisher<bool> MiniaudioPlaybackEngine::isPlayingPublisher() const {
+    return isPlayingSubject_.publisher();
+}
+
+Publisher<double> MiniaudioPlaybackEngine::durationPublisher() const {
+    return durationSubject_.publisher();
+}
+
+Publisher<double> MiniaudioPlaybackEngine::currentTimePublisher() const {
+    return currentTimeSubject_.publisher();
+}
+
+void MiniaudioPlaybackEngine::load(const FileURL& url) {
+    stop();
+    if (!ma_isAvailable()) {
+        PlaybackLogger::log(QStringLiteral("[MINIAUDIO] not available"));
+        return;
+    }
+    std::optional<BridgeError> error;
+    handle_.reset(ma_createPlayerRaw(url, &error));
+    if (!handle_) {
+        logFailure(QLatin1String("create"), error);
+        return;
+    }
+    ma_setVolumeRaw(handle_.get(), currentVolume_);
+    sendState();
+}
+
+void MiniaudioPlaybackEngine::play() {
+    if (!handle_)
+        return;
+    std::optional<BridgeError> error;
+    if (!ma_playRaw(handle_.get(), &error)) {
+        logFailure(QLatin1String("play"), error);
+        return;
+    }
+    isPlayingSubject_.send(true);
+    startTimer();
+}
+
+void MiniaudioPlaybackEngine::pause() {
+    if (!handle_)
+        return;
+    ma_pauseRaw(handle_.get());
+    isPlayingSubject_.send(false);
+    timer_.stop();
+}
+
+void MiniaudioPlaybackEngine::stop() {
+    if (handle_) {
+        ma_stopRaw(handle_.get());
+        handle_.reset();
+    }
+    isPlayingSubject_.send(false);
+    currentTimeSubject_.send(0);
+    timer_.stop();
+}
+
+void MiniaudioPlaybackEngine::seek(double seconds) {
+    if (!handle_)
+        return;
+    std::optional<BridgeError> error;
+    if (ma_seekRaw(handle_.get(), seconds, &error)) {
+        sendState();
+        return;
+    }
+    logFailure(QLatin1String("seek"), error);
+    returnToPosition();
+}
+
+/// A failed seek leaves a playing device stopped and the decoder anywhere: in a file whose header
+/// lies, a player that says it plays would stay silent.
+void MiniaudioPlaybackEngine::returnToPosition() {
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), nullptr, &position, &playing);
+    if (!ma_seekRaw(handle_.get(), position, nullptr) && playing)
+        pause();
+}
+
+void MiniaudioPlaybackEngine::setVolume(float volume) {
+    currentVolume_ = volume;
+    ma_setVolumeRaw(handle_.get(), volume);
+}
+
+void MiniaudioPlaybackEngine::setUpdateInterval(double seconds) {
+    updateInterval_ = seconds > leastUpdateInterval ? seconds : leastUpdateInterval;
+    if (timer_.isActive())
+        startTimer();
+}
+
+void MiniaudioPlaybackEngine::startTimer() {
+    constexpr double longest = std::numeric_limits<int>::max(); // milliseconds
+    const double period = std::round(std::min(updateInterval_ * 1000, longest));
+    timer_.start(static_cast<int>(period), Qt::PreciseTimer, this);
+}
+
+void MiniaudioPlaybackEngine::sendState() {
+    double duration = 0;
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), &duration, &position, &playing);
+    durationSubject_.send(duration);
+    currentTimeSubject_.send(position);
+    isPlayingSubject_.send(playing);
+}
+
+void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != timer_.timerId())
+        return;
+    double duration = 0;
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), &duration, &position, &playing);
+    currentTimeSubject_.send(position);
+    isPlayingSubject_.send(playing);
+    if (duration > 0)
+        durationSubject_.send(duration);
+}
+
+} // namespace tamsy

@@ -1,0 +1,226 @@
+#include "Playback/MpegAudioScan.h"
+
+#include "Playback/MpegFrameHeader.h"
+#include "Utils/ByteCursor.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+
+namespace tamsy {
+namespace {
+
+// Junk before the first frame: a cut stream starts within a frame, some taggers leave padding.
+constexpr std::uint64_t searchedBeforeAudio = 65'536;
+// Junk between and behind frames, tags without a known place included: a half-finished download
+// still plays, a container with some audio in it doesn't.
+constexpr std::uint64_t junkAllowance = 1'048'576;
+constexpr std::uint64_t junkLimit = 8 * junkAllowance;
+// Less than a second between two points, which decodes in a millisecond.
+constexpr std::uint64_t framesPerPoint = 32;
+
+/// A view of the file that reads on in large steps.
+class Window {
+  public:
+    explicit Window(const AudioFile& file) : file_(file), buffer_(262'144) {}
+
+    /// Up to `count` bytes at `position`; fewer only at the file's end.
+    std::span<const std::byte> at(std::uint64_t position, std::size_t count) {
+        if (position >= file_.size())
+            return {};
+        count = static_cast<std::size_t>(std::min<std::uint64_t>(count, file_.size() - position));
+        if (position < start_ || position + count > start_ + filled_.size()) {
+            start_ = position;
+            filled_ = file_.read(position, buffer_);
+        }
+        const auto from = filled_.subspan(static_cast<std::size_t>(position - start_));
+        return from.first(std::min(count, from.size()));
+    }
+
+    std::optional<MpegFrameHeader> headerAt(std::uint64_t position) {
+        return parseMpegFrameHeader(at(position, MpegFrameHeader::size));
+    }
+
+    /// The next byte from `position` on that may begin a header, or how far was looked.
+    std::uint64_t nextSync(std::uint64_t position) {
+        const auto bytes = at(position, 4096);
+        if (bytes.empty())
+            return position + 1;
+        const auto* found =
+            static_cast<const std::byte*>(std::memchr(bytes.data(), 0xFF, bytes.size()));
+        return position + static_cast<std::uint64_t>(
+                              found != nullptr ? found - bytes.data()
+                                               : static_cast<std::ptrdiff_t>(bytes.size()));
+    }
+
+    [[nodiscard]] std::uint64_t fileSize() const { return file_.size(); }
+
+  private:
+    const AudioFile& file_;
+    std::vector<std::byte> buffer_;
+    std::uint64_t start_ = 0;
+    std::span<const std::byte> filled_;
+};
+
+/// Where the ID3v2 tags at the file's start end.
+std::uint64_t endOfLeadingTags(Window& window) {
+    std::uint64_t position = 0;
+    for (;;) {
+        ByteCursor cursor(window.at(position, 10));
+        if (cursor.readU24() != 0x494433U /* "ID3" */ || !cursor.skip(2))
+            return position;
+        const auto flags = cursor.readU8();
+        const auto size = cursor.readU32(); // seven bits a byte
+        if (!flags || !size || (*size & 0x80808080U) != 0)
+            return position;
+        const std::uint32_t body = ((*size >> 3U) & 0x0FE00000U) | ((*size >> 2U) & 0x001FC000U) |
+                                   ((*size >> 1U) & 0x00003F80U) | (*size & 0x7FU);
+        const bool hasFooter = (*flags & 0x10U) != 0;
+        position += 10 + body + (hasFooter ? 10U : 0U);
+    }
+}
+
+/// The data that layer III carries over from frame to frame, as the decoder keeps it: until it has
+/// been filled, frames that need it come to nothing.
+class Reservoir {
+  public:
+    /// Passes one frame on; whether it decodes. `borrowed` bytes come from the frames before, `own`
+    /// are its main data.
+    bool decodes(std::uint32_t borrowed, std::uint32_t own) {
+        constexpr std::uint32_t capacity = 511;
+        if (!filled_) {
+            filled_ = kept_ >= borrowed;
+            kept_ = std::min(std::min(kept_, borrowed) + own, capacity);
+        }
+        return filled_;
+    }
+
+  private:
+    std::uint32_t kept_ = 0;
+    bool filled_ = false;
+};
+
+class Scanner {
+  public:
+    explicit Scanner(const AudioFile& file) : window_(file) {}
+
+    std::optional<MpegAudioScan> run() {
+        std::uint64_t position = endOfLeadingTags(window_);
+        while (position + MpegFrameHeader::size <= window_.fileSize()) {
+            // The first frame needs more proof: any data holds what looks like one header.
+            if (const auto frame = frameAt(position, audioBytes_ == 0 ? 3 : 1)) {
+                take(*frame, position);
+                position += frame->frameBytes;
+                continue;
+            }
+            const std::uint64_t next = window_.nextSync(position + 1);
+            if (!skipJunk(next - position))
+                return std::nullopt;
+            position = next;
+        }
+        return audioBytes_ > 0 ? std::optional(std::move(scan_)) : std::nullopt;
+    }
+
+  private:
+    struct PendingPoint {
+        std::uint64_t byte = 0;
+        Reservoir reservoir;
+    };
+
+    /// The header at `position`, its size filled in, if `followers` more of its kind come behind
+    /// it, or as many as the file has room for.
+    std::optional<MpegFrameHeader> frameAt(std::uint64_t position, int followers) {
+        std::optional<MpegFrameHeader> first;
+        for (int found = 1;; ++found) {
+            auto header = window_.headerAt(position);
+            if (!header || (first && header->kind != first->kind))
+                return std::nullopt;
+            if (header->frameBytes == 0)
+                header->frameBytes = freeFormatBytes(position, header->kind);
+            if (header->frameBytes == 0)
+                return std::nullopt;
+            if (!first)
+                first = header;
+            position += header->frameBytes;
+            // One lone header near the end proves nothing unless its frame fits exactly.
+            const bool atEnd = position == window_.fileSize() ||
+                               (found > 1 && position + MpegFrameHeader::size > window_.fileSize());
+            if (found > followers || atEnd)
+                return first;
+        }
+    }
+
+    /// In the free format a frame ends where the next header of its kind begins.
+    std::uint32_t freeFormatBytes(std::uint64_t position, std::uint32_t kind) {
+        constexpr std::uint64_t longestFrame = 4608;
+        for (std::uint64_t next = window_.nextSync(position + MpegFrameHeader::size);
+             next < position + longestFrame; next = window_.nextSync(next + 1)) {
+            const auto header = window_.headerAt(next);
+            if (header && header->kind == kind && header->frameBytes == 0)
+                return static_cast<std::uint32_t>(next - position);
+        }
+        return 0;
+    }
+
+    void take(const MpegFrameHeader& frame, std::uint64_t position) {
+        if (audioBytes_ == 0) {
+            scan_.firstFrameEnd = position + frame.frameBytes;
+            scan_.firstFramePcmFrames = frame.pcmFrames;
+        }
+        audioBytes_ += frame.frameBytes;
+        if (std::exchange(kind_, frame.kind) != frame.kind)
+            loseTrack();
+        const std::uint32_t borrowed = borrowedBytes(frame, position);
+        const std::uint32_t overhead = frame.sideInfoStart + frame.sideInfoBytes;
+        const std::uint32_t own = frame.frameBytes > overhead ? frame.frameBytes - overhead : 0;
+        const bool decodes = reservoir_.decodes(borrowed, own);
+        if (++frames_ % framesPerPoint == 0)
+            pending_ = PendingPoint{position, {}};
+        if (pending_ && pending_->reservoir.decodes(borrowed, own) && decodes) {
+            scan_.points.push_back({pending_->byte, pcmFrames_});
+            pending_.reset();
+        }
+        if (decodes)
+            pcmFrames_ += frame.pcmFrames;
+    }
+
+    /// What the side information says about data borrowed from frames before.
+    std::uint32_t borrowedBytes(const MpegFrameHeader& frame, std::uint64_t position) {
+        if (frame.sideInfoBytes == 0)
+            return 0;
+        const auto bits = ByteCursor(window_.at(position + frame.sideInfoStart, 2)).readU16();
+        return bits.value_or(0) >> (frame.isVersion1 ? 7U : 8U);
+    }
+
+    /// Counts bytes that belong to no frame; false when there are too many.
+    bool skipJunk(std::uint64_t bytes) {
+        junkBytes_ += bytes;
+        loseTrack();
+        return junkBytes_ <= (audioBytes_ == 0 ? searchedBeforeAudio
+                                               : std::min(junkAllowance + audioBytes_, junkLimit));
+    }
+
+    /// The decoder starts afresh behind junk and where the kind of frames changes.
+    void loseTrack() {
+        reservoir_ = {};
+        pending_.reset();
+    }
+
+    Window window_;
+    MpegAudioScan scan_;
+    std::uint64_t audioBytes_ = 0;
+    std::uint64_t junkBytes_ = 0;
+    std::uint64_t frames_ = 0;
+    std::uint64_t pcmFrames_ = 0;
+    std::uint32_t kind_ = 0;
+    Reservoir reservoir_;
+    std::optional<PendingPoint> pending_;
+};
+
+} // namespace
+
+std::optional<MpegAudioScan> scanMpegAudio(const AudioFile& file) {
+    return Scanner(file).run();
+}
+
+} // namespace tamsy
