@@ -14,6 +14,8 @@ constexpr std::uint64_t walkedBytes = std::uint64_t{64} * 1024 * 1024;
 constexpr std::uint64_t walkedFrames = 1'000'000;
 constexpr std::uint64_t toleratedJunk = std::uint64_t{256} * 1024;
 constexpr std::uint64_t smallestFrame = 24;
+constexpr std::uint64_t longestTrailer = std::uint64_t{64} * 1024; // other tags behind the sound
+constexpr std::uint64_t countingSlack = 4096; // encoders don't agree on what to count
 
 std::optional<FrameHeader> headerAt(ByteWindow& window, std::uint64_t offset) {
     return parseFrameHeader(window.read(offset, frameHeaderSize));
@@ -79,10 +81,9 @@ std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
     if (!note || note->frames == 0)
         return std::nullopt;
     const std::uint64_t there = window.size() - first;
-    const std::uint64_t difference =
-        note->bytes > there ? note->bytes - there : there - note->bytes;
-    if (note->frames > there / smallestFrame ||
-        (note->bytes != 0 && difference > there / 16 + searchedBytes))
+    const bool isCut = note->bytes > there + countingSlack;
+    const bool isJoined = note->bytes != 0 && there > note->bytes + there / 16 + longestTrailer;
+    if (isCut || isJoined || note->frames > there / smallestFrame)
         return std::nullopt;
     const std::uint64_t samples = note->frames * header.samples;
     return static_cast<double>(samples - std::min(samples, note->unheardSamples)) /

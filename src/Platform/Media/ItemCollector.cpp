@@ -118,10 +118,17 @@ std::vector<MediaItem> ItemCollector::takeItems() {
 
 QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
     QHash<QString, QString> texts;
+    const auto offer = [&texts](const QString& name, const QString& text) {
+        if (!name.isEmpty() && !texts.contains(name))
+            texts.insert(name, text);
+    };
     for (const MediaItem& item : items) {
-        if (item.name.isEmpty() || !item.text || item.text->isEmpty() || texts.contains(item.name))
+        if (!item.text || item.text->isEmpty())
             continue;
-        texts.insert(item.name, *item.text);
+        offer(item.name, *item.text);
+        // QuickTime's names are known with and without their sign.
+        if (item.name.startsWith(u'©'))
+            offer(item.name.sliced(1), *item.text);
     }
     return texts;
 }

@@ -65,7 +65,8 @@ MediaAsset::MediaAsset(const FileURL& url, Depth depth) : url_(url) {
                                                  : ItemCollector::Wanted::Everything,
                      depth != Depth::Items);
     const std::uint64_t content = media::readId3v2Tags(parse, 0);
-    duration_ = readContent(parse, content);
+    const double seconds = readContent(parse, content);
+    duration_ = parse.wantsDuration ? seconds : 0;
     items_ = parse.items.takeItems();
     info_ = media::namedTexts(items_);
 }

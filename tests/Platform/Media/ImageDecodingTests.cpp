@@ -1,0 +1,92 @@
+#include "Platform/Media/ImageDecoding.h"
+
+#include <QBuffer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtEndian>
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+using namespace tamsy;
+
+namespace {
+
+QByteArray encoded(const QImage& image, const char* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly));
+    EXPECT_TRUE(image.save(&buffer, format)) << format;
+    return bytes;
+}
+
+QImage square(int side) {
+    QImage image(side, side, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+/// What ffmpeg makes of its test picture with these options.
+QByteArray madeByFfmpeg(const QStringList& options) {
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(u"picture"_qs);
+    QProcess::execute(u"ffmpeg"_qs,
+                      QStringList{u"-v"_qs, u"error"_qs, u"-f"_qs, u"lavfi"_qs, u"-i"_qs,
+                                  u"testsrc=s=640x320:d=1"_qs, u"-frames:v"_qs, u"1"_qs} +
+                          options + QStringList{path});
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray withHeaderSize(QByteArray png, unsigned char high, unsigned char low) {
+    for (const int place : {18, 22}) {
+        png[place] = static_cast<char>(high);
+        png[place + 1] = static_cast<char>(low);
+    }
+    // The header's checksum has to hold, or the size isn't even looked at.
+    const quint32 checksum = qToBigEndian(
+        static_cast<quint32>(crc32(0, reinterpret_cast<const Bytef*>(png.constData()) + 12, 17)));
+    png.replace(29, 4, reinterpret_cast<const char*>(&checksum), 4);
+    return png;
+}
+
+// 16 × 16 pixels of red, as a printer's separation.
+const QByteArray cmykJpeg = QByteArray::fromBase64(
+    "/9j/7gAOQWRvYmUAZAAAAAAA/9sAQwAGBAUGBQQGBgUGBwcGCAoQCgoJCQoUDg8MEBcUGBgXFBYWGh0lHxobIxwWFiAs"
+    "ICMmJykqKRkfLTAtKDAlKCko/8AAFAgAEAAQBEMRAE0RAFkRAEsRAP/EABUAAQEAAAAAAAAAAAAAAAAAAAAI/8QAFBAB"
+    "AAAAAAAAAAAAAAAAAAAAAP/aAA4EQwBNAFkASwAAPwCqUqJUVSAAAA//2Q==");
+
+TEST(ImageDecoding, ReadsWhatCoversAreMadeOf) {
+    for (const char* format : {"png", "jpg", "bmp", "webp", "tiff"}) {
+        const QImage image = decodeImage(encoded(square(100), format));
+        EXPECT_EQ(image.size(), QSize(100, 100)) << format;
+        EXPECT_GT(image.pixelColor(50, 50).red(), 240) << format;
+    }
+    EXPECT_EQ(decodeImage(madeByFfmpeg({u"-f"_qs, u"gif"_qs})).size(), QSize(640, 320));
+    const QColor separated = decodeImage(cmykJpeg).pixelColor(8, 8);
+    EXPECT_GT(separated.red(), 200);
+    EXPECT_LT(separated.blue(), 60);
+}
+
+TEST(ImageDecoding, ScalesLargePicturesWhileDecoding) {
+    for (const char* format : {"png", "jpg"}) {
+        const QImage wide = square(100).scaled(5000, 100);
+        EXPECT_EQ(decodeImage(encoded(wide, format)).size(), QSize(2048, 40)) << format;
+    }
+}
+
+TEST(ImageDecoding, GivesAPictureOrNothing) {
+    const QByteArray png = encoded(square(100), "png");
+    EXPECT_TRUE(decodeImage({}).isNull());
+    EXPECT_TRUE(decodeImage("no picture at all").isNull());
+    EXPECT_TRUE(
+        decodeImage("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>").isNull());
+    EXPECT_TRUE(decodeImage(png.first(40)).isNull());
+    EXPECT_TRUE(decodeImage(withHeaderSize(png, 0x75, 0x30)).isNull()) << "30,000 × 30,000";
+    const QByteArray jpeg = encoded(square(100), "jpg");
+    const QByteArray pass = jpeg.sliced(jpeg.indexOf("\xFF\xDA"));
+    EXPECT_TRUE(decodeImage(jpeg.chopped(2) + pass.chopped(2).repeated(200)).isNull());
+    for (const qsizetype length : {20, 200, 600})
+        (void)decodeImage(jpeg.first(length)); // whole or null, but it comes back
+}
+
+} // namespace
