@@ -2,6 +2,7 @@
 
 #include "Platform/StoredFile.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFile>
 #include <QLocalServer>
@@ -122,6 +123,9 @@ void SingleInstance::listen() {
     QLocalServer::removeServer(name); // left by a killed run; the lock says that none is alive
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
+    // From then on nobody would answer; a second start waits for the lock instead.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            [this] { server_.reset(); });
     connect(server_.get(), &QLocalServer::newConnection, this, &SingleInstance::answer);
     if (!server_->listen(name) || !lock_.isOpen())
         return;

@@ -1,6 +1,7 @@
 #include "Platform/StoredFile.h"
 
 #include "Platform/FileDescriptor.h"
+#include "Platform/LargeMemory.h"
 
 #include <QDateTime>
 
@@ -59,6 +60,7 @@ std::optional<QByteArray> StoredFile::read() const {
         return std::nullopt;
     QByteArray content;
     content.reserve(status.st_size + roomBehindContent);
+    preferLargePages(content.constData(), static_cast<std::size_t>(content.capacity()));
     content.resize(status.st_size);
     qsizetype filled = 0;
     while (filled < content.size()) {

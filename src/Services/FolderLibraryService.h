@@ -18,7 +18,8 @@ struct AudioMetadata;
 
 /// The library: the folders that the user added, with the tracks found in them. It restores them at
 /// construction, scans on a queue of its own, one file at a time, and stores each change when it
-/// happens. Lives on the interface thread. Its end stops a scan that is under way, without a result.
+/// happens. Lives on the interface thread. Its end stops a scan that is under way, without a
+/// result.
 class FolderLibraryService : public QObject {
     Q_OBJECT
 
@@ -59,7 +60,7 @@ class FolderLibraryService : public QObject {
     void setFolders(QList<AudioFolder> folders);
     void finishScan(QUuid id, const TrackList& tracks);
     [[nodiscard]] TrackList scanFolder(const FileURL& url, const std::stop_token& stop) const;
-    [[nodiscard]] Track makeTrack(const FileURL& url, QByteArrayView extension) const;
+    [[nodiscard]] Track makeTrack(const FileURL& url) const;
 
     QList<AudioFolder> folders_;
     ValueSubject<QList<AudioFolder>> foldersSubject_{{}};

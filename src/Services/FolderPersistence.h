@@ -39,8 +39,8 @@ class FolderPersistence {
     /// Works on `defaults`, which must outlive it.
     explicit FolderPersistence(UserDefaults& defaults) : defaults_(defaults) {}
 
-    /// Adds an entry without tracks for `folder`. Nothing, and nothing is stored, if it is no folder
-    /// that can be opened.
+    /// Adds an entry without tracks for `folder`. Nothing, and nothing is stored, if it is no
+    /// folder that can be opened.
     [[nodiscard]] std::optional<SavedBookmark> saveBookmark(const FileURL& folder);
 
     /// Replaces the tracks of the entry `folderId`; without such an entry nothing is written.
