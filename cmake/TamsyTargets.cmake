@@ -4,7 +4,7 @@
 
 set(TAMSY_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-    -Wold-style-cast -Woverloaded-virtual -Wnull-dereference -Wimplicit-fallthrough -Werror)
+    -Wold-style-cast -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 
 add_library(tamsy_options INTERFACE)
 target_compile_options(tamsy_options INTERFACE ${TAMSY_WARNINGS})
@@ -15,8 +15,8 @@ target_compile_definitions(tamsy_options INTERFACE
 if(TAMSY_SANITIZE)
     add_compile_options(-fsanitize=${TAMSY_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${TAMSY_SANITIZE})
-    # GCC's flow analysis sees null paths that only the instrumentation makes.
-    target_compile_options(tamsy_options INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
+    # GCC's flow analysis sees paths that only the instrumentation makes.
+    target_compile_options(tamsy_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 
 # tamsy_qml_sources(TARGET file…): adds hand-written sources to a QML module. The strict warnings hold
@@ -24,7 +24,7 @@ endif()
 function(tamsy_qml_sources target)
     set(options ${TAMSY_WARNINGS})
     if(TAMSY_SANITIZE)
-        list(APPEND options -Wno-null-dereference -Wno-maybe-uninitialized)
+        list(APPEND options -Wno-maybe-uninitialized)
     endif()
     set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${options}")
     target_sources(${target} PRIVATE ${ARGN})
