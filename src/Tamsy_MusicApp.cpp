@@ -1,7 +1,6 @@
 #include "Tamsy_MusicApp.h"
 
 #include "Platform/InterfaceThread.h"
-#include "Platform/WindowState.h"
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Appearance.h"
 #include "Views/CoverProvider.h"
@@ -29,6 +28,8 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
 Tamsy_MusicApp::~Tamsy_MusicApp() {
     // Whoever waits for this thread is let go first; what they belong to is joined afterwards.
     InterfaceThread::releaseWaiters();
+    if (windowState_.size.isValid())
+        windowState_.save();
 }
 
 bool Tamsy_MusicApp::openMainWindow() {
@@ -50,16 +51,17 @@ void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {
     const std::optional<WindowState> stored = WindowState::load();
     if (stored)
         window->resize(stored->size);
-    normalSize_ = window->size();
-    const auto noteSize = [this, window] {
-        if (window->visibility() == QWindow::Windowed)
-            normalSize_ = window->size();
+    windowState_ = stored.value_or(WindowState{window->size(), false});
+    const auto note = [this, window] {
+        const QWindow::Visibility visibility = window->visibility();
+        if (visibility == QWindow::Windowed)
+            windowState_ = {window->size(), false};
+        else if (visibility == QWindow::Maximized)
+            windowState_.isMaximized = true;
     };
-    connect(window, &QWindow::widthChanged, this, noteSize);
-    connect(window, &QWindow::heightChanged, this, noteSize);
-    connect(window, &QQuickWindow::closing, this, [this, window] {
-        WindowState{normalSize_, window->visibility() == QWindow::Maximized}.save();
-    });
+    connect(window, &QWindow::widthChanged, this, note);
+    connect(window, &QWindow::heightChanged, this, note);
+    connect(window, &QWindow::visibilityChanged, this, note);
     window->setVisibility(stored && stored->isMaximized ? QWindow::Maximized : QWindow::Windowed);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/ColorScheme.h"
+#include "Platform/WindowState.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"
@@ -9,7 +10,6 @@
 #include <QByteArray>
 #include <QObject>
 #include <QQmlApplicationEngine>
-#include <QSize>
 
 class QQuickWindow;
 
@@ -37,7 +37,7 @@ class Tamsy_MusicApp : public QObject {
     /// Shows the window as the user left it, and remembers how this run leaves it.
     void followWindowState(QQuickWindow* window);
 
-    QSize normalSize_; // the window's size while it was neither maximised nor full-screen
+    WindowState windowState_;
     ColorScheme colorScheme_;
     FolderPanelController folderPanel_;
     LyricsFontSize lyricsFontSizePoints_;
