@@ -51,11 +51,11 @@ ApplicationWindow {
         }
     }
     Shortcut {
-        sequences: [StandardKey.Quit, "Ctrl+Q"]
+        sequence: "Ctrl+Q"
         onActivated: Qt.quit()
     }
     Shortcut {
-        sequences: [StandardKey.Close]
+        sequence: "Ctrl+W"
         onActivated: window.close()
     }
 

@@ -4,17 +4,22 @@
 #include "Utils/TextTrimming.h"
 #include "ViewModels/PlayerViewModel.h"
 
-#include <QFuture>
+#include <QFutureWatcher>
 
 namespace tamsy {
 
 void PlayerViewModel::loadTrackInformation(const FileURL& url) {
-    metadataReader_.loadAsync(url).then(this, [this, url](const AudioMetadata& metadata) {
-        const QStringView tagged = trimmedOfWhitespaceAndNewlines(metadata.title);
-        const QString title = tagged.isEmpty() ? url.nameWithoutExtensionText() : tagged.toString();
-        if (currentURL_ == url)
-            setCurrentTitle(title);
+    using Watcher = QFutureWatcher<AudioMetadata>;
+    auto* watcher = new Watcher(this); // ends with the player, and the answer with it
+    connect(watcher, &Watcher::finished, this, [this, watcher, url] {
+        watcher->deleteLater();
+        if (watcher->isCanceled() || !(currentURL_ == url))
+            return;
+        const QString title = watcher->result().title;
+        const QStringView tagged = trimmedOfWhitespaceAndNewlines(title);
+        setCurrentTitle(tagged.isEmpty() ? url.nameWithoutExtensionText() : tagged.toString());
     });
+    watcher->setFuture(metadataReader_.loadAsync(url));
 }
 
 } // namespace tamsy

@@ -11,7 +11,7 @@ using namespace tamsy::navigation;
 namespace {
 
 FileURL url(char name) {
-    return FileURL::fromPath(QByteArray("/") + name);
+    return FileURL::fromPath(QByteArray("/").append(name));
 }
 
 TrackList tracks(const char* names) {
