@@ -119,9 +119,13 @@ void FFmpegDecoder::feed() {
 
 std::int64_t FFmpegDecoder::startOf(const AVFrame& frame) const {
     const std::int64_t time = frame.best_effort_timestamp;
-    if (time == AV_NOPTS_VALUE || origin_.value_or(AV_NOPTS_VALUE) == AV_NOPTS_VALUE)
-        return 0;
-    return av_rescale_q(time - *origin_, file_->timeBase(), deviceTimeBase);
+    return time == AV_NOPTS_VALUE
+               ? 0
+               : av_rescale_q(time - firstTime(), file_->timeBase(), deviceTimeBase);
+}
+
+std::int64_t FFmpegDecoder::firstTime() const {
+    return origin_.value_or(AV_NOPTS_VALUE) == AV_NOPTS_VALUE ? 0 : *origin_;
 }
 
 double FFmpegDecoder::preRoll() const {
@@ -132,9 +136,8 @@ double FFmpegDecoder::preRoll() const {
 }
 
 void FFmpegDecoder::restartAt(double seconds) {
-    const AVRational timeBase = file_->timeBase();
-    const double units = std::max(0.0, seconds) / av_q2d(timeBase);
-    file_->seek(std::max<std::int64_t>(0, origin_.value_or(0)) + static_cast<std::int64_t>(units));
+    const double units = seconds / av_q2d(file_->timeBase());
+    file_->seek(firstTime() + static_cast<std::int64_t>(units));
     avcodec_flush_buffers(codec_.get());
     resampler_.reset();
     position_.reset();
@@ -160,7 +163,7 @@ double FFmpegDecoder::seek(double seconds) {
     const double bounded = std::isfinite(length) ? std::min(seconds, length) : seconds;
     const std::int64_t target = std::llround(std::max(0.0, seconds) * mediaSampleRate);
     // A codec needs the packets ahead of the target, and an index may be too coarse to name them.
-    for (const double lead : {preRoll(), preRoll() + 1, bounded}) {
+    for (const double lead : {preRoll(), preRoll() + 1, bounded + preRoll()}) {
         restartAt(bounded - lead);
         if (reach(target))
             break;

@@ -45,6 +45,7 @@ class FFmpegDecoder : public MediaDecoder {
     void restartAt(double seconds);
     [[nodiscard]] bool reach(std::int64_t target);
     [[nodiscard]] double preRoll() const;
+    [[nodiscard]] std::int64_t firstTime() const;
     [[nodiscard]] std::int64_t startOf(const AVFrame& frame) const;
 
     std::unique_ptr<PacketReader> file_;

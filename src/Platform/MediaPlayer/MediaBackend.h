@@ -68,7 +68,7 @@ class MediaBackend {
     openFile(const char* path, const std::atomic<bool>& abandoned) = 0;
 
     /// Opens the default device, or a silent one in real time if there is none. `renderer` must
-    /// outlive the output. Nothing if not even that works. One output at a time.
+    /// outlive the output. Nothing if not even that works.
     [[nodiscard]] virtual std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer) = 0;
 };
 

@@ -17,6 +17,9 @@ constexpr int endReportInterval = 50; // milliseconds
 constexpr qint64 endHoldAfterEnd = 100;
 constexpr qint64 endHoldAfterStart = 600;
 
+/// Beyond any file's end, in seconds, and still countable in frames.
+constexpr double longestFile = 1e9;
+
 /// Positions this close are the same frame.
 constexpr double frameTolerance = 1.0 / mediaSampleRate;
 
@@ -31,7 +34,8 @@ struct MediaPlayer::TimeObserver {
 MediaPlayer::MediaPlayer(MediaPlaybackThread& thread, const FileURL& item)
     : thread_(thread),
       item_(thread.setItem(item.path())),
-      duration_(std::numeric_limits<double>::quiet_NaN()) {
+      duration_(std::numeric_limits<double>::quiet_NaN()),
+      hasFailed_(item.path().isEmpty()) {
     sinceItem_.start();
     endTimer_.setTimerType(Qt::PreciseTimer);
     endTimer_.setInterval(endReportInterval);
@@ -54,7 +58,7 @@ Subscription MediaPlayer::addPeriodicTimeObserver(double interval,
             raw->block(position());
     });
     timeObservers_.push_back(observer);
-    if (status_.value() == TimeControlStatus::Playing)
+    if (item_ != 0 && status_.value() == TimeControlStatus::Playing)
         observer->timer.start();
     if (finishedSeek_ == latestSeek_)
         observer->block(position());
@@ -94,18 +98,19 @@ void MediaPlayer::pause() {
 }
 
 void MediaPlayer::dropItem() {
+    pause();
     thread_.dropItem(std::exchange(item_, 0));
-    wantsToPlay_ = false;
-    hasSound_ = false;
+    isOpen_ = false;
     finishedSeek_ = latestSeek_;
     leaveEnd();
+    runTimers(false);
 }
 
 void MediaPlayer::seek(double seconds) {
-    if (item_ == 0 || hasFailed_ || !std::isfinite(seconds))
+    if (item_ == 0 || hasFailed_)
         return;
     leaveEnd();
-    seekTarget_ = std::max(0.0, seconds);
+    seekTarget_ = std::isnan(seconds) ? 0 : std::clamp(seconds, 0.0, longestFile);
     thread_.seek(item_, ++latestSeek_, seekTarget_);
 }
 
@@ -118,6 +123,7 @@ void MediaPlayer::handle(const PlaybackReport& report) {
         return;
     switch (report.kind) {
     case PlaybackReport::Kind::Opened:
+        isOpen_ = true;
         anchorFrame_ = report.frame;
         duration_.send(report.duration);
         if (latestSeek_ == 0)
@@ -188,15 +194,19 @@ void MediaPlayer::settleStatus() {
     const TimeControlStatus status = wantsToPlay_ ? moving : TimeControlStatus::Paused;
     if (status == status_.value())
         return;
+    runTimers(item_ != 0 && status == TimeControlStatus::Playing);
+    if (finishedSeek_ == latestSeek_)
+        reportTime(position());
+    status_.send(status);
+}
+
+void MediaPlayer::runTimers(bool running) {
     for (const auto& observer : timeObservers_) {
-        if (status == TimeControlStatus::Playing)
+        if (running)
             observer->timer.start();
         else
             observer->timer.stop();
     }
-    if (finishedSeek_ == latestSeek_)
-        reportTime(position());
-    status_.send(status);
 }
 
 void MediaPlayer::reportTime(double seconds) {
@@ -209,7 +219,7 @@ void MediaPlayer::reportTime(double seconds) {
 }
 
 double MediaPlayer::position() const {
-    if (item_ == 0)
+    if (!isOpen_)
         return 0;
     if (endPosition_)
         return *endPosition_;

@@ -57,11 +57,11 @@ class MediaPlayer : public QObject {
     void play();
     void pause();
 
-    /// Frees the file. Nothing more is reported.
+    /// Frees the file. Nothing more is reported but the change to paused.
     void dropItem();
 
-    /// Moves the position, at most to the end; not finite means nothing, negative the start. The
-    /// finished seek reports `seconds` even where the file ends before it, then the end itself.
+    /// Moves the position, at most to the end; negative and NaN mean the start. The finished seek
+    /// reports `seconds` even where the file ends before it, then the end itself.
     void seek(double seconds);
 
     /// Linear, 0 to 1; in effect at once.
@@ -75,6 +75,7 @@ class MediaPlayer : public QObject {
     void reachEnd(double length);
     void repeatEnd();
     void leaveEnd();
+    void runTimers(bool running);
     void settleStatusSoon();
     void settleStatus();
     void reportTime(double seconds);
@@ -88,7 +89,8 @@ class MediaPlayer : public QObject {
     std::vector<std::shared_ptr<std::function<void()>>> endObservers_;
     bool wantsToPlay_ = false;
     bool hasSound_ = false; // the thread has started it and it hasn't been held since
-    bool hasFailed_ = false;
+    bool isOpen_ = false;
+    bool hasFailed_;
     std::uint64_t latestSeek_ = 0;
     std::uint64_t finishedSeek_ = 0;
     double seekTarget_ = 0;         // seconds

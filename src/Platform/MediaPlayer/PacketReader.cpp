@@ -7,6 +7,7 @@ extern "C" {
 #include <libavutil/mem.h>
 }
 
+#include <algorithm>
 #include <chrono>
 #include <limits>
 #include <span>
@@ -22,9 +23,9 @@ constexpr const char* containers = "mov,aac,aiff,caf,wav,w64,flac,ogg,mp3,ac3,am
 /// none of them is refused without reading far, in bytes.
 constexpr int probeSize = 64 * 1024;
 
-/// Measuring reads the whole file: ten hours take two seconds, and a file that takes longer plays
-/// with the length that its bit rate suggests.
-constexpr auto measureLimit = std::chrono::seconds(2);
+/// Measuring reads the whole file, an hour in a quarter of a second. A file that takes longer than
+/// this plays with the length that its bit rate suggests.
+constexpr auto measureLimit = std::chrono::seconds(4);
 
 int refuseOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
                int /*flags*/, AVDictionary** /*options*/) {
@@ -124,6 +125,9 @@ bool PacketReader::readPacket(AVPacket& packet) {
 }
 
 void PacketReader::seek(std::int64_t timestamp) {
+    // The first packet may stand ahead of zero: it only warms up the codec.
+    const AVIndexEntry* first = avformat_index_get_entry(stream_, 0);
+    timestamp = std::max(timestamp, first ? first->timestamp : 0);
     const int index = stream_->index;
     if (av_seek_frame(format_.get(), index, timestamp, AVSEEK_FLAG_BACKWARD) < 0)
         av_seek_frame(format_.get(), index, 0, AVSEEK_FLAG_BYTE);

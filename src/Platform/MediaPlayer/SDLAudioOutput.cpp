@@ -5,11 +5,34 @@
 
 #include <cstddef>
 #include <cstring>
+#include <mutex>
+
+#include <dlfcn.h>
 
 namespace tamsy {
 namespace {
 
 constexpr Uint16 periodFrames = 1024; // 21 ms: no sound server had to hurry for it
+
+std::mutex subsystemMutex; // guards the count below, and SDL's opening and closing
+int openDevices = 0;
+
+/// Starts SDL's audio with `driver`, or with whatever suits the machine; nothing to do while a
+/// device is open.
+bool enterSubsystem(const char* driver) {
+    if (openDevices > 0)
+        return true;
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Tamsy Music");
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Tamsy Music");
+    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    return SDL_AudioInit(driver) == 0;
+}
+
+void leaveSubsystem() {
+    if (--openDevices == 0)
+        SDL_AudioQuit();
+}
 
 void fill(void* renderer, Uint8* bytes, int size) {
     const std::size_t count = static_cast<std::size_t>(size) / sizeof(StereoFrame);
@@ -17,20 +40,25 @@ void fill(void* renderer, Uint8* bytes, int size) {
     static_cast<AudioRenderer*>(renderer)->render(std::span(frames, count));
 }
 
-bool isSilentDriver() {
-    const char* driver = SDL_GetCurrentAudioDriver();
-    return driver && std::strcmp(driver, "dummy") == 0;
+void ignoreMessage(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
+                   const char* /*format*/, ...) {}
+
+/// ALSA writes dozens of lines to standard error while it finds that there is no card.
+void silenceALSA() {
+    using SetHandler = int (*)(decltype(&ignoreMessage));
+    void* alsa = ::dlopen("libasound.so.2", RTLD_LAZY | RTLD_NOLOAD);
+    if (!alsa)
+        return;
+    if (const auto set = reinterpret_cast<SetHandler>(::dlsym(alsa, "snd_lib_error_set_handler")))
+        set(&ignoreMessage);
+    ::dlclose(alsa); // stays loaded for SDL
 }
 
-} // namespace
-
-std::uint32_t SDLAudioOutput::openDevice(const char* driver, AudioRenderer& renderer) {
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Tamsy Music");
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Tamsy Music");
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    if (SDL_AudioInit(driver) != 0)
+/// Opens the default device and lets it run; 0 if there is none.
+SDL_AudioDeviceID openDevice(const char* driver, AudioRenderer& renderer) {
+    if (!enterSubsystem(driver))
         return 0;
+    ++openDevices;
     SDL_AudioSpec wanted{};
     wanted.freq = mediaSampleRate;
     wanted.format = AUDIO_F32SYS;
@@ -40,13 +68,22 @@ std::uint32_t SDLAudioOutput::openDevice(const char* driver, AudioRenderer& rend
     wanted.userdata = &renderer;
     const SDL_AudioDeviceID device = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
     if (device == 0)
-        SDL_AudioQuit();
+        leaveSubsystem();
     else
         SDL_PauseAudioDevice(device, 0);
     return device;
 }
 
+bool isSilentDriver() {
+    const char* driver = SDL_GetCurrentAudioDriver();
+    return driver && std::strcmp(driver, "dummy") == 0;
+}
+
+} // namespace
+
 std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
+    const std::scoped_lock lock(subsystemMutex);
+    silenceALSA();
     std::uint32_t device = openDevice(nullptr, renderer);
     if (device == 0)
         device = openDevice("dummy", renderer);
@@ -56,8 +93,9 @@ std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
 }
 
 SDLAudioOutput::~SDLAudioOutput() {
+    const std::scoped_lock lock(subsystemMutex);
     SDL_CloseAudioDevice(device_);
-    SDL_AudioQuit();
+    leaveSubsystem();
 }
 
 bool SDLAudioOutput::isAlive() const {

@@ -7,8 +7,8 @@
 
 namespace tamsy {
 
-/// The default output through SDL's audio. The subsystem lives only as long as the device, so that
-/// each opening looks afresh for what the machine has by then.
+/// The default output through SDL's audio. The subsystem lives only as long as a device is open, so
+/// that a first opening looks afresh for what the machine has by then.
 class SDLAudioOutput : public AudioOutput {
   public:
     /// Opens the default device; without any, SDL's own silent one. Nothing if both fail.
@@ -22,7 +22,6 @@ class SDLAudioOutput : public AudioOutput {
 
   private:
     SDLAudioOutput(std::uint32_t device, bool isSilent) : device_(device), isSilent_(isSilent) {}
-    static std::uint32_t openDevice(const char* driver, AudioRenderer& renderer);
 
     std::uint32_t device_; // SDL's number of the device, never 0
     bool isSilent_;

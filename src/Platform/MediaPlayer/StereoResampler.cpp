@@ -8,6 +8,7 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <array>
 
 namespace tamsy {
 namespace {
@@ -26,6 +27,10 @@ SwrContext* makeContext(const AVFrame& frame) {
         return nullptr;
     // More than two channels are mixed so that full scale stays full scale.
     av_opt_set_double(context, "rematrix_maxval", 1.0, 0);
+    // One channel goes to both sides as it is; the library would take 3 dB off.
+    static constexpr std::array<double, 2> bothSides = {1.0, 1.0};
+    if (layout.nb_channels == 1)
+        swr_set_matrix(context, bothSides.data(), 1);
     if (swr_init(context) < 0)
         swr_free(&context);
     return context;

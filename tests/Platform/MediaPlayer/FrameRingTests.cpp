@@ -1,0 +1,74 @@
+#include "Platform/MediaPlayer/RingRenderer.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace tamsy::test {
+namespace {
+
+TEST(FrameRing, HandsOverEveryFrameInOrderAndNoneThatWasDiscarded) {
+    const auto ring = std::make_unique<FrameRing>();
+    std::atomic<float> discardedBefore = 0;
+    std::atomic<bool> done = false;
+    std::thread consumer([&] {
+        std::vector<StereoFrame> out(1000);
+        float last = -1;
+        while (true) {
+            const bool isLast = done;
+            const float floor = discardedBefore;
+            const std::size_t count = ring->read(out);
+            for (const StereoFrame& frame : std::span(out).first(count)) {
+                ASSERT_GE(frame.left, floor);
+                ASSERT_TRUE(frame.left == last + 1 || frame.left == discardedBefore);
+                last = frame.left;
+            }
+            if (isLast && count == 0)
+                return;
+        }
+    });
+    std::vector<StereoFrame> block;
+    float next = 0;
+    for (int round = 0; round < 3000; ++round) {
+        block.resize(static_cast<std::size_t>(1 + round * 37 % 3000));
+        for (StereoFrame& frame : block)
+            frame = {next, next}, ++next;
+        for (std::span<const StereoFrame> rest = block; !rest.empty();)
+            rest = rest.subspan(ring->write(rest));
+        if (round % 100 == 99) {
+            ring->discardUnread();
+            EXPECT_EQ(ring->unread(), 0U);
+            discardedBefore = next;
+        }
+    }
+    done = true;
+    consumer.join();
+    EXPECT_EQ(ring->consumed(), ring->written());
+}
+
+TEST(RingRenderer, TakesNewSoundAtOnceAfterADiscardAndHoldsItWhilePaused) {
+    const auto renderer = std::make_unique<RingRenderer>();
+    FrameRing& ring = renderer->ring();
+    const std::vector<StereoFrame> old(FrameRing::fillTarget, {0.5F, 0.5F});
+    const std::vector<StereoFrame> fresh(4096, {1, -1});
+    ASSERT_EQ(ring.write(old), old.size());
+    ring.discardUnread();
+    ASSERT_EQ(ring.write(fresh), fresh.size());
+
+    std::vector<StereoFrame> out(1024, {9, 9});
+    renderer->render(out);
+    EXPECT_EQ(ring.consumed(), FrameRing::fillTarget);
+    EXPECT_TRUE(out.front().left == 0 && out.back().right == 0);
+    renderer->setRunning(true);
+    renderer->setVolume(0.25F);
+    renderer->render(out);
+    renderer->render(out);
+    EXPECT_EQ(out.front().left, 0.25F);
+    EXPECT_EQ(out.back().right, -0.25F);
+    EXPECT_EQ(ring.consumed(), FrameRing::fillTarget + 2048);
+}
+
+} // namespace
+} // namespace tamsy::test
