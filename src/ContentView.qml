@@ -19,6 +19,7 @@ Item {
 
         SplitView {
             anchors.fill: parent
+            Accessible.ignored: true
             handle: Item {
                 implicitWidth: 0
                 containmentMask: Item {

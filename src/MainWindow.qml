@@ -67,6 +67,7 @@ ApplicationWindow {
 
     FolderDialog {
         id: folderDialog
+        currentFolder: window.folderPanel.startFolder
         onAccepted: window.folderPanel.finish(selectedFolder)
         onRejected: window.folderPanel.finish("")
     }

@@ -11,6 +11,8 @@ MenuBar {
     topPadding: 0
     bottomPadding: 0
     spacing: 0
+    Accessible.role: Accessible.MenuBar
+    Accessible.name: AccessibleNames.menuBar
 
     delegate: MenuBarItem {
         id: title

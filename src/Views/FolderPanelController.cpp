@@ -1,8 +1,16 @@
 #include "Views/FolderPanelController.h"
 
+#include <QDir>
+#include <QStandardPaths>
+
 #include <utility>
 
 namespace tamsy {
+
+QUrl FolderPanelController::startFolder() {
+    const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    return QUrl::fromLocalFile(QDir(music).exists() ? music : QDir::homePath());
+}
 
 void FolderPanelController::runModal(const QString& prompt, const QString& message,
                                      FolderPanel::Completion completion) {

@@ -14,9 +14,13 @@ class FolderPanelController : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one panel.")
+    Q_PROPERTY(QUrl startFolder READ startFolder CONSTANT)
 
   public:
     using QObject::QObject;
+
+    /// Where the picker begins: the user's music folder, or home where there is none.
+    [[nodiscard]] static QUrl startFolder();
 
     /// A request while a panel is open is dropped: the open one is modal.
     void runModal(const QString& prompt, const QString& message,

@@ -8,7 +8,7 @@ TextField {
     implicitWidth: 260
     implicitHeight: 32
     leftPadding: 32
-    rightPadding: clear.visible ? 32 : 8
+    rightPadding: clearButton.visible ? 32 : 8
     topPadding: 0
     bottomPadding: 0
     verticalAlignment: TextInput.AlignVCenter
@@ -21,7 +21,7 @@ TextField {
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
 
-    Keys.onEscapePressed: clear()
+    Keys.onEscapePressed: field.clear()
 
     background: Rectangle {
         radius: Theme.radius
@@ -42,7 +42,7 @@ TextField {
         }
     }
     IconButton {
-        id: clear
+        id: clearButton
 
         anchors.right: parent.right
         anchors.rightMargin: 4

@@ -10,6 +10,8 @@ ScrollBar {
     padding: 2
     minimumSize: 0.05
     policy: ScrollBar.AsNeeded
+    Accessible.role: Accessible.ScrollBar
+    Accessible.name: AccessibleNames.scrollBar
 
     contentItem: Item {
         implicitWidth: 8

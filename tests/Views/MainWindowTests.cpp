@@ -1,0 +1,212 @@
+#include "Playback/FakeEngine.h"
+#include "ViewModels/LibraryFixture.h"
+#include "ViewModels/LyricsFontSize.h"
+#include "ViewModels/PlayerViewModel.h"
+#include "Views/CoverProvider.h"
+#include "Views/FolderPanelController.h"
+
+#include <QAccessible>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QtQml/QQmlExtensionPlugin>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(TamsyPlugin)
+
+using namespace tamsy;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+/// The real main window over a folder of forty tracks and an engine without sound.
+class MainWindowTest : public testing::Test, protected LibraryFixture {
+  protected:
+    void SetUp() override {
+        QStringList names;
+        for (int i = 0; i < 40; ++i)
+            names.append(QStringLiteral("歌 %1").arg(i, 2, 10, QLatin1Char('0')));
+        add(makeFolder(QStringLiteral("音乐"), names), names.size());
+        open();
+    }
+
+    void open() {
+        fake->loadedDuration = 100;
+        engine.addImageProvider(QStringLiteral("covers"), new CoverProvider);
+        engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        engine.setInitialProperties(
+            {{QStringLiteral("library"), QVariant::fromValue(library.get())},
+             {QStringLiteral("player"), QVariant::fromValue(&player)},
+             {QStringLiteral("lyricsFontSize"), QVariant::fromValue(&lyricsFontSize)},
+             {QStringLiteral("folderPanel"), QVariant::fromValue(&folderPanel)}});
+        engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/MainWindow.qml")));
+        window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
+        ASSERT_NE(window, nullptr);
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        settle();
+    }
+
+    void settle() {
+        QTest::qWait(30); // layout and the next frame
+        fake->calls.clear();
+    }
+
+    /// The middle of a visible row in the first column, or further right.
+    static QPoint row(int index, int x = 400) { return {x, 28 + 56 + 32 + 4 + 36 * index + 18}; }
+
+    void click(QPoint point) {
+        QTest::mouseClick(window, Qt::LeftButton, {}, point);
+        QTest::qWait(10);
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(window, key, modifiers);
+        QTest::qWait(10);
+    }
+    [[nodiscard]] qsizetype playing() const {
+        const TrackList tracks = library->folders().constFirst().tracks;
+        for (qsizetype i = 0; i < tracks.size(); ++i) {
+            if (tracks.at(i).url == player.currentURL())
+                return i;
+        }
+        return -1;
+    }
+    [[nodiscard]] long loads() const {
+        return std::count_if(fake->calls.cbegin(), fake->calls.cend(),
+                             [](const std::string& call) { return call.starts_with("load"); });
+    }
+
+    FakeEngine* fake = new FakeEngine; // the player owns it
+    PlayerViewModel player{std::unique_ptr<AudioPlaybackEngine>(fake)};
+    LyricsFontSize lyricsFontSize{defaults};
+    FolderPanelController folderPanel;
+    QQmlApplicationEngine engine;
+    QQuickWindow* window = nullptr;
+};
+
+TEST_F(MainWindowTest, AClickPlaysARowAndASecondOneOnItsTitleStartsItAgain) {
+    click(row(2, 700));
+    EXPECT_EQ(playing(), 2);
+    EXPECT_EQ(loads(), 1);
+    click(row(2, 700)); // another column of the selected row
+    EXPECT_EQ(loads(), 1);
+    click(row(2));
+    EXPECT_EQ(loads(), 2);
+    click(row(4));
+    EXPECT_EQ(playing(), 4);
+    EXPECT_EQ(loads(), 3); // not once for the press and once for the release
+}
+
+TEST_F(MainWindowTest, KeysMoveTheSelectionAndPlay) {
+    click(row(3));
+    const std::pair<Qt::Key, qsizetype> moves[] = {{Qt::Key_Down, 4}, {Qt::Key_Up, 3},
+                                                   {Qt::Key_End, 39}, {Qt::Key_Down, 39},
+                                                   {Qt::Key_Home, 0}, {Qt::Key_Up, 0}};
+    for (const auto& [key, expected] : moves) {
+        press(key);
+        EXPECT_EQ(playing(), expected) << key;
+    }
+    press(Qt::Key_PageDown);
+    const qsizetype page = playing();
+    EXPECT_GT(page, 8);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(playing(), 0);
+    settle();
+    press(Qt::Key_Up);
+    EXPECT_EQ(loads(), 0); // at the top already
+    press(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(playing(), 1);
+}
+
+TEST_F(MainWindowTest, SearchFiltersAtEachKeyAndNeverPlays) {
+    click(row(0));
+    settle();
+    press(Qt::Key_Space);
+    EXPECT_THAT(fake->calls, ElementsAre("pause"));
+    click({900, 56});
+    settle();
+    for (const char* key : {"3", " ", "9"})
+        QTest::keyClick(window, *key);
+    EXPECT_EQ(library->searchText(), QStringLiteral("3 9"));
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(library->filteredTracks().size(), 13);
+    EXPECT_THAT(fake->calls, IsEmpty()); // the space went into the field
+    press(Qt::Key_Escape);
+    EXPECT_EQ(library->filteredTracks().size(), 40);
+    EXPECT_THAT(fake->calls, IsEmpty());
+}
+
+TEST_F(MainWindowTest, NothingFallsThroughThePlayerBar) {
+    click({600, 660}); // rows lie below
+    EXPECT_EQ(playing(), -1);
+    click(row(1));
+    settle();
+    click({32, 672}); // the button
+    EXPECT_THAT(fake->calls, ElementsAre("pause"));
+}
+
+TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
+    click(row(0));
+    settle();
+    QTest::mousePress(window, Qt::LeftButton, {}, {550, 703});
+    QTest::mouseMove(window, {600, 703});
+    QTest::mouseMove(window, {700, 703});
+    QTest::qWait(10);
+    EXPECT_THAT(fake->calls, Contains(StartsWith("seek 6")));
+    const auto seeks = fake->calls.size();
+    EXPECT_GE(seeks, 2U);
+    player.play(library->filteredTracks().at(5).url); // the track changes under the drag
+    fake->calls.clear();
+    QTest::mouseMove(window, {800, 703});
+    QTest::mouseRelease(window, Qt::LeftButton, {}, {800, 703});
+    fake->durationSubject.send(3); // and the range shrinks
+    QTest::qWait(20);
+    EXPECT_THAT(fake->calls, Not(Contains(StartsWith("seek"))));
+}
+
+TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
+    add(makeFolder(QStringLiteral("b"), {QStringLiteral("x")}), 1);
+    settle();
+    click({60, 88});
+    EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
+    QTest::mouseClick(window, Qt::RightButton, {}, {60, 56}); // the other one
+    QTest::qWait(200);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return library->folders().size() == 1; }));
+    EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(lyricsFontSize.points(), 50);
+}
+
+/// Every control that a screen reader meets below `item` without a role or a name.
+void collectNameless(QAccessibleInterface* item, QStringList& nameless) {
+    const bool isContainer = item->role() == QAccessible::Client ||
+                             item->role() == QAccessible::Window ||
+                             item->role() == QAccessible::Application;
+    if (!isContainer && item->object() != nullptr && item->object()->property("visible").toBool() &&
+        (item->role() == QAccessible::NoRole || item->text(QAccessible::Name).isEmpty()))
+        nameless.append(QString::fromLatin1(item->object()->metaObject()->className()));
+    for (int i = 0; i < item->childCount(); ++i)
+        collectNameless(item->child(i), nameless);
+}
+
+TEST_F(MainWindowTest, EveryControlHasARoleAndAName) {
+    QAccessible::setActive(true);
+    click(row(0));
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(window);
+    ASSERT_NE(root, nullptr);
+    QStringList nameless;
+    collectNameless(root, nameless);
+    EXPECT_TRUE(nameless.isEmpty()) << nameless.join(QLatin1Char(' ')).toStdString();
+}
+
+} // namespace
