@@ -27,21 +27,25 @@ QByteArray executableDirectory() {
     return executable.first(std::max<qsizetype>(0, executable.lastIndexOf('/')));
 }
 
-MediaBackend* load() {
+void* openModule() {
     const QByteArray directory = executableDirectory();
     for (const char* prefix : prefixes) {
+        const QByteArray path = directory + prefix + moduleName;
         // It stays loaded for good: its libraries have threads and handlers that outlive any use.
-        void* module = ::dlopen(QByteArray(directory + prefix + moduleName).constData(),
-                                RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
-        if (!module) {
-            PlaybackLogger::log(QLatin1String("[AV] ") + QString::fromLocal8Bit(::dlerror()));
-            continue;
-        }
-        const auto entry =
-            reinterpret_cast<MediaBackendEntry>(::dlsym(module, mediaBackendEntryName));
-        return entry ? entry() : nullptr;
+        if (void* module = ::dlopen(path.constData(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE))
+            return module;
     }
+    PlaybackLogger::log(QLatin1String("[AV] no media module: ") +
+                        QString::fromLocal8Bit(::dlerror()));
     return nullptr;
+}
+
+MediaBackend* load() {
+    void* module = openModule();
+    if (!module)
+        return nullptr;
+    const auto entry = reinterpret_cast<MediaBackendEntry>(::dlsym(module, mediaBackendEntryName));
+    return entry ? entry() : nullptr;
 }
 
 } // namespace

@@ -106,8 +106,8 @@ TEST(Decoder, PlaysADamagedFileAsFarAsItGoes) {
 
 TEST(Decoder, RefusesQuicklyWhatIsNoMusic) {
     const QByteArray film = fileWith("film.mp4", {});
-    ffmpeg(QStringLiteral("-f lavfi -i testsrc=d=2 -f lavfi -i sine=d=2 film.mp4"));
-    ffmpeg(QStringLiteral("-i film.mp4 -c copy film.mkv"));
+    ffmpeg("-f lavfi -i testsrc=d=2 -f lavfi -i sine=d=2 film.mp4");
+    ffmpeg("-i film.mp4 -c copy film.mkv");
     const QByteArray list = "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n10-constant.aac\n";
     const QByteArray random = [] {
         QByteArray bytes(1 << 22, '\0');

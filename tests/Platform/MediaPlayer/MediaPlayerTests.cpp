@@ -131,7 +131,7 @@ TEST_F(Player, ReportsTheTargetOfEachFinishedSeekPausedAndPlaying) {
 
 TEST_F(Player, SurvivesADragThroughAnHour) {
     const QByteArray hour = QByteArray(soundFile(rawFile)).replace("10-constant", "hour");
-    ffmpeg(QStringLiteral("-stream_loop 359 -i 10-constant.aac -c copy hour.aac"));
+    ffmpeg("-stream_loop 359 -i 10-constant.aac -c copy hour.aac");
     start(hour, 0.05);
     EXPECT_NEAR(latest(Sight::Duration), 3611, 2);
     std::vector<qint64> costs;

@@ -1,7 +1,7 @@
 #include "Platform/MediaPlayer/SoundFiles.h"
 
+#include <QByteArrayList>
 #include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -21,45 +21,39 @@ struct Folder {
     ~Folder() { std::filesystem::remove_all(path); }
 };
 
-QString folder() {
+QByteArray folder() {
     static const Folder made;
-    return QString::fromStdString(made.path);
+    return QByteArray::fromStdString(made.path);
 }
 
-void run(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.setWorkingDirectory(folder());
-    process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(program, arguments);
-    ASSERT_TRUE(process.waitForFinished() && process.exitCode() == 0) << qPrintable(program);
+void run(const QByteArray& command) {
+    const QByteArray line = "cd " + folder() + " && " + command;
+    ASSERT_EQ(std::system(line.constData()), 0) << line.constData();
 }
 
 } // namespace
 
-void ffmpeg(const QString& arguments) {
-    run(QStringLiteral("ffmpeg"),
-        QStringLiteral("-v error -y -nostdin %1").arg(arguments).split(u' ', Qt::SkipEmptyParts));
+void ffmpeg(const QByteArray& arguments) {
+    run("ffmpeg -v error -y -nostdin " + arguments);
 }
 
 QByteArray soundFile(const SoundFile& file, double seconds) {
-    const QString name = QString::number(seconds) + u'-' + QLatin1String(file.name);
-    const QByteArray path = QFile::encodeName(folder() + u'/' + name);
-    if (QFile::exists(QFile::decodeName(path)))
+    const QByteArray name = QByteArray::number(seconds) + '-' + file.name;
+    const QByteArray path = folder() + '/' + name;
+    if (std::filesystem::exists(path.toStdString()))
         return path;
-    const bool isPacked = QByteArrayView(file.name).endsWith("aac.caf");
-    const QString made = isPacked ? name + QLatin1String(".aac") : name;
-    const QString tone = QStringLiteral("0.4*sin(2*PI*(200*t+15*t*t))");
-    ffmpeg(QStringLiteral("-f lavfi -i aevalsrc=%1:s=44100:d=%2 %3 %4")
-               .arg(QStringList(file.channels, tone).join(u'|'))
-               .arg(seconds)
-               .arg(QLatin1String(file.options), made));
+    const bool isPacked = name.endsWith("aac.caf");
+    const QByteArray made = isPacked ? QByteArray(name + ".aac") : name;
+    const QByteArray tone = "0.4*sin(2*PI*(200*t+15*t*t))";
+    ffmpeg("-f lavfi -i 'aevalsrc=" + QByteArrayList(file.channels, tone).join('|') +
+           ":s=44100:d=" + QByteArray::number(seconds) + "' " + file.options + ' ' + made);
     if (isPacked)
-        run(QStringLiteral(TAMSY_TOOLS "/make-caf-aac"), {made, name});
+        run(TAMSY_TOOLS "/make-caf-aac " + made + ' ' + name);
     return path;
 }
 
 QByteArray fileWith(const QByteArray& name, const QByteArray& bytes, qint64 size) {
-    const QByteArray path = QFile::encodeName(folder()) + '/' + name;
+    const QByteArray path = folder() + '/' + name;
     const int descriptor = ::open(path.constData(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
     const auto count = static_cast<std::size_t>(bytes.size());
     EXPECT_EQ(::write(descriptor, bytes.constData(), count), bytes.size());

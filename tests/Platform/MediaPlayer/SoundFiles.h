@@ -1,8 +1,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
-#include <QStringList>
+#include <QString> // concatenates byte arrays, too
 
 namespace tamsy::test {
 
@@ -22,7 +21,7 @@ struct SoundFile {
 /// All bytes of the file at `path`.
 [[nodiscard]] QByteArray bytesOf(const QByteArray& path);
 
-/// Runs ffmpeg with `arguments`, separated by spaces, inside the folder of the files above.
-void ffmpeg(const QString& arguments);
+/// Runs ffmpeg with `arguments`, as a shell takes them, inside the folder of the files above.
+void ffmpeg(const QByteArray& arguments);
 
 } // namespace tamsy::test
