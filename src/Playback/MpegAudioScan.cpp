@@ -189,7 +189,7 @@ class Scanner {
         if (frame.sideInfoBytes == 0)
             return 0;
         const auto bits = ByteCursor(window_.at(position + frame.sideInfoStart, 2)).readU16();
-        return bits.value_or(0) >> (frame.isVersion1 ? 7U : 8U);
+        return std::uint32_t{bits.value_or(0)} >> (frame.isVersion1 ? 7U : 8U);
     }
 
     /// Counts bytes that belong to no frame; false when there are too many.
