@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t searchedBytes = std::size_t{64} * 1024;
 constexpr std::size_t walkWindow = std::size_t{64} * 1024;
 constexpr std::uint64_t walkedBytes = std::uint64_t{64} * 1024 * 1024;
-constexpr std::uint64_t walkedFrames = 1'000'000;
+constexpr std::uint64_t walkedFrames = 250'000;
 constexpr std::uint64_t toleratedJunk = std::uint64_t{256} * 1024;
 constexpr std::uint64_t smallestFrame = 24;
 constexpr std::uint64_t longestTrailer = std::uint64_t{64} * 1024; // other tags behind the sound
@@ -114,7 +114,7 @@ class FrameWalk {
         : window_(source, walkWindow), first_(first), position_(first), header_(header) {}
 
     double seconds() {
-        while (!isLongEnough() && (passFrame() || passJunk())) {
+        while (!isLongEnough() && (passFrames() || passJunk())) {
         }
         const double all = static_cast<double>(window_.size() - first_);
         const double part = isLongEnough() ? static_cast<double>(position_ - first_) / all : 1;
@@ -126,14 +126,20 @@ class FrameWalk {
         return position_ - first_ >= walkedBytes || frames_ >= walkedFrames;
     }
 
-    bool passFrame() {
-        const auto frame = parseFrameHeader(window_.read(position_, frameHeaderSize, walkWindow));
-        if (!frame || frame->kind != header_.kind || frame->length > window_.size() - position_)
-            return false;
-        position_ += frame->length;
-        samples_ += frame->samples;
-        ++frames_;
-        return true;
+    /// Passes the frames that begin in the window; false if the position stands at none.
+    bool passFrames() {
+        const std::uint64_t start = position_;
+        const Bytes bytes = window_.readUpTo(start, walkWindow);
+        while (!isLongEnough() && position_ - start + frameHeaderSize <= bytes.size()) {
+            const auto frame =
+                parseFrameHeader(bytes.subspan(position_ - start).first<frameHeaderSize>());
+            if (!frame || frame->kind != header_.kind || frame->length > window_.size() - position_)
+                break;
+            position_ += frame->length;
+            samples_ += frame->samples;
+            ++frames_;
+        }
+        return position_ != start;
     }
 
     bool passJunk() {

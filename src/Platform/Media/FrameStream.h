@@ -10,7 +10,7 @@ namespace tamsy::media {
 [[nodiscard]] std::optional<std::uint64_t> findFirstFrame(MediaParse& parse, std::uint64_t offset);
 
 /// The stream's length in seconds: by the encoder's note in the first frame (Xing, Info, VBRI) if
-/// the file bears it out, else by walking the headers of all frames. Beyond 64 MiB or a million
+/// the file bears it out, else by walking the headers of all frames. Beyond 64 MiB or 250,000
 /// frames it is an estimate from those. `first` is the place of the first frame.
 [[nodiscard]] double frameStreamDuration(MediaParse& parse, std::uint64_t first);
 

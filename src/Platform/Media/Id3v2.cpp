@@ -1,6 +1,7 @@
 #include "Platform/Media/Id3v2.h"
 
 #include "Platform/Media/Id3v2Frame.h"
+#include "Platform/Media/Unsynchronisation.h"
 
 #include <algorithm>
 
@@ -11,8 +12,10 @@ namespace {
 constexpr std::uint64_t tagHeaderSize = 10;
 constexpr std::uint64_t footerSize = 10;
 
-// A whole-tag unsynchronisation can only be undone from the front, in memory.
-constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{8} * 1024 * 1024;
+// A whole tag's unsynchronisation can only be undone from the front, byte by byte. A scan doesn't
+// wait for a picture larger than this.
+constexpr std::uint64_t longestScannedTag = std::uint64_t{4} * 1024 * 1024;
+constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{64} * 1024 * 1024;
 
 struct TagHeader {
     unsigned version = 0;
@@ -136,9 +139,10 @@ std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t 
     const std::uint64_t size = std::min(header.bodySize, there);
     std::uint64_t lastFrame = body + size;
     if (header.isUnsynchronised && header.version < 4) {
-        const std::uint64_t kept = std::min(size, longestUnsynchronisedTag);
+        const std::uint64_t limit =
+            parse.items.listsEverything() ? longestUnsynchronisedTag : longestScannedTag;
         const auto plain =
-            std::make_shared<MemorySource>(undoUnsynchronisation(parse.source->copy(body, kept)));
+            std::make_shared<UnsynchronisedSource>(parse.source, body, std::min(size, limit));
         ByteWindow window(*plain);
         FrameWalk(parse, header, plain, window).run(0, plain->size());
     } else {

@@ -2,6 +2,7 @@
 
 #include "Platform/Media/Id3Lyrics.h"
 #include "Platform/Media/Inflate.h"
+#include "Platform/Media/Unsynchronisation.h"
 
 #include <algorithm>
 #include <array>
@@ -130,21 +131,6 @@ bool isText(std::string_view name) {
 std::uint64_t fromSyncsafe(std::uint64_t raw) {
     return (raw & 0x7FU) | (raw >> 1U & 0x3F80U) | (raw >> 2U & 0x1FC000U) |
            (raw >> 3U & 0xFE00000U);
-}
-
-QByteArray undoUnsynchronisation(const QByteArray& bytes) {
-    QByteArray plain(bytes.size(), Qt::Uninitialized);
-    char* target = plain.data();
-    const char* source = bytes.constData();
-    const char* const end = source + bytes.size();
-    while (source != end) {
-        const char* mark = std::find(source, end, '\xFF');
-        mark = mark == end ? end : mark + 1;
-        target = std::copy(source, mark, target);
-        source = mark != end && *mark == 0 && mark[-1] == '\xFF' ? mark + 1 : mark;
-    }
-    plain.truncate(target - plain.constData());
-    return plain;
 }
 
 bool isFrameName(std::string_view name) {

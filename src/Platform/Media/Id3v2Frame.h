@@ -23,9 +23,6 @@ struct Id3Frame {
 /// The value of an integer whose bytes carry seven bits each.
 [[nodiscard]] std::uint64_t fromSyncsafe(std::uint64_t raw);
 
-/// `bytes` without the zero byte that stands behind each 0xFF.
-[[nodiscard]] QByteArray undoUnsynchronisation(const QByteArray& bytes);
-
 /// Whether `name` has only the letters and digits of a frame's name.
 [[nodiscard]] bool isFrameName(std::string_view name);
 

@@ -1,6 +1,7 @@
 #include "Platform/Media/ItemCollector.h"
 
 #include "Platform/Media/LegacyText.h"
+#include "Utils/TextTrimming.h"
 
 #include <algorithm>
 #include <span>
@@ -10,6 +11,16 @@ namespace tamsy::media {
 namespace {
 
 constexpr std::uint64_t longestCommonText = std::uint64_t{64} * 1024;
+constexpr std::uint64_t allCommonTexts = std::uint64_t{256} * 1024;
+constexpr std::uint64_t allTexts = std::uint64_t{4} * 1024 * 1024;
+constexpr int mostValues = 100;
+constexpr std::size_t mostCommonItems = 100;
+constexpr std::size_t mostItems = 10'000;
+
+/// Whether there is more than white space to show.
+bool saysSomething(const MediaItem& item) {
+    return item.text && !trimmedOfWhitespaceAndNewlines(*item.text).isEmpty();
+}
 
 QString infoName(CommonKey key) {
     switch (key) {
@@ -27,11 +38,20 @@ QString infoName(CommonKey key) {
 
 } // namespace
 
+ItemCollector::ItemCollector(Wanted wanted)
+    : wanted_(wanted), textBudget_(wanted == Wanted::Everything ? allTexts : allCommonTexts) {}
+
+bool ItemCollector::wants(std::optional<CommonKey> key) const {
+    if (wanted_ == Wanted::Everything)
+        return found_.size() < mostItems;
+    return key && *key != CommonKey::Artwork && found_.size() < mostCommonItems;
+}
+
 bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
     const bool isCommonText = key && *key != CommonKey::Artwork;
-    if (!wants(key) || length > (isCommonText ? longestCommonText : textBudget_))
+    if (!wants(key) || length > textBudget_ || (isCommonText && length > longestCommonText))
         return false;
-    textBudget_ -= std::min(length, textBudget_);
+    textBudget_ -= length;
     return true;
 }
 
@@ -62,7 +82,8 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
             continue;
         if (!found.undecided.isEmpty() || !text.undecided.isEmpty())
             return false;
-        found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
+        if (found.values++ < mostValues)
+            found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
         return true;
     }
     return false;
@@ -71,7 +92,7 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
 bool ItemCollector::has(CommonKey key) const {
     return std::ranges::any_of(found_, [key](const Found& found) {
         return found.item.commonKey == key && !found.isFallback &&
-               (!found.undecided.isEmpty() || (found.item.text && !found.item.text->isEmpty()));
+               (!found.undecided.isEmpty() || saysSomething(found.item));
     });
 }
 
@@ -104,10 +125,9 @@ std::vector<MediaItem> ItemCollector::takeItems() {
             items.push_back(std::move(found.item));
     }
     const auto isMissing = [&items, count = items.size()](std::optional<CommonKey> key) {
-        return std::none_of(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(count),
-                            [key](const MediaItem& item) {
-                                return item.commonKey == key && item.text && !item.text->isEmpty();
-                            });
+        return std::none_of(
+            items.begin(), items.begin() + static_cast<std::ptrdiff_t>(count),
+            [key](const MediaItem& item) { return item.commonKey == key && saysSomething(item); });
     };
     for (Found& found : found_) {
         if (found.isFallback && isMissing(found.item.commonKey))
@@ -123,7 +143,7 @@ QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
             texts.insert(name, text);
     };
     for (const MediaItem& item : items) {
-        if (!item.text || item.text->isEmpty())
+        if (!saysSomething(item))
             continue;
         offer(item.name, *item.text);
         // QuickTime's names are known with and without their sign.

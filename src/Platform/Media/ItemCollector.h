@@ -17,17 +17,15 @@ class ItemCollector {
   public:
     enum class Wanted { CommonTexts, Everything };
 
-    explicit ItemCollector(Wanted wanted) : wanted_(wanted) {}
+    explicit ItemCollector(Wanted wanted);
 
-    /// Whether an item with this meaning is worth reading.
-    [[nodiscard]] bool wants(std::optional<CommonKey> key) const {
-        return wanted_ == Wanted::Everything || (key && *key != CommonKey::Artwork);
-    }
+    /// Whether a further item with this meaning is worth reading.
+    [[nodiscard]] bool wants(std::optional<CommonKey> key) const;
 
     [[nodiscard]] bool listsEverything() const { return wanted_ == Wanted::Everything; }
 
     /// Whether a text of `length` bytes is to be read. No title is as long as 64 KiB, and no file
-    /// has 4 MiB of texts to show: what claims so is passed over.
+    /// has 4 MiB of texts to show, or titles of 256 KiB: what claims so is passed over.
     [[nodiscard]] bool wantsText(std::optional<CommonKey> key, std::uint64_t length);
 
     /// Takes an item; a title, artist or album is named in the info dictionary by itself.
@@ -41,7 +39,8 @@ class ItemCollector {
     [[nodiscard]] std::size_t count() const { return found_.size(); }
 
     /// Appends a further value to the text of the item with this meaning that was taken when
-    /// `since` or more others were in. False if there is none to append to.
+    /// `since` or more others were in; the hundredth and later ones are dropped. False if there is
+    /// no item to append to.
     [[nodiscard]] bool appendValue(std::size_t since, CommonKey key, const TagText& text);
 
     [[nodiscard]] bool hasAllCommonTexts() const;
@@ -54,17 +53,18 @@ class ItemCollector {
         MediaItem item;
         QByteArray undecided;
         bool isFallback = false;
+        int values = 1;
     };
 
     [[nodiscard]] bool has(CommonKey key) const;
     void decodeUndecided();
 
     Wanted wanted_;
-    std::uint64_t textBudget_ = std::uint64_t{4} * 1024 * 1024;
+    std::uint64_t textBudget_;
     std::vector<Found> found_;
 };
 
-/// The texts of `items` by their names, the first of each name that isn't empty.
+/// The texts of `items` by their names, the first of each name that has more than white space.
 [[nodiscard]] QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items);
 
 } // namespace tamsy::media

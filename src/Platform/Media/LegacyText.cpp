@@ -120,7 +120,8 @@ LegacyEncoding judgeLegacyEncoding(const std::vector<QByteArray>& texts) {
 QString decodeLegacyText(QByteArrayView bytes, LegacyEncoding encoding) {
     if (encoding == LegacyEncoding::Chinese)
         return decodeChinese(bytes);
-    return decodeUtf8(bytes).value_or(decodeWestern(bytes));
+    const auto text = decodeUtf8(bytes);
+    return text ? *text : decodeWestern(bytes);
 }
 
 } // namespace tamsy::media

@@ -28,7 +28,7 @@ struct HostileFile {
 
 inline std::vector<HostileFile> hostileFiles() {
     using namespace std::string_literals;
-    constexpr std::size_t framesSize = 34'000'000; // a million frames, and more
+    constexpr std::size_t framesSize = 34'000'000; // more frames than are counted
     const std::string smallestFrame = "\xFF\xE3\x18\xC4"s + std::string(20, '\0');
     const std::string tag = "ID3\3\0\0\x7F\x7F\x7F\x7F"s;
     const std::string film = "\0\0\0\x10"
@@ -48,7 +48,10 @@ inline std::vector<HostileFile> hostileFiles() {
         {"noise.mp3", {}, noise},
         {"small-frames.mp3", tag, "TCON\0\0\0\1\0\0\0"s},
         {"long-titles.mp3", tag, "TIT2\0\0\xEA\x60\0\0\0"s + std::string(59'999, '\xC4')},
-        {"unsynchronised.mp3", "ID3\3\0\x80\x7F\x7F\x7F\x7F"s, "\xFF\0"s},
+        {"unsynchronised.mp3",
+         "ID3\3\0\x80\x7F\x7F\x7F\x7F"
+         "APIC\0\x3F\0\0\0\0"s,
+         "\xFF\0"s},
         {"atoms.m4a", film, "\0\0\0\10free"s},
         {"list-items.m4a", film + list,
          "\0\0\0\x20\xA9nam\0\0\0\x18"

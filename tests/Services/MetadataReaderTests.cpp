@@ -1,0 +1,165 @@
+#include "Services/MetadataReader.h"
+
+#include "Platform/InterfaceThread.h"
+#include "Platform/Media/MediaAsset.h"
+#include "Platform/Media/MemoryFile.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <string>
+#include <thread>
+
+using namespace tamsy;
+using namespace std::string_literals;
+
+namespace {
+
+FileURL fixture(const char* name) {
+    return FileURL::fromPath(QByteArray(TAG_FIXTURES "/").append(name));
+}
+
+/// Lets the interface thread work until `condition` holds; false after ten seconds.
+bool workUntil(auto&& condition) {
+    for (QElapsedTimer timer =
+             [] {
+                 QElapsedTimer t;
+                 t.start();
+                 return t;
+             }();
+         !condition();) {
+        if (timer.hasExpired(10'000))
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    return true;
+}
+
+/// What `load` gives on a thread of its own while the interface thread works.
+AudioMetadata loadBlocking(const FileURL& url) {
+    AudioMetadata metadata;
+    std::atomic<bool> isDone = false;
+    std::thread thread([&] {
+        metadata = MetadataReader().load(url);
+        isDone = true;
+    });
+    EXPECT_TRUE(workUntil([&] { return isDone.load(); }));
+    thread.join();
+    return metadata;
+}
+
+std::string titleFrame(const std::string& text) {
+    return "TIT2\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0\0"s + text;
+}
+
+std::string tag(const std::string& frames) {
+    return "ID3\3\0\0\0\0\0"s + static_cast<char>(frames.size()) + frames;
+}
+
+TEST(MetadataReader, GivesTheSameTextsOnAllThreePaths) {
+    for (const char* name :
+         {"mp3-v24.mp3", "m4a-movie-last.m4a", "m4a-user-data.m4a", "flac-plain.flac",
+          "ogg-vorbis.ogg", "wav-info.wav", "aif-id3.aif", "caf-pcm.caf", "aac-v2.aac"}) {
+        SCOPED_TRACE(name);
+        const AudioMetadata scanned = MetadataReader().loadWithoutArtwork(fixture(name));
+        const AudioMetadata loaded = loadBlocking(fixture(name));
+        EXPECT_EQ(scanned.title, u"夜曲 Nocturne"_qs);
+        EXPECT_EQ(loaded.title, scanned.title);
+        EXPECT_EQ(loaded.artist, scanned.artist);
+        EXPECT_EQ(loaded.album, scanned.album);
+        EXPECT_EQ(loaded.duration, scanned.duration);
+        EXPECT_NEAR(scanned.duration, 2, 0.05);
+        EXPECT_TRUE(scanned.artwork.isNull());
+    }
+}
+
+TEST(MetadataReader, FindsTheCoverInEveryKindOfTag) {
+    const std::pair<const char*, QSize> rows[] = {
+        {"mp3-v23-unsynchronised.mp3", {64, 64}},
+        {"mp3-v22.mp3", {64, 64}},
+        {"m4a-movie-last.m4a", {64, 64}},
+        {"ogg-vorbis.ogg", {64, 64}},
+        {"ogg-opus.ogg", {64, 64}}, // a picture as text
+        {"flac-plain.flac", {64, 64}},
+        {"flac-leading-id3.flac", {}},
+        {"wav-info.wav", {}},
+    };
+    for (const auto& [name, size] : rows)
+        EXPECT_EQ(loadBlocking(fixture(name)).artwork.size(), size.isValid() ? size : QSize(0, 0))
+            << name;
+}
+
+TEST(MetadataReader, WalksAFlacFilesPicturesByItsExtension) {
+    const QTemporaryDir directory;
+    for (const auto& [name, isFound] : {std::pair("a.FLAC", true), std::pair("a.ogg", false)}) {
+        const QString path = directory.filePath(QString::fromLatin1(name));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(TAG_FIXTURES "/flac-plain.flac"), path));
+        const AudioMetadata metadata = loadBlocking(FileURL::fromPath(path.toLocal8Bit()));
+        EXPECT_EQ(metadata.title, u"夜曲 Nocturne"_qs);
+        EXPECT_EQ(!metadata.artwork.isNull(), isFound) << name;
+    }
+}
+
+TEST(MetadataReader, ChoosesAmongSeveralAndBlankTitles) {
+    const std::string old = "TAG" + "Of the old tag"s + std::string(111, '\0');
+    struct Row {
+        const char* name;
+        std::string bytes;
+        QString scanned;
+        QString loaded;
+    };
+    const Row rows[] = {
+        {"blanks alone", tag(titleFrame("   ")), {}, u"   "_qs},
+        {"blanks, and another tag", tag(titleFrame("   ")) + old, u"Of the old tag"_qs, u"   "_qs},
+        {"first without text", tag(titleFrame("") + titleFrame("b")), u"b"_qs, u"b"_qs},
+        {"first of two", tag(titleFrame(" a ") + titleFrame("b")), u"a"_qs, u" a "_qs},
+        {"no tags", "nothing to read here", {}, {}},
+    };
+    for (const Row& row : rows) {
+        MemoryFile file;
+        file.append(row.bytes);
+        EXPECT_EQ(MetadataReader().loadWithoutArtwork(file.url()).title, row.scanned) << row.name;
+        EXPECT_EQ(loadBlocking(file.url()).title, row.loaded) << row.name;
+    }
+}
+
+TEST(MetadataReader, TurnsALengthThatIsNotFiniteIntoNone) {
+    MemoryFile file; // a sample rate of almost nothing
+    file.append(
+        "caff\0\1\0\0desc\0\0\0\0\0\0\0\x20\0\0\0\0\0\0\0\1lpcm\0\0\0\0\0\0\0\2\0\0\0\1\0\0\0\1\0\0\0\x10"s);
+    file.append("data\0\0\0\0\0\0\1\0"s + std::string(256, '\0'));
+    EXPECT_FALSE(std::isfinite(MediaAsset(file.url(), MediaAsset::Depth::Full).duration()));
+    EXPECT_EQ(MetadataReader().loadWithoutArtwork(file.url()).duration, 0);
+    EXPECT_EQ(loadBlocking(file.url()).duration, 0);
+}
+
+TEST(MetadataReader, ContinuesOnTheInterfaceThread) {
+    bool isCurrent = false;
+    const auto done =
+        MetadataReader().loadAsync(fixture("mp3-v24.mp3")).then([&](const AudioMetadata&) {
+            isCurrent = InterfaceThread::isCurrent();
+        });
+    EXPECT_TRUE(workUntil([&] { return done.isFinished(); }));
+    EXPECT_TRUE(isCurrent);
+}
+
+TEST(MetadataReader, LetsItsWaitersGoWhenTheProgramQuits) {
+    AudioMetadata metadata;
+    std::thread waiter([&] { metadata = MetadataReader().load(fixture("mp3-v24.mp3")); });
+    InterfaceThread::releaseWaiters(); // the interface thread does no more work
+    waiter.join();
+    EXPECT_TRUE(metadata.title.isEmpty());
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    ::testing::InitGoogleTest(&argumentCount, arguments);
+    const QCoreApplication application(argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}
