@@ -16,7 +16,13 @@ if(TAMSY_SANITIZE)
     add_compile_options(-fsanitize=${TAMSY_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${TAMSY_SANITIZE})
     # GCC's flow analysis sees paths that only the instrumentation makes.
-    target_compile_options(tamsy_options INTERFACE -Wno-maybe-uninitialized)
+    target_compile_options(tamsy_options INTERFACE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+endif()
+if(TAMSY_FUZZ)
+    # Every line of ours reports to the fuzzer; only its targets bring it along.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
 # tamsy_qml_sources(TARGET file…): adds hand-written sources to a QML module. The strict warnings hold
@@ -24,7 +30,7 @@ endif()
 function(tamsy_qml_sources target)
     set(options ${TAMSY_WARNINGS})
     if(TAMSY_SANITIZE)
-        list(APPEND options -Wno-maybe-uninitialized)
+        list(APPEND options $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     endif()
     set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${options}")
     target_sources(${target} PRIVATE ${ARGN})
@@ -43,14 +49,21 @@ endfunction()
 # Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
 add_custom_target(tamsy_thread_tests)
 
-# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…]): one GoogleTest
-# program, one CTest entry a program.
+# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY]): one
+# GoogleTest program, one CTest entry a program. With DISPLAY it runs on a virtual display with a
+# window manager, for what a program without a screen can't show.
 function(tamsy_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "DISPLAY" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE tamsy_options ${ARG_LINK} GTest::gmock GTest::gtest)
-    add_test(NAME ${name} COMMAND ${name})
+    set(platform offscreen)
+    set(display "")
+    if(ARG_DISPLAY)
+        set(platform xcb)
+        set(display "${PROJECT_SOURCE_DIR}/tools/with-display")
+    endif()
+    add_test(NAME ${name} COMMAND ${display} $<TARGET_FILE:${name}>)
     if("threads" IN_LIST ARG_LABELS)
         add_dependencies(tamsy_thread_tests ${name})
     endif()
@@ -58,5 +71,5 @@ function(tamsy_test name)
         set(ARG_TIMEOUT 60)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8")
 endfunction()

@@ -41,6 +41,11 @@ void InterfaceThread::releaseWaiters() {
     waiting().changed.notify_all();
 }
 
+bool InterfaceThread::isReleased() {
+    const std::scoped_lock lock(waiting().mutex);
+    return waiting().isReleased;
+}
+
 void InterfaceThread::finish(const std::shared_ptr<bool>& ticket,
                              const std::function<void()>& store) {
     const std::scoped_lock lock(waiting().mutex);

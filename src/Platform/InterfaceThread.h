@@ -42,6 +42,9 @@ class InterfaceThread {
     /// quits, before it joins any thread that may be waiting here.
     static void releaseWaiters();
 
+    /// Whether `releaseWaiters` was called, so that an empty answer may be one that was cut short.
+    [[nodiscard]] static bool isReleased();
+
   private:
     static void finish(const std::shared_ptr<bool>& ticket, const std::function<void()>& store);
     [[nodiscard]] static bool wait(const std::shared_ptr<bool>& ticket);

@@ -1,25 +1,19 @@
 #include "Playback/MiniaudioBridge.h"
 
-#include "Playback/AudioFile.h"
-#include "Playback/MpegAudioScan.h"
-#include "Playback/MpegSeekTable.h"
-#include "Playback/ReadBudget.h"
+#include "Playback/AudioDecoder.h"
 #include "Playback/SoundServerNoise.h"
 
 #include <miniaudio.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
-#include <cmath>
-#include <cstring>
 #include <memory>
 #include <mutex>
 
 namespace tamsy {
 
 struct BridgePlayer {
-    ma_decoder decoder{}; // the device's thread while the device runs, else the caller's
+    AudioDecoder decoder; // the device's thread while the device runs, else the caller's
     ma_device device{};
     std::atomic<bool> isPlaying = false;
     std::atomic<double> durationSeconds = 0;
@@ -29,93 +23,9 @@ struct BridgePlayer {
 
 namespace {
 
-constexpr ma_uint32 channels = 2;
-constexpr ma_uint32 sampleRate = 48'000;
-
-// What one call may read of a file. A sound file needs a fraction of each; a search through the
-// rest of a broken one costs some 20 ms to open, 5 ms in the callback.
-constexpr std::int64_t openingBudget = 1'048'576;
-constexpr std::int64_t seekingBudget = 67'108'864;
-constexpr std::int64_t callbackBudget = 1'048'576;
-
 void fail(BridgeErrorOut error, ma_result code, std::string_view description) {
     if (error != nullptr)
         *error = BridgeError{"miniaudio", code, description};
-}
-
-ma_result resultOf(int systemError) {
-    switch (systemError) {
-    case ENOENT:
-        return MA_DOES_NOT_EXIST;
-    case EACCES:
-        return MA_ACCESS_DENIED;
-    case EISDIR:
-        return MA_IS_DIRECTORY;
-    default:
-        return MA_INVALID_FILE;
-    }
-}
-
-ma_encoding_format formatOf(const QByteArray& extension) {
-    if (extension == "mp3")
-        return ma_encoding_format_mp3;
-    if (extension == "flac")
-        return ma_encoding_format_flac;
-    if (extension == "ogg" || extension == "oga")
-        return ma_encoding_format_vorbis;
-    return ma_encoding_format_wav;
-}
-
-ma_result openAs(ma_encoding_format format, const QByteArray& path, ma_decoder& decoder) {
-    ma_decoder_config config = ma_decoder_config_init(ma_format_f32, channels, sampleRate);
-    config.encodingFormat = format;
-    return ma_decoder_init_file(path.constData(), &config, &decoder);
-}
-
-ma_result openAs(ma_encoding_format format, const QByteArray& path, const AudioFile& file,
-                 ma_decoder& decoder) {
-    if (format != ma_encoding_format_mp3) {
-        const ReadBudget budget(openingBudget);
-        return openAs(format, path, decoder);
-    }
-    const auto scan = scanMpegAudio(file);
-    if (!scan)
-        return MA_NO_BACKEND;
-    const ma_result result = openAs(format, path, decoder);
-    if (result == MA_SUCCESS)
-        bindMpegSeekTable(decoder, *scan);
-    return result;
-}
-
-/// Tries the decoder that the extension names, then the others: a file under a wrong name plays.
-ma_result openDecoder(const FileURL& url, ma_decoder& decoder) {
-    const QByteArray path = url.path();
-    const AudioFile file(path);
-    if (file.error() != 0)
-        return resultOf(file.error());
-    const ma_encoding_format named = formatOf(url.pathExtension().toLower());
-    const ma_result first = openAs(named, path, file, decoder);
-    if (first == MA_SUCCESS)
-        return first;
-    for (const ma_encoding_format other : {ma_encoding_format_wav, ma_encoding_format_flac,
-                                           ma_encoding_format_mp3, ma_encoding_format_vorbis}) {
-        if (other != named && openAs(other, path, file, decoder) == MA_SUCCESS)
-            return MA_SUCCESS;
-    }
-    return first;
-}
-
-double lengthInSeconds(ma_decoder& decoder) {
-    ma_uint64 frames = 0;
-    // One that can't be told leaves 0.
-    static_cast<void>(ma_decoder_get_length_in_pcm_frames(&decoder, &frames));
-    return static_cast<double>(frames) / static_cast<double>(decoder.outputSampleRate);
-}
-
-/// The frame at `seconds`, truncated, or the largest one where no number of frames would do.
-ma_uint64 frameAt(double seconds, ma_uint32 rate) {
-    constexpr double largest = 18'446'744'073'709'549'568.0; // the last one below 2^64
-    return static_cast<ma_uint64>(std::min(seconds * static_cast<double>(rate), largest));
 }
 
 void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
@@ -123,14 +33,7 @@ void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
     auto* player = static_cast<BridgePlayer*>(device->pUserData);
     if (player == nullptr)
         return;
-    ma_uint64 framesRead = 0;
-    {
-        const ReadBudget budget(callbackBudget);
-        // An error mid-file reads as its end: what wasn't read becomes silence.
-        static_cast<void>(
-            ma_decoder_read_pcm_frames(&player->decoder, output, frameCount, &framesRead));
-    }
-    const auto frames = static_cast<std::size_t>(std::min<ma_uint64>(framesRead, frameCount));
+    const auto frames = static_cast<std::size_t>(player->decoder.read(output, frameCount));
     auto* samples = static_cast<float*>(output);
     const std::size_t width = device->playback.channels;
     const float volume = player->volume.load(std::memory_order_relaxed);
@@ -151,9 +54,9 @@ ma_result openDevice(BridgePlayer& player) {
     static std::once_flag silenced;
     std::call_once(silenced, silenceSoundLibraries);
     ma_device_config config = ma_device_config_init(ma_device_type_playback);
-    config.sampleRate = player.decoder.outputSampleRate;
-    config.playback.format = player.decoder.outputFormat;
-    config.playback.channels = player.decoder.outputChannels;
+    config.sampleRate = AudioDecoder::sampleRate;
+    config.playback.format = AudioDecoder::format;
+    config.playback.channels = AudioDecoder::channels;
     config.dataCallback = ma_data_callback;
     config.pUserData = &player;
     // With no list of backends and no context it goes through all of them until a device opens, and
@@ -183,14 +86,13 @@ bool ma_isAvailable() {
 
 BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
     auto player = std::make_unique<BridgePlayer>();
-    if (const ma_result result = openDecoder(url, player->decoder); result != MA_SUCCESS) {
+    if (const ma_result result = player->decoder.open(url); result != MA_SUCCESS) {
         fail(error, result, "Failed to open audio file");
         return nullptr;
     }
-    player->durationSeconds = lengthInSeconds(player->decoder);
+    player->durationSeconds = player->decoder.length();
     if (const ma_result result = openDevice(*player); result != MA_SUCCESS) {
         fail(error, result, "Failed to init audio device");
-        static_cast<void>(ma_decoder_uninit(&player->decoder));
         return nullptr;
     }
     return player.release();
@@ -204,7 +106,6 @@ void ma_destroyPlayer(BridgePlayer* player) {
     // sound server has gone; stopping wakes it.
     static_cast<void>(ma_device_stop(&owned->device));
     ma_device_uninit(&owned->device); // first, as its thread reads the decoder
-    static_cast<void>(ma_decoder_uninit(&owned->decoder));
 }
 
 bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
@@ -229,7 +130,7 @@ void ma_stop(BridgePlayer* player) {
     if (player == nullptr)
         return;
     static_cast<void>(ma_device_stop(&player->device));
-    static_cast<void>(ma_decoder_seek_to_pcm_frame(&player->decoder, 0));
+    static_cast<void>(player->decoder.seek(0));
     player->positionSeconds = 0;
     player->isPlaying = false;
 }
@@ -245,9 +146,7 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
     // slider dragged to the far right ends the file.
     const double duration = player->durationSeconds;
     const double reachable = duration > 0 ? std::min(target, duration) : target;
-    const ReadBudget budget(seekingBudget);
-    const ma_result result = ma_decoder_seek_to_pcm_frame(
-        &player->decoder, frameAt(reachable, player->decoder.outputSampleRate));
+    const ma_result result = player->decoder.seek(reachable);
     if (result != MA_SUCCESS) {
         fail(error, result, "Failed to seek");
         return false;

@@ -20,6 +20,9 @@ class ReadBudget {
 
     static constexpr std::int64_t leastCost = 64;
 
+    /// Whether this thread's budget has run out.
+    [[nodiscard]] static bool isSpent() { return left_ <= 0; }
+
     /// `std::fread` under this thread's budget; without one it reads freely.
     static std::size_t read(void* target, std::size_t size, std::size_t count, std::FILE* file);
 

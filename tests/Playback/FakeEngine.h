@@ -57,7 +57,7 @@ class FakeEngine : public AudioPlaybackEngine {
     void seek(double seconds) override {
         note("seek " + text(seconds));
         if (loaded_)
-            report(std::max(seconds, 0.0), isPlayingSubject.value());
+            report(seconds > 0 ? seconds : 0, isPlayingSubject.value());
     }
     void setVolume(float newVolume) override {
         note("volume " + text(newVolume));

@@ -1,0 +1,13 @@
+#include "FuzzTarget.h"
+#include "Platform/Media/MemoryFile.h"
+#include "Services/FlacArtwork.h"
+
+using namespace tamsy;
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    MemoryFile file;
+    file.append(fuzz::asText(data, size));
+    (void)flacEmbeddedArtwork(file.url());
+    (void)parseFlacPictureBlock(std::as_bytes(std::span(data, size)));
+    return 0;
+}

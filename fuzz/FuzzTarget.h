@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+/// Each target defines this: it feeds one input to one reader and ends the program on a broken
+/// promise. Always gives 0.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace tamsy::fuzz {
+
+inline std::string_view asText(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+/// A copy with nothing around it, so that a read beyond either end is seen.
+inline QByteArray asBytes(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)};
+}
+
+/// What the reader promises of any input.
+inline void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+} // namespace tamsy::fuzz

@@ -1,0 +1,9 @@
+#include "LyricsPromises.h"
+#include "Services/LyricsContainers.h"
+
+using namespace tamsy;
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzz::requireSound(parseVorbisCommentBlockForLyrics(fuzz::asBytes(data, size)));
+    return 0;
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tamsy {
+
+/// A piece of work for an `OperationQueue`, shared between the queue and whoever may cancel it. Two
+/// operations are the same if they are one object. It is added to one queue, once.
+class Operation {
+  public:
+    /// `work` runs on one of the queue's threads, unless the operation is cancelled before.
+    explicit Operation(std::function<void()> work) : work_(std::move(work)) {}
+
+    /// `hook` runs on one of the queue's threads once the operation is over, in any case: behind
+    /// the work, or in its stead. To be set before the operation is added.
+    void setCompletionHook(std::function<void()> hook) { completionHook_ = std::move(hook); }
+
+    /// Keeps the work from starting. Work that has started runs to its end all the same. Any
+    /// thread.
+    void cancel();
+
+  private:
+    friend class OperationQueue;
+    enum class Stage : unsigned char { Waiting, Started, Cancelled };
+
+    void run();
+
+    std::atomic<Stage> stage_{Stage::Waiting};
+    std::function<void()> work_;
+    std::function<void()> completionHook_;
+};
+
+/// Runs operations in the order in which they were added, at most so many at once, on threads of
+/// its own, which start when they are first needed.
+class OperationQueue {
+  public:
+    explicit OperationQueue(std::size_t maximumConcurrentOperations);
+
+    /// Ends it.
+    ~OperationQueue();
+    OperationQueue(const OperationQueue&) = delete;
+    OperationQueue& operator=(const OperationQueue&) = delete;
+    OperationQueue(OperationQueue&&) = delete;
+    OperationQueue& operator=(OperationQueue&&) = delete;
+
+    /// Any thread. Returns at once.
+    void add(std::shared_ptr<Operation> operation);
+
+    /// Cancels what hasn't started, now and from now on, and waits for what has. An operation that
+    /// waits for the interface thread must have been let go before.
+    void end();
+
+  private:
+    void runThread();
+
+    const std::size_t maximumConcurrentOperations_;
+    std::mutex mutex_; // guards all that follows
+    std::condition_variable changed_;
+    std::deque<std::shared_ptr<Operation>> waiting_;
+    std::size_t idleThreads_ = 0;
+    bool isEnding_ = false;
+    std::vector<std::thread> threads_;
+};
+
+} // namespace tamsy

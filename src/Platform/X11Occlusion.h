@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QHash>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+class QWindow;
+struct xcb_connection_t;
+
+namespace tamsy {
+
+/// What the X server and the window manager know about windows that can't be seen, and Qt doesn't
+/// ask: those that others cover in full (as long as the server draws the windows itself; with a
+/// compositor every one counts as uncovered) and those on another desktop that stay mapped there.
+/// Interface thread.
+class X11Occlusion : public QAbstractNativeEventFilter {
+  public:
+    /// Null if the application isn't on X11. `changed` is called when an answer may have changed.
+    [[nodiscard]] static std::unique_ptr<X11Occlusion> make(std::function<void()> changed);
+
+    ~X11Occlusion() override;
+    X11Occlusion(const X11Occlusion&) = delete;
+    X11Occlusion& operator=(const X11Occlusion&) = delete;
+    X11Occlusion(X11Occlusion&&) = delete;
+    X11Occlusion& operator=(X11Occlusion&&) = delete;
+
+    /// From now on the server reports about this window. To be repeated when it is shown again,
+    /// since Qt may have asked for other reports meanwhile.
+    void watch(const QWindow& window);
+
+    void forget(const QWindow& window);
+
+    /// Fully covered or on another desktop.
+    [[nodiscard]] bool isOutOfSight(const QWindow& window) const;
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+  private:
+    struct WindowState {
+        bool isCovered = false;
+        std::uint32_t desktop = 0;
+    };
+
+    X11Occlusion(xcb_connection_t* connection, std::function<void()> changed);
+
+    void ask(std::uint32_t window, std::uint32_t events) const;
+    [[nodiscard]] std::uint32_t atom(const char* name) const;
+    [[nodiscard]] std::uint32_t property(std::uint32_t window, std::uint32_t name,
+                                         std::uint32_t otherwise) const;
+    bool noteVisibility(std::uint32_t window, bool isCovered);
+    bool noteProperty(std::uint32_t window, std::uint32_t name);
+
+    xcb_connection_t* const connection_; // Qt's own
+    const std::function<void()> changed_;
+    std::uint32_t root_ = 0;
+    std::uint32_t currentDesktopAtom_ = 0;
+    std::uint32_t windowDesktopAtom_ = 0;
+    std::uint32_t currentDesktop_ = 0;
+    QHash<std::uint32_t, WindowState> windows_;
+};
+
+} // namespace tamsy

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Utils/FileURL.h"
+
+#include <miniaudio.h>
+
+#include <cstdint>
+
+namespace tamsy {
+
+/// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
+/// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its
+/// way in a broken file is cut short.
+class AudioDecoder {
+  public:
+    static constexpr ma_format format = ma_format_f32;
+    static constexpr ma_uint32 channels = 2;
+    static constexpr ma_uint32 sampleRate = 48'000;
+
+    AudioDecoder() = default;
+    ~AudioDecoder();
+    AudioDecoder(const AudioDecoder&) = delete;
+    AudioDecoder& operator=(const AudioDecoder&) = delete;
+
+    /// Opens `url`, once, by its bytes. After a failure nothing may be called.
+    [[nodiscard]] ma_result open(const FileURL& url);
+
+    /// In seconds; 0 when it can't be told. May read the whole file: ask once.
+    [[nodiscard]] double length();
+
+    /// Moves to a place in seconds, not below 0, truncated to a frame.
+    [[nodiscard]] ma_result seek(double seconds);
+
+    /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
+    [[nodiscard]] ma_uint64 read(void* output, ma_uint64 count);
+
+  private:
+    ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
+
+    ma_decoder decoder_{};
+    bool isOpen_ = false;
+    bool isLost_ = false; // nothing more is found from here on
+    std::int64_t seekingBudget_ = 0;
+};
+
+} // namespace tamsy

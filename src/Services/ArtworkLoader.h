@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/MemoryCache.h"
+#include "Platform/OperationQueue.h"
+#include "Services/AudioMetadata.h"
+#include "Services/MetadataReader.h"
+#include "Services/ThumbnailFiles.h"
+#include "Utils/FileURL.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QImage>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace tamsy {
+
+/// Gives covers of a fixed size, fast: from memory, from a file on disk, or read from the audio
+/// file by a background operation, which fills both. A track without a cover gets the fallback
+/// cover, and keeps it. Any thread may call it; nothing on the interface thread may wait for it,
+/// since its operations wait for that thread.
+class ArtworkLoader {
+  public:
+    /// The sizes that are kept; each picture is stretched to a square of 64 or 512 pixels a side.
+    enum class Variant { thumb64, medium512 };
+
+    /// Takes the picture; null if there is none, not even a fallback.
+    using Completion = std::function<void(const QImage& image)>;
+
+    /// Where the pictures come from and where they are kept; a test puts its own.
+    struct Sources {
+        std::function<AudioMetadata(const FileURL&)> readMetadata;
+        std::function<QImage()> fallbackCover;
+        QByteArray applicationSupportDirectory;
+    };
+
+    /// The program's own, made on first use. Its operations end with the application object.
+    static ArtworkLoader& shared();
+
+    explicit ArtworkLoader(Sources sources);
+
+    /// Ends it.
+    ~ArtworkLoader() = default;
+    ArtworkLoader(const ArtworkLoader&) = delete;
+    ArtworkLoader& operator=(const ArtworkLoader&) = delete;
+    ArtworkLoader(ArtworkLoader&&) = delete;
+    ArtworkLoader& operator=(ArtworkLoader&&) = delete;
+
+    /// Asks for a picture and gives its key. `completion` runs at most once: within this call if a
+    /// cache has the picture, which may take a file read, else later on the interface thread. It
+    /// never runs if the operation is cancelled before it starts, by `cancel` or by another `load`
+    /// for the same file and size: the latest request wins.
+    QByteArray load(const FileURL& url, Variant variant, Completion completion);
+
+    /// The picture if a cache has it, else null. It may read a file.
+    [[nodiscard]] QImage image(const FileURL& url, Variant variant);
+
+    /// Gives up a request that hasn't started; one that has is answered all the same.
+    void cancel(const FileURL& url, Variant variant);
+
+    /// Ends the operations: those that haven't started never will, those that have are waited for.
+    /// What waits for the interface thread must have been released before.
+    void end() { queue_.end(); }
+
+  private:
+    [[nodiscard]] static QByteArray cacheKey(const FileURL& url, Variant variant);
+    [[nodiscard]] std::shared_ptr<Operation> makeOperation(const FileURL& url, Variant variant,
+                                                           Completion completion);
+    void readArtwork(const FileURL& url, Variant variant, const Completion& completion);
+    void forget(const QByteArray& key, const Operation* operation);
+
+    const Sources sources_;
+    const ThumbnailFiles files_;
+    MemoryCache<QByteArray, QImage> cache_;
+    std::mutex accessLock_; // guards tasks_; never held during a file operation or a callback
+    QHash<QByteArray, std::shared_ptr<Operation>> tasks_; // what is in flight for each key
+    OperationQueue queue_; // last, so that it ends before what its operations use
+};
+
+} // namespace tamsy

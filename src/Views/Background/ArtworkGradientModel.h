@@ -1,0 +1,119 @@
+#pragma once
+
+#include "Views/Background/ArtworkColors.h"
+#include "Views/Background/GradientBlobs.h"
+
+#include <QColor>
+#include <QImage>
+#include <QObject>
+#include <QSizeF>
+#include <QTimer>
+#include <QVector4D>
+
+#include <functional>
+
+namespace tamsy {
+
+/// What the background of a large window shows: the colours of the cover and the places of the
+/// blobs, for one shader. It steps by the clock while the program can be seen and stands still
+/// otherwise. The blobs are chosen once; a new cover changes their colours at once, but during a
+/// seek only when that has ended. Interface thread.
+class ArtworkGradientModel : public QObject {
+    Q_OBJECT
+    /// The cover. An empty one leaves the colours as they are.
+    Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
+    /// A seek gesture is under way.
+    Q_PROPERTY(bool isSeeking READ isSeeking WRITE setIsSeeking NOTIFY isSeekingChanged)
+    /// The wide form: more steps a second.
+    Q_PROPERTY(bool isFullScreen READ isFullScreen WRITE setIsFullScreen NOTIFY isFullScreenChanged)
+    /// Something of the program can be seen. Without it there are no blobs and no steps.
+    Q_PROPERTY(bool isActive READ isActive WRITE setIsActive NOTIFY isActiveChanged)
+    /// Size of the background, in points.
+    Q_PROPERTY(QSizeF area READ area WRITE setArea NOTIFY areaChanged)
+
+    /// The gradient's colours, from the top leading corner to the bottom trailing one.
+    Q_PROPERTY(QColor firstColor READ firstColor NOTIFY colorsChanged)
+    Q_PROPERTY(QColor secondColor READ secondColor NOTIFY colorsChanged)
+    /// How strong the shadow of white text on it must be, 0 to 1.
+    Q_PROPERTY(double textShadowStrength READ textShadowStrength NOTIFY colorsChanged)
+    /// Of each blob red, green and blue, 0 to 1, and the opacity at its centre.
+    Q_PROPERTY(QVector4D blobColor0 READ blobColor0 NOTIFY colorsChanged)
+    Q_PROPERTY(QVector4D blobColor1 READ blobColor1 NOTIFY colorsChanged)
+    Q_PROPERTY(QVector4D blobColor2 READ blobColor2 NOTIFY colorsChanged)
+    Q_PROPERTY(QVector4D blobColor3 READ blobColor3 NOTIFY colorsChanged)
+    Q_PROPERTY(QVector4D blobColor4 READ blobColor4 NOTIFY colorsChanged)
+    Q_PROPERTY(QVector4D blobColor5 READ blobColor5 NOTIFY colorsChanged)
+    /// Of each blob x and y of the centre, the radius and the blur's radius, in points.
+    Q_PROPERTY(QVector4D blob0 READ blob0 NOTIFY blobsChanged)
+    Q_PROPERTY(QVector4D blob1 READ blob1 NOTIFY blobsChanged)
+    Q_PROPERTY(QVector4D blob2 READ blob2 NOTIFY blobsChanged)
+    Q_PROPERTY(QVector4D blob3 READ blob3 NOTIFY blobsChanged)
+    Q_PROPERTY(QVector4D blob4 READ blob4 NOTIFY blobsChanged)
+    Q_PROPERTY(QVector4D blob5 READ blob5 NOTIFY blobsChanged)
+
+  public:
+    /// Gives the seconds since the reference date.
+    using Clock = std::function<double()>;
+
+    explicit ArtworkGradientModel(QObject* parent = nullptr);
+    ArtworkGradientModel(Clock clock, const BlobConfigs& blobConfigs, QObject* parent = nullptr);
+
+    [[nodiscard]] QImage image() const { return image_; }
+    void setImage(const QImage& image);
+    [[nodiscard]] bool isSeeking() const { return isSeeking_; }
+    void setIsSeeking(bool isSeeking);
+    [[nodiscard]] bool isFullScreen() const { return isFullScreen_; }
+    void setIsFullScreen(bool isFullScreen);
+    [[nodiscard]] bool isActive() const { return isActive_; }
+    void setIsActive(bool isActive);
+    [[nodiscard]] QSizeF area() const { return area_; }
+    void setArea(QSizeF area);
+
+    [[nodiscard]] QColor firstColor() const { return cachedColors_.first.toColor(); }
+    [[nodiscard]] QColor secondColor() const { return cachedColors_.second.toColor(); }
+    [[nodiscard]] double textShadowStrength() const;
+    [[nodiscard]] QVector4D blobColor0() const { return blobColor(0); }
+    [[nodiscard]] QVector4D blobColor1() const { return blobColor(1); }
+    [[nodiscard]] QVector4D blobColor2() const { return blobColor(2); }
+    [[nodiscard]] QVector4D blobColor3() const { return blobColor(3); }
+    [[nodiscard]] QVector4D blobColor4() const { return blobColor(4); }
+    [[nodiscard]] QVector4D blobColor5() const { return blobColor(5); }
+    [[nodiscard]] QVector4D blob0() const { return blobs_[0]; }
+    [[nodiscard]] QVector4D blob1() const { return blobs_[1]; }
+    [[nodiscard]] QVector4D blob2() const { return blobs_[2]; }
+    [[nodiscard]] QVector4D blob3() const { return blobs_[3]; }
+    [[nodiscard]] QVector4D blob4() const { return blobs_[4]; }
+    [[nodiscard]] QVector4D blob5() const { return blobs_[5]; }
+
+  Q_SIGNALS:
+    void imageChanged();
+    void isSeekingChanged();
+    void isFullScreenChanged();
+    void isActiveChanged();
+    void areaChanged();
+    void colorsChanged();
+    void blobsChanged();
+
+  private:
+    [[nodiscard]] double interval() const;
+    [[nodiscard]] QVector4D blobColor(std::size_t index) const;
+    void updateColors();
+    void placeBlobs();
+    void step();
+
+    const Clock clock_;
+    const BlobConfigs blobConfigs_;
+    QImage image_;
+    QByteArray signature_; // of the last cover, whose colours may still wait for a seek's end
+    std::pair<ArtworkColor, ArtworkColor> cachedColors_;
+    BubbleColors bubbles_;
+    bool hasColors_ = false;
+    bool isSeeking_ = false;
+    bool isFullScreen_ = false;
+    bool isActive_ = true;
+    QSizeF area_;
+    std::array<QVector4D, 6> blobs_;
+    QTimer timer_; // one shot, to the start of the next step
+};
+
+} // namespace tamsy

@@ -1,0 +1,165 @@
+#include "Platform/Visibility.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QProcess>
+#include <QRasterWindow>
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace tamsy;
+using Occasion = Visibility::Occasion;
+
+namespace {
+
+constexpr auto coverArgument = "--cover-the-screen";
+
+class Window : public QRasterWindow {
+  public:
+    explicit Window(QRect place) { setGeometry(place); }
+
+  private:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter(this).fillRect(QRect({}, size()), Qt::darkCyan);
+    }
+};
+
+/// Another program, whose window covers the whole screen and takes the keyboard.
+class CoveringProgram {
+  public:
+    CoveringProgram() {
+        process_.setProcessChannelMode(QProcess::ForwardedChannels);
+        process_.start(QCoreApplication::applicationFilePath(),
+                       {QString::fromLatin1(coverArgument)});
+    }
+    ~CoveringProgram() {
+        process_.kill();
+        process_.waitForFinished();
+    }
+    CoveringProgram(const CoveringProgram&) = delete;
+    CoveringProgram& operator=(const CoveringProgram&) = delete;
+    CoveringProgram(CoveringProgram&&) = delete;
+    CoveringProgram& operator=(CoveringProgram&&) = delete;
+
+  private:
+    QProcess process_;
+};
+
+class VisibilityTest : public testing::Test {
+  protected:
+    VisibilityTest() {
+        QObject::connect(&visibility, &Visibility::changed, &visibility, [this](Occasion occasion) {
+            occasions.push_back(occasion);
+            answers.push_back(visibility.isAnyWindowVisible());
+        });
+        window.show();
+    }
+
+    static bool waitFor(const std::function<bool()>& condition) {
+        return QTest::qWaitFor(condition, 10'000);
+    }
+
+    bool becomesVisible(bool visible) {
+        return waitFor([&] { return visibility.isAnyWindowVisible() == visible; });
+    }
+
+    bool becomesActive(bool active) {
+        return waitFor([&] { return visibility.isApplicationActive() == active; });
+    }
+
+    /// The occasions since the last call.
+    std::vector<Occasion> taken() { return std::exchange(occasions, {}); }
+
+    static void run(const QString& program, const QStringList& arguments) {
+        ASSERT_EQ(QProcess::execute(program, arguments), 0) << program.toStdString();
+    }
+
+    Visibility visibility;
+    std::vector<Occasion> occasions;
+    std::vector<bool> answers; // to "can anything be seen", asked at each occasion
+    Window window{QRect(200, 200, 300, 200)};
+};
+
+TEST_F(VisibilityTest, AMinimisedWindowCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true) && becomesActive(true));
+    EXPECT_FALSE(visibility.isApplicationHidden());
+    EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
+                                                       Occasion::ApplicationDidBecomeActive));
+    window.showMinimized();
+    ASSERT_TRUE(becomesVisible(false) && becomesActive(false));
+    EXPECT_THAT(taken(), testing::IsSupersetOf({Occasion::WindowDidMiniaturize,
+                                                Occasion::ApplicationDidResignActive}));
+    window.showNormal();
+    ASSERT_TRUE(becomesVisible(true));
+    EXPECT_THAT(taken(), testing::Contains(Occasion::WindowDidDeminiaturize));
+    EXPECT_TRUE(answers.back());
+    window.close();
+    EXPECT_TRUE(becomesVisible(false));
+    EXPECT_FALSE(answers.back());
+}
+
+TEST_F(VisibilityTest, AnyWindowInViewIsEnough) {
+    Window second(QRect(700, 200, 300, 200));
+    second.show();
+    ASSERT_TRUE(waitFor([&] { return second.isExposed() && window.isExposed(); }));
+    window.showMinimized();
+    ASSERT_TRUE(waitFor([&] { return !window.isExposed(); }));
+    EXPECT_TRUE(visibility.isAnyWindowVisible());
+    second.destroy();
+    EXPECT_FALSE(visibility.isAnyWindowVisible());
+}
+
+TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true));
+    const QString xdotool = QStringLiteral("xdotool");
+    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("1")});
+    EXPECT_TRUE(becomesVisible(false));
+    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("0")});
+    EXPECT_TRUE(becomesVisible(true));
+
+    // Some window managers leave the window as it is and only say where it stands.
+    const auto moveTo = [&](const char* desktop) {
+        const QString property = QStringLiteral("_NET_WM_DESKTOP");
+        run(QStringLiteral("xprop"),
+            {QStringLiteral("-id"), QString::number(window.winId()), QStringLiteral("-f"), property,
+             QStringLiteral("32c"), QStringLiteral("-set"), property, QLatin1String(desktop)});
+    };
+    moveTo("2");
+    EXPECT_TRUE(becomesVisible(false));
+    EXPECT_TRUE(window.isExposed());
+    moveTo("0xFFFFFFFF"); // on all of them
+    EXPECT_TRUE(becomesVisible(true));
+}
+
+TEST_F(VisibilityTest, AWindowThatAnotherProgramCoversCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true) && becomesActive(true));
+    taken();
+    {
+        const CoveringProgram program;
+        EXPECT_TRUE(becomesVisible(false) && becomesActive(false));
+        EXPECT_TRUE(window.isExposed()); // which is why the server has to be asked
+        EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
+                                                           Occasion::ApplicationDidResignActive));
+    }
+    EXPECT_TRUE(becomesVisible(true) && becomesActive(true));
+}
+
+int coverTheScreen() {
+    Window window(QGuiApplication::primaryScreen()->geometry());
+    window.showFullScreen();
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (QGuiApplication::arguments().contains(QLatin1String(coverArgument)))
+        return coverTheScreen();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,111 @@
+#include "Views/Background/ArtworkColors.h"
+
+#include <QPainter>
+#include <gtest/gtest.h>
+
+using namespace tamsy;
+
+// The expected numbers come from another implementation of HSB colours.
+namespace {
+
+void expectNear(const ArtworkColor& color, const ArtworkColor& expected, const char* what = "") {
+    constexpr double tolerance = 1e-6;
+    EXPECT_NEAR(color.red, expected.red, tolerance) << what;
+    EXPECT_NEAR(color.green, expected.green, tolerance) << what;
+    EXPECT_NEAR(color.blue, expected.blue, tolerance) << what;
+}
+
+QImage flat(QColor color, QSize size = {200, 100}) {
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(color);
+    return image;
+}
+
+QImage twoTone(QColor left, QColor right) {
+    QImage image = flat(left);
+    QPainter(&image).fillRect(100, 0, 100, 100, right);
+    return image;
+}
+
+TEST(ArtworkColorsTest, OperationsClampAndWrap) {
+    const ArtworkColor color{0.8, 0.3, 0.2};
+    expectNear(color.darker(), {0.48, 0.18, 0.12});
+    expectNear(ArtworkColor{0.9, 0.5, 0.1}.brighterBy(0.22), {1, 0.555556, 0.111111});
+    expectNear(ArtworkColor{}.brighterBy(0.5), {0.5, 0.5, 0.5});
+    expectNear(color.saturateBy(0.25), {0.8, 0.133333, 0});
+    expectNear(ArtworkColor{0.5, 0.52, 0.51}.saturateBy(-0.1), {0.52, 0.52, 0.52});
+    expectNear(color.rotateHue(-50.0 / 360), {0.8, 0.2, 0.6});
+    expectNear(ArtworkColor{0.7, 0.14, 0.308}.rotateHue(50.0 / 360), {0.7, 0.438667, 0.14});
+    expectNear(color.rotateHue(1), color);
+    expectNear(ArtworkColor{0.3, 0.3, 0.3}.rotateHue(0.4), {0.3, 0.3, 0.3});
+    expectNear(ArtworkColor{0.4, 0.4, 0.4}.saturateBy(0.25), {0.4, 0.3, 0.3}); // grey's hue is 0
+}
+
+TEST(ArtworkColorsTest, ACoverGivesTwoColors) {
+    QImage whiteCorner = twoTone(QColor(200, 40, 40), QColor(40, 60, 180));
+    QPainter(&whiteCorner).fillRect(0, 0, 50, 50, Qt::white);
+    QImage unseen = flat(QColor(200, 40, 40, 0));
+    QPainter(&unseen).fillRect(0, 0, 10, 100, QColor(0x33, 0x66, 0x99));
+    const ArtworkColor quietGray{0.48, 0.36, 0.36};
+    const ArtworkColor red{0.864314, 0, 0};
+    const ArtworkColor blue{0, 0.112269, 0.785882};
+    const ArtworkColor slate{0.056667, 0.368333, 0.68};
+    const ArtworkColor turnedSlate{0.056667, 0.056667, 0.68};
+    const struct {
+        const char* what;
+        QImage cover;
+        ArtworkColor first;
+        ArtworkColor second;
+    } rows[] = {
+        {"none", {}, {0.3, 0.3, 0.3}, {0.18, 0.18, 0.18}},
+        {"one flat color", flat(QColor(0x33, 0x66, 0x99)), slate, turnedSlate},
+        {"one pixel", flat(QColor(0x33, 0x66, 0x99), {1, 1}), slate, turnedSlate},
+        {"two tones", twoTone(QColor(200, 40, 40), QColor(40, 60, 180)), red, blue},
+        {"two tones, other way", twoTone(QColor(40, 60, 180), QColor(200, 40, 40)), blue, red},
+        {"white does not count", whiteCorner, red, blue},
+        {"what can't be seen does not count", unseen, slate, turnedSlate},
+        {"white", flat(Qt::white), quietGray, quietGray},
+        {"black", flat(QColor(5, 5, 5)), quietGray, quietGray},
+        {"one part at its end", flat(QColor(251, 100, 100)), quietGray, quietGray},
+    };
+    for (const auto& row : rows) {
+        const auto [first, second] = extractTwoDominantColors(row.cover);
+        expectNear(first, row.first, row.what);
+        expectNear(second, row.second, row.what);
+    }
+}
+
+TEST(ArtworkColorsTest, SixBubblesNeighbourTheTwoColors) {
+    const BubbleColors bubbles = generateBubbleColors({0.8, 0.3, 0.2}, {0.1, 0.4, 0.6});
+    const BubbleColors expected{{{1, 0.35, 0.783333},
+                                 {1, 0.35, 0.48},
+                                 {1, 0.545, 0.35},
+                                 {0.218667, 0.659644, 0.82},
+                                 {0.218667, 0.358978, 0.82},
+                                 {0.358978, 0.218667, 0.82}}};
+    for (std::size_t index = 0; index < bubbles.size(); ++index)
+        expectNear(bubbles[index], expected[index]);
+}
+
+TEST(ArtworkColorsTest, SignaturesTellPicturesApart) {
+    const QImage image = flat(Qt::red, {8, 2});
+    EXPECT_EQ(imageSignature(image), imageSignature(image.convertToFormat(QImage::Format_RGB32)));
+    EXPECT_EQ(imageSignature(image).size(), 16 + 3); // and "-64", the bytes
+    EXPECT_NE(imageSignature(image), imageSignature(flat(Qt::red, {4, 4})));
+    QImage other = image;
+    other.setPixelColor(7, 1, QColor(254, 0, 0));
+    EXPECT_NE(imageSignature(image), imageSignature(other));
+    EXPECT_TRUE(imageSignature({}).startsWith("sig:0x0#"));
+}
+
+TEST(ArtworkColorsTest, TheShadowGrowsWithTheGroundsLight) {
+    const auto strength = [](double gray) {
+        const ArtworkColor color{gray, gray, gray};
+        return textShadowStrength(color, color, {color, color, color, color, color, color});
+    };
+    EXPECT_EQ(strength(0.2), 0);
+    EXPECT_NEAR(strength(0.6), (0.318547 - 0.15) / 0.35, 1e-5);
+    EXPECT_EQ(strength(0.95), 1);
+}
+
+} // namespace

@@ -1,0 +1,160 @@
+#include "Views/Background/ArtworkGradientModel.h"
+#include "Views/Background/GradientBlobs.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+
+using namespace tamsy;
+
+namespace {
+
+BlobConfig blob(BlobStyle style, QPointF center, QSizeF offset) {
+    return {style, center, offset, 0.2, 0.8, 0.05, 6};
+}
+
+TEST(GradientBlobsTest, TheClockAloneSaysWhereABlobStands) {
+    const QSizeF wide(1200, 800);
+    const QPointF center(0.5, 0.4);
+    const QSizeF offset(20, -10);
+    const struct {
+        BlobConfig config;
+        QSizeF area;
+        double t;
+        QPointF place;
+    } rows[] = {
+        {blob(CircleStyle{1.25, 0.75, false}, center, offset), wide, 0.3, {323.015152, 507.537668}},
+        {blob(CircleStyle{1.25, 0.75, true}, center, offset), wide, 0.3, {916.984848, 112.462332}},
+        {blob(VerticalStyle(), center, offset), wide, 0.1, {620, 427.557050}},
+        {blob(HorizontalStyle(), center, offset), wide, 0.1, {796.335576, 349.684588}},
+        // A quarter of a century after the reference date it must still move smoothly.
+        {blob(CircleStyle{1.1, 0.9, false}, {0.5, 0.5}, {}),
+         {999, 700},
+         0.0731 * 817000000.25,
+         {846.364610, 368.052793}},
+        {blob(VerticalStyle(), {0.8, 0.8}, {200, 150}), {400, 300}, 0.1, {368, 276}}, // the margin
+        {blob(HorizontalStyle(), {0.2, 0.2}, {-200, -150}), {0, 0}, 0.1, {0, 0}},
+    };
+    for (const auto& row : rows) {
+        const QPointF place = blobPosition(row.config, row.area, row.t);
+        EXPECT_NEAR(place.x(), row.place.x(), 1e-3);
+        EXPECT_NEAR(place.y(), row.place.y(), 1e-3);
+    }
+    EXPECT_DOUBLE_EQ(blobRadius(rows[0].config, wide), 320);
+    EXPECT_DOUBLE_EQ(quantizedTime(10.99 / 24, 1.0 / 24), 10.0 / 24);
+    EXPECT_DOUBLE_EQ(quantizedTime(-0.01, 0.5), -0.5);
+}
+
+TEST(GradientBlobsTest, EveryBlobStaysInItsRanges) {
+    QRandomGenerator source(7);
+    int styles[3] = {};
+    int reversed = 0;
+    const auto isIn = [](double value, double low, double high) {
+        return value >= low && value <= high;
+    };
+    for (int round = 0; round < 3000; ++round) {
+        const BlobConfig config = BlobConfig::random(round % 6, source);
+        ++styles[config.style.index()];
+        const double most = round % 6 == 4 ? 0.16 : 0.3;
+        EXPECT_TRUE(isIn(config.sizeScale, most == 0.3 ? 0.18 : 0.12, most));
+        EXPECT_TRUE(isIn(config.center.x(), 0.2, 0.8) && isIn(config.center.y(), 0.2, 0.8));
+        EXPECT_TRUE(isIn(config.originOffset.width(), -200, 200));
+        EXPECT_TRUE(isIn(config.originOffset.height(), -150, 150));
+        EXPECT_TRUE(isIn(config.alpha, 0.65, 0.9) && isIn(config.speed, 0.025, 0.1));
+        EXPECT_TRUE(isIn(config.blurRadius, 4, 8));
+        if (const auto* circle = std::get_if<CircleStyle>(&config.style)) {
+            EXPECT_TRUE(isIn(circle->speedX, 0.6, 1.4) && isIn(circle->speedY, 0.6, 1.4));
+            reversed += circle->reverse ? 1 : 0;
+        }
+    }
+    for (const int count : styles)
+        EXPECT_NEAR(count, 1000, 120);
+    EXPECT_NEAR(reversed, 500, 90);
+}
+
+class ArtworkGradientModelTest : public testing::Test {
+  protected:
+    ArtworkGradientModelTest() { model.setArea({1200, 800}); }
+
+    static QImage cover(QColor color) {
+        QImage image(10, 10, QImage::Format_RGB32);
+        image.fill(color);
+        return image;
+    }
+
+    double now = 8e8;
+    ArtworkGradientModel model{[this] { return now; },
+                               {blob(VerticalStyle(), {0.5, 0.5}, {}), {}, {}, {}, {}, {}}};
+    QSignalSpy colors{&model, &ArtworkGradientModel::colorsChanged};
+    QSignalSpy steps{&model, &ArtworkGradientModel::blobsChanged};
+};
+
+TEST_F(ArtworkGradientModelTest, ColorsFollowTheCoverButNotDuringASeek) {
+    EXPECT_EQ(model.firstColor(), QColor::fromRgbF(0.3F, 0.3F, 0.3F));
+    model.setIsSeeking(true);
+    model.setImage(cover(QColor(0x33, 0x66, 0x99))); // the first one comes at once
+    EXPECT_EQ(colors.count(), 1);
+    EXPECT_EQ(model.firstColor().name(), QStringLiteral("#0e5ead"));
+    model.setImage(cover(Qt::darkRed));
+    EXPECT_EQ(colors.count(), 1);
+    model.setIsSeeking(false);
+    EXPECT_EQ(colors.count(), 2);
+    const QColor red = model.firstColor();
+    model.setImage(cover(Qt::darkRed)); // another picture of the same look
+    model.setImage({});
+    model.setIsSeeking(true);
+    model.setIsSeeking(false);
+    EXPECT_EQ(colors.count(), 2);
+    EXPECT_EQ(model.firstColor(), red);
+    EXPECT_NEAR(model.blobColor0().w(), 0.8 * 0.9, 1e-6);
+}
+
+TEST_F(ArtworkGradientModelTest, StepsAreQuantisedByTheForm) {
+    const double narrow = 1.0 / 24;
+    now = 8e8 + 5.5 * narrow;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !steps.isEmpty(); }));
+    const auto expected = [&](double interval) {
+        const double t = 0.05 * quantizedTime(now, interval);
+        return static_cast<float>(
+            blobPosition(blob(VerticalStyle(), {0.5, 0.5}, {}), {1200, 800}, t).y());
+    };
+    EXPECT_FLOAT_EQ(model.blob0().y(), expected(narrow));
+    model.setIsFullScreen(true);
+    EXPECT_FLOAT_EQ(model.blob0().y(), expected(1.0 / 60));
+    EXPECT_NE(expected(1.0 / 60), expected(narrow));
+    EXPECT_FLOAT_EQ(model.blob0().z(), 2 * 800 * 0.2F);
+    EXPECT_FLOAT_EQ(model.blob0().w(), 6);
+}
+
+TEST(ArtworkGradientTimerTest, StepsComeAtTheFormsRateAndOnlyWhileItCanBeSeen) {
+    ArtworkGradientModel model;
+    model.setArea({1200, 800});
+    QSignalSpy steps(&model, &ArtworkGradientModel::blobsChanged);
+    const auto stepsIn = [&](int milliseconds) {
+        steps.clear();
+        QElapsedTimer timer;
+        timer.start();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return timer.hasExpired(milliseconds); }));
+        return static_cast<int>(steps.count());
+    };
+    // A busy machine may miss steps; it never makes more.
+    EXPECT_LE(stepsIn(500), 13);
+    EXPECT_GT(steps.count(), 0);
+    model.setIsFullScreen(true);
+    EXPECT_LE(stepsIn(500), 31);
+    EXPECT_GT(steps.count(), 0);
+    model.setIsActive(false);
+    EXPECT_EQ(stepsIn(200), 0);
+    const QVector4D former = model.blob0();
+    model.setIsActive(true); // stands at once where the clock puts it
+    EXPECT_NE(model.blob0(), former);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
