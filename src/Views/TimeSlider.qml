@@ -9,7 +9,8 @@ Slider {
 
     implicitHeight: 18
     padding: 0
-    stepSize: 5
+    // The arrow keys go in steps; a step would round where the pointer is, too, and the end be out of reach.
+    stepSize: pressed ? 0 : 5
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Slider
