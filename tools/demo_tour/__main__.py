@@ -13,8 +13,8 @@ from .window import RIGHT, Window, key, type_text, wait_for
 
 # The step of the sound server and the grain of a seek, in seconds.
 NEAR = 0.15
-# Another piece scores a third of this; a busy machine's gaps cost the right one some of it.
-ALIKE = 0.6
+# Another piece never gets that far; a busy machine's gaps cost the right one some of its likeness.
+ALIKE = 0.45
 # What was clicked has a moment to be heard.
 MOMENT = 0.3
 BUTTON = ("push button", "button")
@@ -169,7 +169,7 @@ class Tour:
         print("Ctrl+Q.")
         start = time.monotonic()
         key("ctrl+q")
-        wait_for(lambda: self.program.poll() is not None, 5)
+        wait_for(lambda: self.program.poll() is not None, 10)
         code = self.program.poll()
         self.say(code == 0, f"ended with {code} after {time.monotonic() - start:.2f} s")
         wanted = [sum(r.path.startswith(folder + "/") for r in LIBRARY) for folder in self.folders]
