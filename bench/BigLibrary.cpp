@@ -60,11 +60,10 @@ TrackList makeBigFolder(const FileURL& folder, int count) {
         const QString title = texts.next();
         const QByteArray extension =
             AudioFolder::supportedExtensions().at(texts.number(4) == 0 ? texts.number(10) : 0);
-        const QByteArray number = QByteArray::number(i % tracksPerAlbum + 1).rightJustified(2, '0');
-        tracks.append({QUuid::createUuid(),
-                       place.appending(number + ' ' + title.toUtf8() + '.' + extension), title,
-                       artist, album, 120 + texts.number(200'000) / 1000.0,
-                       QString::fromLatin1(extension)});
+        const QByteArray name = QByteArray::number(i % tracksPerAlbum + 1).rightJustified(2, '0') +
+                                ' ' + title.toUtf8() + '.' + extension;
+        tracks.append({QUuid::createUuid(), place.appending(name), title, artist, album,
+                       120 + texts.number(200'000) / 1000.0, QString::fromLatin1(extension)});
     }
     return tracks;
 }

@@ -86,11 +86,11 @@ void finishedScan(benchmark::State& state) {
 
 void readAndWriteTheSameBytes(benchmark::State& state) {
     const StoredLibrary library(1);
-    const StoredFile copy(library.path() + "/copy");
+    const QByteArray copy = library.path() + "/copy";
     for (auto _ : state) {
         const QByteArray bytes = library.document().read().value_or(QByteArray());
-        const FileDescriptor file(::open((library.path() + "/copy").constData(),
-                                         O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+        const FileDescriptor file(
+            ::open(copy.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
         if (::write(file.number(), bytes.constData(), static_cast<std::size_t>(bytes.size())) !=
             bytes.size())
             state.SkipWithError("the disk is full");

@@ -49,6 +49,9 @@ endfunction()
 # Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
 add_custom_target(tamsy_thread_tests)
 
+# What others' libraries keep until the process ends is no leak of ours.
+set(TAMSY_LEAKS "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+
 # tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY]): one
 # GoogleTest program, one CTest entry a program. With DISPLAY it runs on a virtual display with a
 # window manager, for what a program without a screen can't show.
@@ -71,5 +74,5 @@ function(tamsy_test name)
         set(ARG_TIMEOUT 60)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS}")
 endfunction()

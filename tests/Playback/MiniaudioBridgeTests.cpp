@@ -148,16 +148,14 @@ TEST_F(HostileFile, PlaysUnderAWrongNameOrWithSomeDamage) {
 // A hole that the playing decoder falls into must hold up neither the device nor whoever stops it.
 TEST_F(HostileFile, WithAHoleStopsWithoutWaiting) {
     const Player player(
-        ma_createPlayer(make("hole.flac", bytesOf("steps.flac", 100'000), true), nullptr));
-    ASSERT_TRUE(player);
+        ma_createPlayer(make("hole.flac", bytesOf("steps.flac", 25'000), true), nullptr));
+    ASSERT_TRUE(player && ma_play(player.get(), nullptr)); // the hole begins at one second
+    EXPECT_TRUE(waitUntil([&] { return ma_getState(player.get()).positionSeconds > 2; }));
     QElapsedTimer timer;
     timer.start();
-    ma_seek(player.get(), 3, nullptr); // sound ends at four seconds
-    ASSERT_TRUE(ma_play(player.get(), nullptr));
-    EXPECT_TRUE(waitUntil([&] { return ma_getState(player.get()).positionSeconds > 5; }));
     ma_seek(player.get(), 15, nullptr);
     ma_stop(player.get());
-    EXPECT_LT(timer.elapsed(), 4000);
+    EXPECT_LT(timer.elapsed(), 1000);
 }
 
 TEST(MpegFrameHeader, TellsItsFrame) {

@@ -27,6 +27,8 @@ std::size_t SoundRecording::size() {
     const auto count = static_cast<std::size_t>(rest_.size()) / sizeof(float);
     const std::size_t before = samples_.size();
     samples_.resize(before + count);
+    if (count == 0)
+        return before; // there may be no storage to copy to yet
     std::memcpy(samples_.data() + before, rest_.constData(), count * sizeof(float));
     rest_ = rest_.sliced(static_cast<qsizetype>(count * sizeof(float)));
     return samples_.size();

@@ -41,10 +41,12 @@ class Sound : public testing::Test {
     /// Seeks and waits for the report of it; what was recorded up to the call.
     std::size_t seek(double seconds) {
         EXPECT_TRUE(waitUntil([&] { return engine.durationPublisher().value() > 0; }));
+        bool isThere = false;
+        const auto subscription = engine.currentTimePublisher().subscribe(
+            [&](double time) { isThere = isThere || std::abs(time - seconds) <= 0.05; });
         const std::size_t before = recording.size();
         engine.seek(seconds);
-        EXPECT_TRUE(waitUntil(
-            [&] { return std::abs(engine.currentTimePublisher().value() - seconds) <= 0.05; }));
+        EXPECT_TRUE(waitUntil([&] { return isThere; })) << seconds;
         return before;
     }
 
@@ -171,7 +173,7 @@ TEST_F(Sound, ASeekLandsWhereItIsTold) {
             EXPECT_NEAR(sounding(from, toneOfStep(step)), 0.3, row.tolerance)
                 << row.file << " at " << step;
             // What the server had in hand, and the way to the recording.
-            EXPECT_LT(heard(from, toneOfStep(previous)).second, 0.3) << row.file << " at " << step;
+            EXPECT_LT(heard(from, toneOfStep(previous)).second, 0.4) << row.file << " at " << step;
             previous = step + 1;
         }
     }

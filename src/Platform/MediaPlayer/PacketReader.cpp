@@ -8,7 +8,6 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 #include <span>
 
@@ -23,9 +22,9 @@ constexpr const char* containers = "mov,aac,aiff,caf,wav,w64,flac,ogg,mp3,ac3,am
 /// none of them is refused without reading far, in bytes.
 constexpr int probeSize = 64 * 1024;
 
-/// Measuring reads the whole file, an hour in a quarter of a second. A file that takes longer than
-/// this plays with the length that its bit rate suggests.
-constexpr auto measureLimit = std::chrono::seconds(4);
+/// Measuring reads the whole file, an hour in a quarter of a second. A larger file than this, in
+/// bytes, some ten hours, plays with the length that its bit rate suggests.
+constexpr std::int64_t measureLimit = 512LL << 20U;
 
 int refuseOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
                int /*flags*/, AVDictionary** /*options*/) {
@@ -146,13 +145,12 @@ void PacketReader::readDuration() {
 
 double PacketReader::measure() {
     const std::unique_ptr<AVPacket, PacketDeleter> packet(av_packet_alloc());
-    const auto deadline = std::chrono::steady_clock::now() + measureLimit;
     std::int64_t length = 0;
     // Reading to the end also fills the index, which makes each later seek exact.
     while (packet && readPacket(*packet)) {
         length += packet->duration;
         av_packet_unref(packet.get());
-        if (std::chrono::steady_clock::now() > deadline) {
+        if (avio_tell(format_->pb) > measureLimit) {
             length = stream_->duration;
             break;
         }

@@ -6,31 +6,36 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <ctime>
 #include <sys/stat.h>
 
 using namespace tamsy;
-using namespace std::chrono_literals;
 using namespace std::string_literals;
 
 namespace {
 
-// Instrumented builds on a busy machine are slow; what the limit is for is a reader without end.
-constexpr auto timeLimit = 1s;
+// In processor time, since the machine may be busy with other things. An instrumented build takes
+// ten times as long as the program; what the limit is for is a reader without end.
+constexpr double secondsToScan = 0.3;
+constexpr double secondsToReadAll = 1;
+
+double processorSeconds() {
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
 
 /// Reads everything that a file offers; gives its title.
 QString readAll(const FileURL& url) {
-    const auto start = std::chrono::steady_clock::now();
+    const double start = processorSeconds();
     const MediaAsset scanned(url, MediaAsset::Depth::CommonTexts);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, timeLimit);
+    EXPECT_LT(processorSeconds() - start, secondsToScan);
     const MediaAsset asset(url, MediaAsset::Depth::Full);
     for (const MediaItem& item : asset.commonMetadata())
         (void)item.data();
-    for (const auto format :
-         {MetadataFormat::ID3, MetadataFormat::ITunes, MetadataFormat::QuickTime})
+    using enum MetadataFormat;
+    for (const auto format : {ID3, ITunes, QuickTime})
         for (const MediaItem& item : asset.metadata(format))
             (void)item.data();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 3 * timeLimit);
+    EXPECT_LT(processorSeconds() - start, secondsToReadAll);
     return asset.infoDictionary().value(u"title"_qs);
 }
 
@@ -168,12 +173,14 @@ void mutate(QByteArray& bytes, std::mt19937& random) {
 }
 
 TEST(DamagedFiles, SurviveMutationsOfEveryKindOfFile) {
-    std::mt19937 random(20'260'101);
+    const int asked = qEnvironmentVariableIntValue("TAMSY_MUTATIONS"); // for a long run by hand
+    const int mutations = asked > 0 ? asked : 100;
+    std::mt19937 random(20260101);
     for (const QString& name :
          QDir(QStringLiteral(TAG_FIXTURES)).entryList({u"*-*.*"_qs}, QDir::Files)) {
         SCOPED_TRACE(name.toStdString());
         const QByteArray original = contents(QStringLiteral(TAG_FIXTURES "/") + name);
-        for (int i = 0; i < 100; ++i) {
+        for (int i = 0; i < mutations; ++i) {
             QByteArray bytes = original;
             for (auto changes = 1 + random() % 3; changes > 0 && bytes.size() > 1; --changes)
                 mutate(bytes, random);
