@@ -37,7 +37,7 @@ Track makeTrack(int number) {
         title = word(album * 7) + QString::number(album);
     }
     return {QUuid::createUuid(),
-            FileURL::fromPath("/home/someone/Music/" + QByteArray::number(album) + "/" +
+            FileURL::fromPath("/music/" + QByteArray::number(album) + "/" +
                               QByteArray::number(number) + ".flac"),
             word(number) + QLatin1Char(' ') + QString::number(number),
             artist,

@@ -15,10 +15,8 @@ struct Waiting {
     bool isReleased = false;
 };
 
-Waiting& waiting() {
-    static Waiting shared;
-    return shared;
-}
+// Made before the program's first step, so that it outlives every pool of threads.
+Waiting waiting;
 
 } // namespace
 
@@ -29,35 +27,35 @@ bool InterfaceThread::isCurrent() {
 
 void InterfaceThread::run(std::function<void()> function) {
     // The lock keeps the application from ending between the question and the post.
-    const std::scoped_lock lock(waiting().mutex);
+    const std::scoped_lock lock(waiting.mutex);
     QCoreApplication* application = QCoreApplication::instance();
-    if (application && !waiting().isReleased)
+    if (application && !waiting.isReleased)
         QMetaObject::invokeMethod(application, std::move(function), Qt::QueuedConnection);
 }
 
 void InterfaceThread::releaseWaiters() {
-    const std::scoped_lock lock(waiting().mutex);
-    waiting().isReleased = true;
-    waiting().changed.notify_all();
+    const std::scoped_lock lock(waiting.mutex);
+    waiting.isReleased = true;
+    waiting.changed.notify_all();
 }
 
 bool InterfaceThread::isReleased() {
-    const std::scoped_lock lock(waiting().mutex);
-    return waiting().isReleased;
+    const std::scoped_lock lock(waiting.mutex);
+    return waiting.isReleased;
 }
 
 void InterfaceThread::finish(const std::shared_ptr<bool>& ticket,
                              const std::function<void()>& store) {
-    const std::scoped_lock lock(waiting().mutex);
+    const std::scoped_lock lock(waiting.mutex);
     store();
     *ticket = true;
-    waiting().changed.notify_all();
+    waiting.changed.notify_all();
 }
 
 bool InterfaceThread::wait(const std::shared_ptr<bool>& ticket) {
-    std::unique_lock lock(waiting().mutex);
-    waiting().changed.wait(
-        lock, [&] { return *ticket || waiting().isReleased || !QCoreApplication::instance(); });
+    std::unique_lock lock(waiting.mutex);
+    waiting.changed.wait(
+        lock, [&] { return *ticket || waiting.isReleased || !QCoreApplication::instance(); });
     return *ticket;
 }
 

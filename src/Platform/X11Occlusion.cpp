@@ -14,6 +14,9 @@ namespace {
 /// A window that stands on all desktops has this one (Extended Window Manager Hints).
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
+constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
+constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
+
 /// Marks an event that another client has sent.
 constexpr unsigned sentByClient = 0x80;
 
@@ -25,7 +28,7 @@ using Owned = std::unique_ptr<Reply, Freed>;
 
 xcb_window_t idOf(const QWindow& window) {
     // Asking a window that isn't made yet would make it.
-    return window.handle() == nullptr ? XCB_WINDOW_NONE : static_cast<xcb_window_t>(window.winId());
+    return window.handle() == nullptr ? noWindow : static_cast<xcb_window_t>(window.winId());
 }
 
 } // namespace
@@ -112,7 +115,7 @@ xcb_atom_t X11Occlusion::atom(const char* name) const {
         xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
     const Owned<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(connection_, request, nullptr));
-    return reply ? reply->atom : XCB_ATOM_NONE;
+    return reply ? reply->atom : noAtom;
 }
 
 std::uint32_t X11Occlusion::property(xcb_window_t window, xcb_atom_t name,

@@ -138,6 +138,7 @@ TrackList FolderLibraryService::scanFolder(const FileURL& url, const std::stop_t
         Track track = makeTrack(file);
         if (!tracks.isEmpty()) {
             const Track& former = tracks.constLast();
+            track.url.shareFolder(former.url);
             share(track.artist, former.artist);
             share(track.album, former.album);
             share(track.fileExtension, former.fileExtension);

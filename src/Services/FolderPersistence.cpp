@@ -67,17 +67,21 @@ TrackList restoredTracks(const PersistedTracks& persisted) {
     SharedText fileExtension;
     TrackList tracks;
     tracks.reserve(static_cast<qsizetype>(persisted.size()));
-    for (const PersistedTrack& track : persisted)
-        tracks.append(
-            {track.id,
-             FileURL::fromAbsoluteString(viewOf(track.urlString)).value_or(FileURL::fromPath("/")),
-             QString::fromUtf8(viewOf(track.title)), artist(track.artist), album(track.album),
-             track.duration, fileExtension(track.fileExtension).toLower()});
+    const FileURL root = FileURL::fromPath("/"); // stands for what is no address
+    for (const PersistedTrack& track : persisted) {
+        FileURL url =
+            FileURL::fromAbsoluteString(viewOf(track.urlString)).value_or(FileURL::fromPath("/"));
+        if (!tracks.isEmpty())
+            url.shareFolder(tracks.constLast().url);
+        tracks.append({track.id, std::move(url), QString::fromUtf8(viewOf(track.title)),
+                       artist(track.artist), album(track.album), track.duration,
+                       fileExtension(track.fileExtension).toLower()});
+    }
     return tracks;
 }
 
-/// Puts `tracks` in the place of what the entry holds. Their addresses lie as long as `tracks`
-/// does, so only the other texts are copied, and of neighbours that share one only the first.
+/// Puts `tracks` in the place of what the entry holds. Of neighbours that share a text only the
+/// first's is copied.
 void replaceTracks(PersistedFolder& folder, const TrackList& tracks, LibraryDocument& document) {
     if (!folder.tracks)
         folder.tracks = document.makeTracks();
@@ -92,7 +96,7 @@ void replaceTracks(PersistedFolder& folder, const TrackList& tracks, LibraryDocu
     KeptText album;
     KeptText fileExtension;
     for (const Track& track : tracks)
-        folder.tracks->push_back({track.id, viewOf(track.url.absoluteString()),
+        folder.tracks->push_back({track.id, document.keep(track.url.absoluteString()),
                                   document.keep(track.title), keepShared(artist, track.artist),
                                   keepShared(album, track.album), track.duration,
                                   keepShared(fileExtension, track.fileExtension)});

@@ -195,9 +195,13 @@ std::string_view LibraryDocument::keep(QStringView text) {
     QStringEncoder encoder(QStringEncoder::Utf8);
     QVarLengthArray<char, 1024> encoded(encoder.requiredSpace(text.size()));
     const char* const end = encoder.appendToBuffer(encoded.data(), text);
-    const auto size = static_cast<std::size_t>(end - encoded.constData());
+    return keep(QByteArrayView(encoded.constData(), end));
+}
+
+std::string_view LibraryDocument::keep(QByteArrayView utf8) {
+    const auto size = static_cast<std::size_t>(utf8.size());
     auto* const kept = static_cast<char*>(storage_->memory.allocate(size, 1));
-    std::copy(encoded.constData(), end, kept);
+    std::copy(utf8.begin(), utf8.end(), kept);
     return {kept, size};
 }
 

@@ -52,6 +52,7 @@ class LibraryDocument {
 
     /// A copy of `text` in UTF-8 that lives as long as this document.
     [[nodiscard]] std::string_view keep(QStringView text);
+    [[nodiscard]] std::string_view keep(QByteArrayView utf8);
 
     /// An empty list that must not outlive this document.
     [[nodiscard]] PersistedTracks makeTracks() const;

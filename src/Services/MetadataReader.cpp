@@ -120,6 +120,12 @@ OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     return std::nullopt;
 }
 
+// Of its own, so that nobody's blocked threads can take the places of those they wait for.
+QThreadPool& workers() {
+    static QThreadPool pool;
+    return pool;
+}
+
 AudioMetadata chosen(const LoadedFile& file) {
     AudioMetadata metadata;
     for (const Field& field : fields) {
@@ -153,7 +159,7 @@ AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
 QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
     const auto promise = std::make_shared<QPromise<AudioMetadata>>();
     promise->start();
-    QThreadPool::globalInstance()->start([promise, url] {
+    workers().start([promise, url] {
         const auto file = std::make_shared<const LoadedFile>(url);
         InterfaceThread::run([promise, file] {
             promise->addResult(chosen(*file));

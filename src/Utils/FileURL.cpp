@@ -43,27 +43,31 @@ int hexDigit(char c) {
     return -1;
 }
 
-/// Undoes the escapes; nothing if one is broken or stands for a NUL, which no path can hold.
-std::optional<QByteArray> unescape(QByteArrayView text) {
-    QByteArray bytes;
-    bytes.reserve(text.size());
+/// Whether every escape is whole and none stands for a NUL, which no path can hold.
+bool canBeUnescaped(QByteArrayView text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
-        char c = text[i];
-        if (c == '%') {
-            if (i + 2 >= text.size())
-                return std::nullopt;
-            const int high = hexDigit(text[i + 1]);
-            const int low = hexDigit(text[i + 2]);
-            if (high < 0 || low < 0)
-                return std::nullopt;
-            c = static_cast<char>(high * 16 + low);
-            i += 2;
-        }
-        if (c == '\0')
-            return std::nullopt;
-        bytes.append(c);
+        if (text[i] == '\0')
+            return false;
+        if (text[i] != '%')
+            continue;
+        if (i + 2 >= text.size() || hexDigit(text[i + 1]) < 0 || hexDigit(text[i + 2]) < 0 ||
+            (text[i + 1] == '0' && text[i + 2] == '0'))
+            return false;
+        i += 2;
     }
-    return bytes;
+    return true;
+}
+
+/// Undoes the escapes of a text that can be unescaped.
+void appendUnescaped(QByteArray& bytes, QByteArrayView text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            bytes.append(text[i]);
+            continue;
+        }
+        bytes.append(static_cast<char>(hexDigit(text[i + 1]) * 16 + hexDigit(text[i + 2])));
+        i += 2;
+    }
 }
 
 /// The text behind the scheme and the host, or nothing: an empty host and "localhost" are this
@@ -96,6 +100,12 @@ qsizetype extensionDot(QByteArrayView name) {
 
 } // namespace
 
+FileURL::FileURL(QByteArrayView text) {
+    const qsizetype nameStart = text.lastIndexOf('/') + 1;
+    folder_ = text.first(nameStart).toByteArray();
+    name_ = text.sliced(nameStart).toByteArray();
+}
+
 FileURL FileURL::fromPath(QByteArrayView path) {
     while (path.size() > 1 && path.endsWith('/'))
         path.chop(1);
@@ -103,26 +113,27 @@ FileURL FileURL::fromPath(QByteArrayView path) {
     text.reserve(static_cast<qsizetype>(scheme.size()) + path.size());
     text.append(scheme.data(), static_cast<qsizetype>(scheme.size()));
     appendEscaped(text, path);
-    text.squeeze();
-    return FileURL(std::move(text));
+    return FileURL(text);
 }
 
 std::optional<FileURL> FileURL::fromAbsoluteString(QByteArrayView text) {
     const auto escaped = escapedPath(text);
-    if (!escaped || !unescape(*escaped))
+    if (!escaped || !canBeUnescaped(*escaped))
         return std::nullopt;
-    return FileURL(text.toByteArray());
+    return FileURL(text);
 }
 
 QByteArray FileURL::path() const {
-    const auto escaped = escapedPath(text_);
-    return escaped ? unescape(*escaped).value_or(QByteArray()) : QByteArray();
+    QByteArray bytes;
+    if (const auto escapedFolder = escapedPath(folder_)) {
+        bytes.reserve(escapedFolder->size() + name_.size());
+        appendUnescaped(bytes, *escapedFolder);
+        appendUnescaped(bytes, name_);
+    }
+    return bytes;
 }
 
 QByteArray FileURL::lastPathComponent() const {
-    const auto escaped = escapedPath(text_);
-    if (!escaped)
-        return {};
     // An escaped slash (%2F) is a slash of the path once it is undone, so cut after unescaping.
     const QByteArray whole = path();
     return lastComponent(whole).toByteArray();
@@ -154,14 +165,11 @@ FileURL FileURL::parent() const {
 }
 
 FileURL FileURL::appending(QByteArrayView name) const {
-    QByteArray text;
-    text.reserve(text_.size() + 1 + name.size());
-    text.append(text_);
+    QByteArray text = absoluteString();
     if (!text.endsWith('/'))
         text.append('/');
     appendEscaped(text, name);
-    text.squeeze();
-    return FileURL(std::move(text));
+    return FileURL(text);
 }
 
 } // namespace tamsy

@@ -18,6 +18,9 @@ namespace tamsy {
 /// and
 /// `-._~!$&'()*+,:=@/` as %XX in upper case. That form is fixed for ever, since stored documents
 /// and cache names hang on it. A copy shares its bytes. A default-made address is empty.
+///
+/// The text is held in two parts, so that the files of one folder can share the longer one: a large
+/// library would hold the same folders' texts ten times over.
 class FileURL {
   public:
     FileURL() = default;
@@ -30,7 +33,7 @@ class FileURL {
     [[nodiscard]] static std::optional<FileURL> fromAbsoluteString(QByteArrayView text);
 
     /// The absolute text, ASCII when made from a path.
-    [[nodiscard]] const QByteArray& absoluteString() const { return text_; }
+    [[nodiscard]] QByteArray absoluteString() const { return folder_ + name_; }
 
     /// The path's bytes, ready for the system's calls.
     [[nodiscard]] QByteArray path() const;
@@ -54,15 +57,26 @@ class FileURL {
     /// This folder's entry `name`, given in bytes.
     [[nodiscard]] FileURL appending(QByteArrayView name) const;
 
-    [[nodiscard]] bool isEmpty() const { return text_.isEmpty(); }
+    /// Takes `neighbour`'s memory for the folder's text if the two lie in the same one.
+    void shareFolder(const FileURL& neighbour) {
+        if (folder_ == neighbour.folder_)
+            folder_ = neighbour.folder_;
+    }
 
-    friend bool operator==(const FileURL& a, const FileURL& b) { return a.text_ == b.text_; }
-    friend size_t qHash(const FileURL& url, size_t seed = 0) { return qHash(url.text_, seed); }
+    [[nodiscard]] bool isEmpty() const { return folder_.isEmpty(); }
+
+    friend bool operator==(const FileURL& a, const FileURL& b) {
+        return a.name_ == b.name_ && a.folder_ == b.folder_;
+    }
+    friend size_t qHash(const FileURL& url, size_t seed = 0) {
+        return qHashMulti(seed, url.folder_, url.name_);
+    }
 
   private:
-    explicit FileURL(QByteArray text) : text_(std::move(text)) {}
+    explicit FileURL(QByteArrayView text);
 
-    QByteArray text_;
+    QByteArray folder_; // up to the last slash, which it holds
+    QByteArray name_;   // what stands behind it
 };
 
 } // namespace tamsy

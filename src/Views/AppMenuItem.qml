@@ -19,7 +19,7 @@ MenuItem {
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
 
-    contentItem: Item {
+    contentItem: Item { // qmllint disable deferred-property-id
         Text {
             id: label
 

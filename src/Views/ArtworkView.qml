@@ -14,7 +14,8 @@ Item {
     Image {
         anchors.fill: parent
         source: "image://covers/fallback"
-        sourceSize: Qt.size(28, 28)
+        sourceSize.width: 28
+        sourceSize.height: 28
         cache: true
     }
     Rectangle {

@@ -18,6 +18,7 @@ Item {
 
         anchors.fill: parent
         source: icon.name === "" ? "" : "qrc:/icons/" + icon.name + ".svg"
-        sourceSize: Qt.size(icon.size, icon.size)
+        sourceSize.width: icon.size
+        sourceSize.height: icon.size
     }
 }

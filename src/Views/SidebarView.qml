@@ -19,10 +19,13 @@ Rectangle {
         topMargin: 12
         bottomMargin: sidebar.bottomInset + 8
         clip: true
+        // The base of a model made in C++ is unknown to the checker.
+        // qmllint disable
         model: FolderListModel {
             id: folderModel
             library: sidebar.library
         }
+        // qmllint enable
         currentIndex: folderModel.selectedRow
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
@@ -52,6 +55,8 @@ Rectangle {
             event.accepted = true;
         }
 
+        // Ids around a component are unknown to the checker.
+        // qmllint disable unqualified
         delegate: SidebarRow {
             width: list.width
             hasListFocus: list.activeFocus
@@ -62,6 +67,7 @@ Rectangle {
             onRescanRequested: sidebar.library.rescanFolder(folderId)
             onRemoveRequested: sidebar.library.removeFolder(folderId)
         }
+        // qmllint enable unqualified
     }
     Rectangle {
         anchors.right: parent.right

@@ -5,7 +5,7 @@ using namespace tamsy;
 
 namespace {
 
-const QString run = QStringLiteral("run");
+const QString run = u"run"_qs;
 
 TEST(SingleInstance, LetsOneProgramRunAndPassesTheWishOfTheSecond) {
     const TemporaryFolder folder;
@@ -14,10 +14,10 @@ TEST(SingleInstance, LetsOneProgramRunAndPassesTheWishOfTheSecond) {
     Child elsewhere(run, folder.path("b"));
     EXPECT_TRUE(elsewhere.says("first\n")) << "another configuration runs beside";
 
-    const QString runtime = QStringLiteral("XDG_RUNTIME_DIR");
-    Child second(run, folder.path("a"),
-                 {{runtime, QFile::decodeName(folder.path())},
-                  {QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("token 1")}});
+    const QString runtime = u"XDG_RUNTIME_DIR"_qs;
+    Child second(
+        run, folder.path("a"),
+        {{runtime, QFile::decodeName(folder.path())}, {u"XDG_ACTIVATION_TOKEN"_qs, u"token 1"_qs}});
     EXPECT_TRUE(second.says("second\n")) << "another session's runtime directory changes nothing";
     EXPECT_TRUE(first.says("first\nasked token 1\n"));
     Child third(run, folder.path("a"), {{runtime, {}}});
@@ -33,7 +33,7 @@ TEST(SingleInstance, LetsOneProgramRunAndPassesTheWishOfTheSecond) {
 
 TEST(SingleInstance, WaitsForOneThatIsAboutToEnd) {
     const TemporaryFolder folder;
-    Child first(QStringLiteral("hold"), folder.path("a"));
+    Child first(u"hold"_qs, folder.path("a"));
     ASSERT_TRUE(first.says("first\n"));
     Child second(run, folder.path("a"));
     ASSERT_TRUE(second.process().waitForStarted());

@@ -21,9 +21,7 @@ class TemporaryFolder {
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     /// Qt can't remove names that it can't decode, nor paths longer than the system takes.
-    ~TemporaryFolder() {
-        QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), directory_.path()});
-    }
+    ~TemporaryFolder() { QProcess::execute(u"rm"_qs, {u"-rf"_qs, directory_.path()}); }
 
     [[nodiscard]] QByteArray path() const { return QFile::encodeName(directory_.path()); }
     [[nodiscard]] QByteArray path(const QByteArray& name) const { return path() + '/' + name; }

@@ -4,8 +4,8 @@
 #include "Services/FolderLibraryService.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QTest>
 
 #include <functional>
 #include <memory>
@@ -27,28 +27,20 @@ class FolderLibraryServiceTest : public testing::Test {
         service = std::make_unique<FolderLibraryService>(*defaults, [this](const FileURL& url) {
             if (beforeEachFile)
                 beforeEachFile();
-            const QByteArray name = url.lastPathComponent();
-            const QString artist = QString::fromUtf8("somebody");
-            return AudioMetadata{name.startsWith("tagged") ? QStringLiteral("Title") : QString(),
-                                 artist,
-                                 {},
-                                 2.0,
-                                 {}};
+            AudioMetadata tags;
+            tags.title = QString::fromUtf8(url.lastPathComponent() == "tagged.oga" ? "Title" : "");
+            tags.artist = QString::fromUtf8("somebody");
+            tags.duration = 2;
+            return tags;
         });
     }
 
-    static bool waitFor(const std::function<bool()>& condition) {
-        for (QDeadlineTimer limit(10'000); !condition() && !limit.hasExpired();)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents,
-                                            50);
-        return condition();
-    }
     /// Adds the folder and waits for its first scan.
     QUuid add(const FileURL& url, qsizetype tracks) {
         EXPECT_TRUE(service->addFolder(url));
         EXPECT_TRUE(service->folders().constLast().tracks.isEmpty()) << "shown at once, empty";
-        EXPECT_TRUE(
-            waitFor([&] { return service->folders().constLast().tracks.size() == tracks; }));
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return service->folders().constLast().tracks.size() == tracks; }));
         return service->folders().constLast().id;
     }
     /// Folder names and their numbers of tracks.
@@ -77,9 +69,8 @@ TEST_F(FolderLibraryServiceTest, MakesATrackOfEachAudioFile) {
     const TrackList tracks = service->folders()[0].tracks;
     for (const Track& track : tracks)
         lines << QString(track.title % u'|' % track.fileExtension);
-    EXPECT_EQ(lines, QStringList({QStringLiteral("2|mp3"), QStringLiteral("10|flac"),
-                                  QStringLiteral("in|caf"), QStringLiteral("Title|oga"),
-                                  QStringLiteral("\uFFFD\uFFFD|wav")}));
+    EXPECT_EQ(lines, QStringList({u"2|mp3"_qs, u"10|flac"_qs, u"in|caf"_qs, u"Title|oga"_qs,
+                                  u"\uFFFD\uFFFD|wav"_qs}));
     EXPECT_EQ(tracks[4].url, music.url("j/\xB8\xE8.wav"));
     EXPECT_EQ(tracks[1].duration, 2.0);
     EXPECT_TRUE(tracks[1].artist.isSharedWith(tracks[0].artist));
@@ -96,7 +87,7 @@ TEST_F(FolderLibraryServiceTest, KeepsFoldersOverRestartsAndWhileTheyAreGone) {
     add(music.url("a"), 1); // twice is twice
     EXPECT_FALSE(service->addFolder(music.url("gone")));
     EXPECT_FALSE(service->addFolder(music.url("a/1.mp3")));
-    const QStringList all{QStringLiteral("a 1"), QStringLiteral("b 1"), QStringLiteral("a 1")};
+    const QStringList all{u"a 1"_qs, u"b 1"_qs, u"a 1"_qs};
     EXPECT_EQ(shown(), all);
     ASSERT_EQ(::mkdir(music.path("mount").constData(), 0700), 0);
     ASSERT_EQ(::rename(music.path("b").constData(), music.path("mount/b").constData()), 0);
@@ -124,16 +115,16 @@ TEST_F(FolderLibraryServiceTest, ReplacesAFoldersTracksWithEachScan) {
     music.write("a/2.mp3");
     service->rescanFolder(QUuid::createUuid());
     service->rescanFolder(a);
-    ASSERT_TRUE(waitFor([&] { return service->folders()[0].tracks.size() == 2; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return service->folders()[0].tracks.size() == 2; }));
     EXPECT_FALSE(before.contains(service->folders()[0].tracks[0]))
         << "each scan gives new identities";
     EXPECT_EQ(counts, (std::vector<qsizetype>{1, 2})) << "in one step";
     ASSERT_EQ(::rename(music.path("a").constData(), music.path("away").constData()), 0);
     service->rescanFolder(a);
-    ASSERT_TRUE(waitFor([&] { return service->folders()[0].tracks.isEmpty(); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return service->folders()[0].tracks.isEmpty(); }));
     ASSERT_EQ(::rename(music.path("away").constData(), music.path("a").constData()), 0);
     start();
-    EXPECT_EQ(shown(), QStringList({QStringLiteral("a 0"), QStringLiteral("b 1")}));
+    EXPECT_EQ(shown(), QStringList({u"a 0"_qs, u"b 1"_qs}));
 }
 
 TEST_F(FolderLibraryServiceTest, PutsAResultWhereItsFolderIsNow) {
@@ -147,14 +138,14 @@ TEST_F(FolderLibraryServiceTest, PutsAResultWhereItsFolderIsNow) {
     service->removeFolder(a); // moves b's place while its scan runs
     service->removeFolder(service->folders()[1].id);
     mayRead.release(3);
-    ASSERT_TRUE(waitFor([&] { return shown() == QStringList(QStringLiteral("b 2")); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown() == QStringList(u"b 2"_qs); }));
     const TrackList found = service->folders()[0].tracks;
     mayRead.release(2);
     service->rescanFolder(service->folders()[0].id); // behind the scan of the removed folder
-    ASSERT_TRUE(waitFor([&] { return service->folders()[0].tracks != found; }));
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("b 2"))) << "a removed folder stays removed";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return service->folders()[0].tracks != found; }));
+    EXPECT_EQ(shown(), QStringList(u"b 2"_qs)) << "a removed folder stays removed";
     start();
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("b 2")));
+    EXPECT_EQ(shown(), QStringList(u"b 2"_qs));
 }
 
 TEST_F(FolderLibraryServiceTest, EndsSoonWhileScansAreUnderWay) {
@@ -168,7 +159,7 @@ TEST_F(FolderLibraryServiceTest, EndsSoonWhileScansAreUnderWay) {
     service.reset();
     EXPECT_LT(timer.elapsed(), 1000);
     start();
-    EXPECT_EQ(shown(), QStringList(QStringLiteral("a 0"))) << "half a scan is no result";
+    EXPECT_EQ(shown(), QStringList(u"a 0"_qs)) << "half a scan is no result";
 }
 
 } // namespace
