@@ -157,12 +157,12 @@ TEST(Bookmark, FindsTheFolderAgain) {
     EXPECT_FALSE(Bookmark::resolve(*bytes));
     move("file", "\xB8\xE8 1");
     EXPECT_FALSE(Bookmark::resolve(*bytes));
-    for (const char* bytes :
+    for (const char* damaged :
          {"", "/tmp", "tamsy-folder 1", "tamsy-folder 1\nfile:///tmp\n",
           "tamsy-folder 2\nfile:///tmp\n\n", "tamsy-folder 1\n/tmp\n\n",
           "tamsy-folder 1\nfile:///tmp%0\n\n", "tamsy-folder 1\nfile:///tmp\n\nmore",
           "tamsy-folder 1\nfile:///gone\nx y z\n"})
-        EXPECT_FALSE(Bookmark::resolve(bytes)) << bytes;
+        EXPECT_FALSE(Bookmark::resolve(damaged)) << damaged;
 }
 
 } // namespace
