@@ -30,7 +30,7 @@ test: ## runs all tests under the address, undefined-behaviour and thread saniti
 
 .PHONY: bench
 bench: ## measures the parts and the program, each beside its baseline
-	@tools/setup build run demo bench
+	@tools/setup build run demo test bench
 	@$(MAKE) build/bench/build.ninja
 	cmake --build --preset bench
 	@bench/run build/bench
