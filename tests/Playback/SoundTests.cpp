@@ -13,7 +13,8 @@ using namespace tamsy::test;
 namespace {
 
 constexpr double toneAmplitude = 0.5;
-constexpr std::size_t window = 480; // 10 ms, which tells tones 150 Hz apart
+constexpr std::size_t millisecond = 48;
+constexpr std::size_t window = 10 * millisecond; // tells tones 100 Hz apart
 
 double toneOf(std::size_t extension) {
     return 500 + 100 * static_cast<double>(extension);
@@ -50,43 +51,43 @@ class Sound : public testing::Test {
         return before;
     }
 
-    /// Where, from `first` on, a tone is heard for the first and the last time; in seconds from
-    /// there.
-    std::pair<double, double> heard(std::size_t first, double hertz) {
+    /// A tone's amplitude from `first` on, a value a millisecond.
+    std::vector<double> course(std::size_t first, double hertz) {
         const auto samples = recording.from(first);
+        std::vector<double> found;
+        for (std::size_t at = 0; at + window <= samples.size(); at += millisecond)
+            found.push_back(amplitude(samples.subspan(at, window), hertz));
+        return found;
+    }
+
+    /// When a tone is heard for the first and the last time, in seconds from `first`; or below 0.
+    std::pair<double, double> heard(std::size_t first, double hertz) {
         std::pair<double, double> places = {-1, -1};
-        for (std::size_t at = 0; at + window <= samples.size(); at += window / 10) {
-            if (amplitude(samples.subspan(at, window), hertz) < 0.6 * toneAmplitude)
+        const auto values = course(first, hertz);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (values[i] < 0.6 * toneAmplitude)
                 continue;
-            const double middle = static_cast<double>(at + window / 2) / SoundRecording::sampleRate;
-            if (places.first < 0)
-                places.first = middle;
-            places.second = middle;
+            places.second = static_cast<double>(i) / 1000;
+            places.first = places.first < 0 ? places.second : places.first;
         }
         return places;
     }
 
-    /// For how long, from `first` on, a tone is heard in all; a gap that a busy machine leaves
-    /// doesn't count.
+    /// For how long, from `first` on, a tone is heard in all, in seconds; a gap that a busy machine
+    /// leaves doesn't count.
     double sounding(std::size_t first, double hertz) {
-        constexpr std::size_t step = window / 10;
-        const auto samples = recording.from(first);
-        std::size_t count = 0;
-        for (std::size_t at = 0; at + window <= samples.size(); at += step)
-            count += amplitude(samples.subspan(at, window), hertz) > 0.5 * toneAmplitude ? 1U : 0U;
-        return static_cast<double>(count * step) / SoundRecording::sampleRate;
+        const auto values = course(first, hertz);
+        const auto count = std::count_if(values.begin(), values.end(),
+                                         [](double value) { return value > 0.5 * toneAmplitude; });
+        return static_cast<double>(count) / 1000;
     }
 
     /// The amplitude of a tone in most of what is heard from `first` on.
     double usualAmplitude(std::size_t first, double hertz) {
-        const auto samples = recording.from(first);
-        std::vector<double> found;
-        for (std::size_t at = 0; at + window <= samples.size(); at += window)
-            found.push_back(amplitude(samples.subspan(at, window), hertz));
-        std::nth_element(found.begin(),
-                         found.begin() + static_cast<std::ptrdiff_t>(found.size() / 2),
-                         found.end());
-        return found[found.size() / 2];
+        auto values = course(first, hertz);
+        const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+        std::nth_element(values.begin(), middle, values.end());
+        return *middle;
     }
 
     /// Records until a tone is heard.
@@ -105,9 +106,8 @@ TEST_F(Sound, EveryFormatSoundsAndLeavesNothingToTheNext) {
         play(toneFile(i));
         recordUntil(start, toneOf(i));
         // By then the old file's last sound, which the server had in hand, is over.
-        const std::size_t onset =
-            start + static_cast<std::size_t>((heard(start, toneOf(i)).first + 0.1) *
-                                             SoundRecording::sampleRate);
+        recording.recordMore(0.1);
+        const std::size_t onset = recording.size();
         recording.recordMore(0.5);
         EXPECT_NEAR(usualAmplitude(onset, toneOf(i)), toneAmplitude, 0.03) << extensions[i];
         for (std::size_t other = 0; other < count; ++other) {
@@ -144,13 +144,9 @@ TEST_F(Sound, PauseIsSilentAndResumeGoesOnFromTheSamePlace) {
     }
 }
 
-struct SeekRow {
-    const char* file;
-    double tolerance; // seconds
-};
-
 TEST_F(Sound, ASeekLandsWhereItIsTold) {
-    const SeekRow rows[] = {
+    const std::pair<const char*, double> rows[] = {
+        // tolerance in seconds
         {"steps.wav", 0.03},       {"steps.flac", 0.03},
         {"steps.m4a", 0.03},       {"steps.aiff", 0.03},
         {"steps.aif", 0.03},       {"steps.caf", 0.03},
@@ -162,19 +158,18 @@ TEST_F(Sound, ASeekLandsWhereItIsTold) {
         {"steps-mono.aac", 0.06},  {"steps.ogg", 0.06},
         {"steps.oga", 0.06},
     };
-    for (const SeekRow& row : rows) {
+    for (const auto& [file, tolerance] : rows) {
         const std::size_t start = recording.size();
-        play(row.file);
+        play(file);
         recordUntil(start, toneOfStep(0));
         // Forth, to the file's first second, and close to its end; playing all the while.
         int previous = 0;
         for (const int step : {12, 0, 18}) {
             const std::size_t from = seek(step + 0.7);
             recordUntil(from, toneOfStep(step + 1));
-            EXPECT_NEAR(sounding(from, toneOfStep(step)), 0.3, row.tolerance)
-                << row.file << " at " << step;
+            EXPECT_NEAR(sounding(from, toneOfStep(step)), 0.3, tolerance) << file << " at " << step;
             // What the server had in hand, and the way to the recording.
-            EXPECT_LT(heard(from, toneOfStep(previous)).second, 0.4) << row.file << " at " << step;
+            EXPECT_LT(heard(from, toneOfStep(previous)).second, 0.4) << file << " at " << step;
             previous = step + 1;
         }
     }
