@@ -1,3 +1,4 @@
+#include "Platform/LargeMemory.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/UserDefaults.h"
 #include "Tamsy_MusicApp.h"
@@ -46,6 +47,7 @@ int run(tamsy::SingleInstance& instance, tamsy::UserDefaults& defaults) {
 } // namespace
 
 int main(int argc, char** argv) {
+    tamsy::returnLargeBlocksToTheSystem();
     tamsy::SingleInstance instance(tamsy::UserDefaults::configurationDirectory());
     if (!instance.acquire())
         return 0;

@@ -1,11 +1,22 @@
 #include "Platform/LargeMemory.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <malloc.h>
 #include <new>
 #include <sys/mman.h>
 
 namespace tamsy {
+namespace {
+
+constexpr int largestRequest = 1 << 30;
+
+// The allocator's own values.
+constexpr int defaultMappings = 65'536;
+constexpr int defaultTrimThreshold = 131'072;
+
+} // namespace
 
 void preferLargePages(const void* memory, std::size_t size) {
     constexpr std::uintptr_t largePage = 2U << 20U;
@@ -32,6 +43,21 @@ void LargePageResource::do_deallocate(void* memory, std::size_t size, std::size_
 
 bool LargePageResource::do_is_equal(const memory_resource& other) const noexcept {
     return dynamic_cast<const LargePageResource*>(&other) != nullptr;
+}
+
+LargePageHeap::LargePageHeap(std::size_t size) {
+    size = std::min<std::size_t>(size, largestRequest);
+    // One block of that size out of the heap makes it grow; freed, it is where the next ones lie.
+    ::mallopt(M_TRIM_THRESHOLD, largestRequest);
+    ::mallopt(M_MMAP_MAX, 0);
+    void* const block = std::malloc(size); // NOLINT(*-no-malloc)
+    preferLargePages(block, size);
+    std::free(block); // NOLINT(*-no-malloc)
+    ::mallopt(M_MMAP_MAX, defaultMappings);
+}
+
+LargePageHeap::~LargePageHeap() {
+    ::mallopt(M_TRIM_THRESHOLD, defaultTrimThreshold);
 }
 
 void returnLargeBlocksToTheSystem() {

@@ -19,6 +19,17 @@ class LargePageResource : public std::pmr::memory_resource {
     [[nodiscard]] bool do_is_equal(const memory_resource& other) const noexcept override;
 };
 
+/// Lets the many small blocks that are allocated while it lives, and stay, lie in large pages:
+/// about `size` bytes of them. The allocator would grow its heap by a few pages at a time. For the
+/// main thread, whose heap it is; what wasn't needed goes back afterwards.
+class LargePageHeap {
+  public:
+    explicit LargePageHeap(std::size_t size);
+    ~LargePageHeap();
+    LargePageHeap(const LargePageHeap&) = delete;
+    LargePageHeap& operator=(const LargePageHeap&) = delete;
+};
+
 /// Makes the allocator give every freed block of a megabyte or more back to the system at once.
 /// Left to itself it moves its limit up to the largest block it saw, and a document that was read
 /// once stays resident. To be called before the threads start.

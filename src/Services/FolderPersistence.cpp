@@ -1,6 +1,7 @@
 #include "Services/FolderPersistence.h"
 
 #include "Platform/Bookmark.h"
+#include "Platform/LargeMemory.h"
 #include "Platform/UserDefaults.h"
 #include "Services/LibraryDocument.h"
 
@@ -54,6 +55,15 @@ class SharedText {
     std::string_view last_;
     QString text_;
 };
+
+/// What restoring the tracks takes, in bytes, with texts of common lengths.
+std::size_t expectedMemory(const LibraryDocument& document) {
+    constexpr std::size_t perTrack = 400;
+    std::size_t tracks = 0;
+    for (const PersistedFolder& folder : document.folders())
+        tracks += folder.tracks ? folder.tracks->size() : 0;
+    return tracks * perTrack;
+}
 
 /// The last text that was copied into a document.
 struct KeptText {
@@ -135,6 +145,7 @@ void FolderPersistence::removeRecord(QUuid id) {
 
 QList<FolderRecord> FolderPersistence::loadRecords() {
     const LibraryDocument document = loadRaw();
+    const LargePageHeap heap(expectedMemory(document));
     QList<FolderRecord> records;
     for (const PersistedFolder& folder : document.folders()) {
         auto bookmark = decodeBase64(folder.bookmarkBase64);
