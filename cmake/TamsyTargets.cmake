@@ -51,6 +51,8 @@ add_custom_target(tamsy_thread_tests)
 
 # What others' libraries keep until the process ends is no leak of ours.
 set(TAMSY_LEAKS "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+# Nor is an order of theirs a race because the detector can't see it.
+set(TAMSY_RACES "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/races.supp:print_suppressions=0")
 
 # tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY]): one
 # GoogleTest program, one CTest entry a program. With DISPLAY it runs on a virtual display with a
@@ -74,5 +76,5 @@ function(tamsy_test name)
         set(ARG_TIMEOUT 60)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS}")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS};${TAMSY_RACES}")
 endfunction()

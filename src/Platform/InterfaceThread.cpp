@@ -26,11 +26,17 @@ bool InterfaceThread::isCurrent() {
 }
 
 void InterfaceThread::run(std::function<void()> function) {
-    // The lock keeps the application from ending between the question and the post.
+    // The lock keeps the application from ending between the question and the post. The call takes
+    // it too: the toolkit's own order between the two doesn't show to a race detector.
     const std::scoped_lock lock(waiting.mutex);
     QCoreApplication* application = QCoreApplication::instance();
-    if (application && !waiting.isReleased)
-        QMetaObject::invokeMethod(application, std::move(function), Qt::QueuedConnection);
+    if (!application || waiting.isReleased)
+        return;
+    const auto call = [function = std::move(function)] {
+        { const std::scoped_lock taken(waiting.mutex); }
+        function();
+    };
+    QMetaObject::invokeMethod(application, call, Qt::QueuedConnection);
 }
 
 void InterfaceThread::releaseWaiters() {

@@ -3,11 +3,11 @@
 #include "Platform/InterfaceThread.h"
 #include "Platform/Media/ImageDecoding.h"
 #include "Platform/Media/MediaAsset.h"
+#include "Platform/WorkerPool.h"
 #include "Services/FlacArtwork.h"
 #include "Utils/TextTrimming.h"
 
 #include <QPromise>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <cmath>
@@ -120,9 +120,8 @@ OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     return std::nullopt;
 }
 
-// Of its own, so that nobody's blocked threads can take the places of those they wait for.
-QThreadPool& workers() {
-    static QThreadPool pool;
+WorkerPool& workers() {
+    static WorkerPool pool;
     return pool;
 }
 
