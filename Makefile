@@ -24,8 +24,7 @@ demo: ## drives the player by real clicks over generated music; says what was se
 .PHONY: test
 test: ## runs all tests under the address, undefined-behaviour and thread sanitizers
 	@tools/setup build run demo test
-	@$(MAKE) sanitized-asan sanitized-tsan
-	$(SAME_ADDRESSES) ctest --test-dir build/tsan --label-regex threads --output-on-failure
+	@$(MAKE) sanitized-asan sanitized-tsan races
 	ctest --test-dir build/asan --output-on-failure
 
 .PHONY: bench
@@ -41,6 +40,15 @@ fuzz: ## feeds broken input to each reader for a minute (SECONDS_EACH=60)
 	@$(MAKE) build/fuzz/build.ninja
 	cmake --build --preset fuzz
 	@fuzz/run build/fuzz $(or $(SECONDS_EACH),60)
+
+.PHONY: deb
+deb: ## builds a Debian package in build/deb
+	@tools/setup build run deb
+	@$(MAKE) build/release/build.ninja
+	@cmake --build --preset release
+	@rm -rf build/deb
+	@cpack --config build/release/CPackConfig.cmake -B build/deb
+	@lintian --fail-on error build/deb/*.deb
 
 .PHONY: lint
 lint: ## checks layout, floors, words, QML and C++ without running anything
@@ -70,6 +78,11 @@ sanitized-asan: build/asan/build.ninja
 .PHONY: sanitized-tsan
 sanitized-tsan: build/tsan/build.ninja
 	cmake --build --preset tsan --target tamsy_thread_tests
+
+# They wait for sound more than they compute, so two at once.
+.PHONY: races
+races:
+	$(SAME_ADDRESSES) ctest --test-dir build/tsan --label-regex threads --parallel 2 --output-on-failure
 
 # Ninja itself sees to changed CMake files; a changed preset it would not notice.
 build/%/build.ninja: CMakePresets.json $(MINIAUDIO)

@@ -1,8 +1,10 @@
-// How long a track's lyrics take: the parsing, and the search that finds nothing.
+// How long a track's lyrics take: the parsing, the search that finds nothing, the mark on the
+// current line.
 
 #include "Services/LyricsParsing.h"
 #include "Services/LyricsReader.h"
 #include "Services/LyricsSidecar.h"
+#include "Views/NowPlaying/LyricsPanelModel.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -12,6 +14,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <thread>
 
@@ -97,9 +100,9 @@ void searchTaggedSong(benchmark::State& state) {
     for (const char* name : {"TIT2", "TPE1", "TALB", "TRCK", "TYER", "TCON"})
         frames += frame(name, "\3A text of some length");
     const qsizetype size = frames.size();
-    const QByteArray syncsafe = {
-        static_cast<char>(size >> 21U & 0x7F), static_cast<char>(size >> 14U & 0x7F),
-        static_cast<char>(size >> 7U & 0x7F), static_cast<char>(size & 0x7F)};
+    QByteArray syncsafe; // the length in four bytes of seven bits
+    for (const unsigned shift : {21U, 14U, 7U, 0U})
+        syncsafe += static_cast<char>(size >> shift & 0x7F);
     searchInVain(
         state, File("song.mp3", QByteArray("ID3\3\0\0", 6) + syncsafe + frames + noise(4'000'000)));
 }
@@ -110,9 +113,26 @@ void searchWholeMpeg4File(benchmark::State& state) {
                              bigEndian(24) + "ftypM4A " + QByteArray(12, '\0') + noise(8'000'000)));
 }
 
+/// The last of 10,000 lines is the current one, so all are looked at.
+void markLastLine(benchmark::State& state) {
+    QByteArray text;
+    for (int line = 0; line < 10'000; ++line)
+        text +=
+            QString::asprintf("[%02d:%02d.%02d]line\n", line / 600, line / 10 % 60, line % 10 * 10)
+                .toUtf8();
+    const File file("song.lrc", text);
+    LyricsPanelModel panel;
+    panel.loadLyrics(file.url().parent().appending("song.mp3"));
+    while (panel.rowCount() == 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    for (auto _ : state)
+        panel.updateCurrentLyricIndex(1e6);
+}
+
 BENCHMARK(splitSong)->Unit(benchmark::kMicrosecond);
 BENCHMARK(parseSong)->Unit(benchmark::kMicrosecond);
 BENCHMARK(readLargestSidecar)->Unit(benchmark::kMicrosecond);
+BENCHMARK(markLastLine)->Unit(benchmark::kMicrosecond);
 BENCHMARK(searchTaggedSong)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(searchWholeMpeg4File)->Unit(benchmark::kMicrosecond)->UseRealTime();
 

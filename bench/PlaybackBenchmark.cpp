@@ -1,15 +1,17 @@
-// From the click to the sound, and what a minute of sound costs. Wants a sound server; the fallback
-// without one will do.
+// From the click to the sound, and what a minute of sound costs. Wants the private sound server.
 
+#include "MemoryDevice.h"
+#include "MonitorListener.h"
+#include "Platform/MediaPlayer/MediaBackendModule.h"
+#include "Playback/AudioDecoder.h"
 #include "Playback/CompositePlaybackEngine.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
 #include <benchmark/benchmark.h>
-#include <miniaudio.h>
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 
@@ -17,8 +19,10 @@ using namespace tamsy;
 
 namespace {
 
-constexpr int listenedSeconds = 5;
-constexpr double secondsAMinute = 60;
+using OpenDevice = std::unique_ptr<MemoryDevice> (*)();
+
+constexpr int listenedSeconds = 10;
+constexpr int secondsAMinute = 60;
 
 FileURL testAudio(const std::string& name) {
     return FileURL::fromPath(QByteArray(TEST_AUDIO "/").append(name.c_str()));
@@ -37,89 +41,146 @@ void runEvents(int milliseconds) {
     loop.exec();
 }
 
-/// From `load` until the engine says that sound is being produced.
+/// Until the first sound arrives from the server, for what `begin` begins and `end` ends.
+template <typename Begin, typename End>
+void untilFirstSound(benchmark::State& state, Begin begin, End end) {
+    MonitorListener listener;
+    for (auto _ : state) {
+        listener.waitForSilence();
+        const auto start = MonitorListener::Clock::now();
+        begin();
+        while (!listener.firstSound() &&
+               MonitorListener::Clock::now() - start < std::chrono::seconds(3))
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        end();
+        if (!listener.firstSound()) {
+            state.SkipWithError("nothing sounds");
+            return;
+        }
+        state.SetIterationTime(
+            std::chrono::duration<double>(*listener.firstSound() - start).count());
+    }
+}
+
+/// How long the file itself is silent at its start, in milliseconds: what an encoder put ahead.
+double leadingSilence(const FileURL& url) {
+    const std::atomic<bool> abandoned = false;
+    MediaBackend* backend = loadMediaBackend();
+    const auto decoder = backend ? backend->openFile(url.path().constData(), abandoned) : nullptr;
+    std::size_t silent = 0;
+    for (bool ended = !decoder; !ended;) {
+        const MediaDecoder::Block block = decoder->decode();
+        const auto isLoud = [](StereoFrame frame) { return MonitorListener::isSound(frame.left); };
+        const auto loud = std::ranges::find_if(block.frames, isLoud);
+        silent += static_cast<std::size_t>(loud - block.frames.begin());
+        ended = block.ended || loud != block.frames.end();
+    }
+    return static_cast<double>(silent) * 1000 / mediaSampleRate;
+}
+
 void clickToFirstSound(benchmark::State& state, const std::string& name) {
     CompositePlaybackEngine engine;
-    bool isPlaying = false;
-    const Subscription subscription =
-        engine.isPlayingPublisher().subscribe([&](bool playing) { isPlaying = playing; });
     engine.load(testAudio(name)); // warm
-    for (auto _ : state) {
+    runEvents(500);
+    const auto click = [&] {
         engine.stop();
-        isPlaying = false;
-        QElapsedTimer clock;
-        clock.start();
         engine.load(testAudio(name));
         engine.play();
-        while (!isPlaying && clock.elapsed() < 2000)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-        state.SetIterationTime(static_cast<double>(clock.nsecsElapsed()) * 1e-9);
-    }
+    };
+    untilFirstSound(state, click, [&] { engine.stop(); });
+    state.counters["of it the file's own silence, ms"] = leadingSilence(testAudio(name));
+}
+
+void deviceToFirstSound(benchmark::State& state, OpenDevice open) {
+    std::unique_ptr<MemoryDevice> device = open();
+    device.reset(); // warm
+    untilFirstSound(
+        state, [&] { device = open(); }, [&] { device.reset(); });
 }
 
 /// Processor seconds for one minute of playback, from some seconds of it.
-void minuteOfPlayback(benchmark::State& state, const std::string& name) {
-    CompositePlaybackEngine engine;
-    engine.setUpdateInterval(0.25);
-    engine.load(testAudio(name));
-    engine.play();
+double minuteFromNow() {
     runEvents(1000);
+    const double before = processorTime();
+    runEvents(listenedSeconds * 1000);
+    return (processorTime() - before) * secondsAMinute / listenedSeconds;
+}
+
+void minuteOfPlayback(benchmark::State& state, const std::string& name) {
     for (auto _ : state) {
-        const double before = processorTime();
-        runEvents(listenedSeconds * 1000);
-        state.SetIterationTime((processorTime() - before) * secondsAMinute / listenedSeconds);
+        CompositePlaybackEngine engine;
+        engine.setUpdateInterval(0.25);
+        engine.load(testAudio(name));
+        engine.play();
+        state.SetIterationTime(minuteFromNow());
     }
 }
 
-/// Processor seconds for decoding one minute with the first engine's decoders.
-void minuteOfDecoding(benchmark::State& state, const std::string& name) {
+/// Decodes one minute with the first engine's decoder.
+bool decodeWithFirst(const FileURL& url) {
+    AudioDecoder decoder;
+    if (decoder.open(url) != MA_SUCCESS)
+        return false;
+    std::array<StereoFrame, 1024> frames{};
+    for (std::size_t read = 0; read < secondsAMinute * mediaSampleRate; read += frames.size())
+        static_cast<void>(decoder.read(frames.data(), frames.size()));
+    return true;
+}
+
+/// The same with the second one's.
+bool decodeWithSecond(const FileURL& url) {
+    const std::atomic<bool> abandoned = false;
+    MediaBackend* backend = loadMediaBackend();
+    const auto decoder = backend ? backend->openFile(url.path().constData(), abandoned) : nullptr;
+    if (!decoder)
+        return false;
+    for (std::size_t read = 0; read < secondsAMinute * mediaSampleRate;)
+        read += decoder->decode().frames.size();
+    return true;
+}
+
+/// The device fed from memory for a minute, plus decoding that minute.
+void deviceAndDecoding(benchmark::State& state, OpenDevice open, bool (*decode)(const FileURL&),
+                       const std::string& name) {
     for (auto _ : state) {
-        ma_decoder_config config = ma_decoder_config_init(ma_format_f32, 2, 48000);
-        ma_decoder decoder = {};
+        const std::unique_ptr<MemoryDevice> device = open();
+        const double playing = minuteFromNow();
         const double before = processorTime();
-        if (ma_decoder_init_file(testAudio(name).path().constData(), &config, &decoder) !=
-            MA_SUCCESS) {
-            state.SkipWithError("can't open");
+        if (!device || !decode(testAudio(name))) {
+            state.SkipWithError("can't be opened");
             return;
         }
-        std::array<float, 2048> frames{};
-        for (std::size_t read = 0; read < 60 * 48000; read += frames.size() / 2)
-            ma_decoder_read_pcm_frames(&decoder, frames.data(), frames.size() / 2, nullptr);
-        ma_decoder_uninit(&decoder);
-        state.SetIterationTime(processorTime() - before);
+        state.SetIterationTime(playing + processorTime() - before);
     }
 }
 
 void listBenchmarks() {
-    for (const char* extension : {"wav", "mp3", "flac", "ogg", "m4a", "aac", "aiff", "caf"}) {
+    const auto add = [](const std::string& name, int iterations, auto function) {
+        benchmark::RegisterBenchmark(name.c_str(), function)
+            ->UseManualTime()
+            ->Iterations(iterations)
+            ->Unit(benchmark::kMillisecond);
+    };
+    constexpr int clicks = 10;
+    add("click to sound/baseline/first engine's device alone", clicks,
+        [](auto& state) { deviceToFirstSound(state, MemoryDevice::openFirst); });
+    add("click to sound/baseline/second engine's device alone", clicks,
+        [](auto& state) { deviceToFirstSound(state, MemoryDevice::openSecond); });
+    for (const char* extension :
+         {"wav", "mp3", "flac", "ogg", "oga", "m4a", "aac", "aiff", "aif", "caf"}) {
         const std::string name = std::string("minutes-4.") + extension;
-        benchmark::RegisterBenchmark(("click to sound/" + name).c_str(),
-                                     [name](auto& state) { clickToFirstSound(state, name); })
-            ->UseManualTime()
-            ->Iterations(10)
-            ->Unit(benchmark::kMillisecond);
+        add("click to sound/" + name, clicks,
+            [name](auto& state) { clickToFirstSound(state, name); });
     }
-    for (const char* name : {"short-0.5.wav", "short-0.5.aiff"})
-        benchmark::RegisterBenchmark(
-            (std::string("click to sound/baseline/device alone, ") + name).c_str(),
-            [name](auto& state) { clickToFirstSound(state, name); })
-            ->UseManualTime()
-            ->Iterations(10)
-            ->Unit(benchmark::kMillisecond);
-    for (const char* name :
-         {"minutes-4.mp3", "minutes-4.flac", "minutes-4.m4a", "minutes-4.wav", "minutes-4.aiff"})
-        benchmark::RegisterBenchmark((std::string("processor time of a minute/") + name).c_str(),
-                                     [name](auto& state) { minuteOfPlayback(state, name); })
-            ->UseManualTime()
-            ->Iterations(1)
-            ->Unit(benchmark::kMillisecond);
-    for (const char* name : {"minutes-4.mp3", "minutes-4.flac"})
-        benchmark::RegisterBenchmark(
-            (std::string("processor time of a minute/baseline/decoding, ") + name).c_str(),
-            [name](auto& state) { minuteOfDecoding(state, name); })
-            ->UseManualTime()
-            ->Iterations(1)
-            ->Unit(benchmark::kMillisecond);
+    for (const std::string name : {"minutes-4.mp3", "minutes-4.flac", "minutes-4.m4a"}) {
+        const bool isFirst = !name.ends_with("m4a");
+        const OpenDevice open = isFirst ? MemoryDevice::openFirst : MemoryDevice::openSecond;
+        const auto decode = isFirst ? decodeWithFirst : decodeWithSecond;
+        add("processor time of a minute/baseline/device and decoding, " + name, 1,
+            [=](auto& state) { deviceAndDecoding(state, open, decode, name); });
+        add("processor time of a minute/" + name, 1,
+            [name](auto& state) { minuteOfPlayback(state, name); });
+    }
 }
 
 } // namespace

@@ -21,7 +21,7 @@ find_package_handle_standard_args(Miniaudio
 mark_as_advanced(Miniaudio_INCLUDE_DIR)
 
 if(Miniaudio_FOUND AND NOT TARGET Miniaudio::Miniaudio)
-    add_library(Miniaudio::Miniaudio INTERFACE IMPORTED)
+    add_library(Miniaudio::Miniaudio INTERFACE IMPORTED GLOBAL)
     set_target_properties(Miniaudio::Miniaudio PROPERTIES
         INTERFACE_INCLUDE_DIRECTORIES "${Miniaudio_INCLUDE_DIR}"
         INTERFACE_LINK_LIBRARIES "${CMAKE_DL_LIBS};m;pthread")

@@ -49,3 +49,15 @@ function(tamsy_add_resources target)
     set_source_files_properties("${second}" PROPERTIES QT_RESOURCE_ALIAS "封面.png")
     qt_add_resources(${target} "tamsy_pictures_by_second_name" PREFIX "/" FILES "${second}")
 endfunction()
+
+# tamsy_install_icons(): puts the application's icon where the desktop's icon theme looks for it, in the
+# sizes that were rendered and as it was drawn.
+function(tamsy_install_icons)
+    set(theme "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
+    foreach(size IN LISTS TAMSY_APPLICATION_ICON_SIZES)
+        install(FILES "${PROJECT_BINARY_DIR}/src/Views/rendered/application-icon-${size}.png"
+            DESTINATION "${theme}/${size}x${size}/apps" RENAME tamsy-music.png)
+    endforeach()
+    install(FILES "${TAMSY_RESOURCE_SOURCES}/application-icon.svg"
+        DESTINATION "${theme}/scalable/apps" RENAME tamsy-music.svg)
+endfunction()

@@ -51,24 +51,30 @@ add_custom_target(tamsy_thread_tests)
 
 # What others' libraries keep until the process ends is no leak of ours.
 set(TAMSY_LEAKS "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
-# Nor is an order of theirs a race because the detector can't see it.
-set(TAMSY_RACES "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/races.supp:print_suppressions=0")
 
-# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY]): one
-# GoogleTest program, one CTest entry a program. With DISPLAY it runs on a virtual display with a
-# window manager, for what a program without a screen can't show.
+# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY | PROFILE]): one
+# GoogleTest program, one CTest entry a program. With PROFILE it runs on a profile that is thrown away,
+# with a session bus of its own; with DISPLAY on such a one and on a virtual display with a window
+# manager, for what a program without a screen can't show. None reads or writes what is the user's own.
 function(tamsy_test name)
-    cmake_parse_arguments(ARG "DISPLAY" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "DISPLAY;PROFILE" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE tamsy_options ${ARG_LINK} GTest::gmock GTest::gtest)
+    if(TAMSY_SANITIZE STREQUAL "thread")
+        target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/UntoldClone.cpp")
+    endif()
     set(platform offscreen)
-    set(display "")
+    set(surroundings "")
+    set(homes "XDG_DATA_HOME=${CMAKE_BINARY_DIR}/test-data;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test-configuration")
+    if(ARG_PROFILE)
+        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-profile")
+    endif()
     if(ARG_DISPLAY)
         set(platform xcb)
-        set(display "${PROJECT_SOURCE_DIR}/tools/with-display")
+        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-display" "${PROJECT_SOURCE_DIR}/tools/with-profile")
     endif()
-    add_test(NAME ${name} COMMAND ${display} $<TARGET_FILE:${name}>)
+    add_test(NAME ${name} COMMAND ${surroundings} $<TARGET_FILE:${name}>)
     if("threads" IN_LIST ARG_LABELS)
         add_dependencies(tamsy_thread_tests ${name})
     endif()
@@ -76,5 +82,5 @@ function(tamsy_test name)
         set(ARG_TIMEOUT 60)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS};${TAMSY_RACES}")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS};${homes}")
 endfunction()

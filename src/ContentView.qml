@@ -12,6 +12,14 @@ Item {
 
     Component.onCompleted: player.attachLibrary(library)
 
+    function focusSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
+    function revealCurrentTrack() {
+        trackList.revealCurrent();
+    }
+
     Item {
         id: columns
 
@@ -50,6 +58,8 @@ Item {
                     spacing: 8
 
                     SearchField {
+                        id: search
+
                         anchors.verticalCenter: parent.verticalCenter
                         placeholderText: "搜索音乐"
                         text: content.library.searchText
@@ -64,6 +74,8 @@ Item {
                     }
                 }
                 TrackListView {
+                    id: trackList
+
                     anchors.fill: parent
                     anchors.topMargin: 56
                     library: content.library
@@ -79,6 +91,7 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
         player: content.player
+        library: content.library
         backdrop: columns
     }
 }

@@ -3,7 +3,8 @@ import QtQuick.Controls
 import QtQuick.Dialogs
 import Tamsy.Views
 
-/// The main window: menus, content, folder picker. Closing it ends the program.
+/// The main window: menus, content, folder picker. Closing it ends the program, whatever other
+/// window is open.
 ApplicationWindow {
     id: window
 
@@ -17,6 +18,7 @@ ApplicationWindow {
     minimumWidth: 720
     minimumHeight: 400
     title: "Tamsy Music"
+    onClosing: Qt.quit()
     color: Theme.colors.chrome
 
     palette {
@@ -59,7 +61,18 @@ ApplicationWindow {
         onActivated: window.close()
     }
 
+    Shortcut {
+        sequence: "Ctrl+F"
+        onActivated: content.focusSearch()
+    }
+    Shortcut {
+        sequence: "Ctrl+L"
+        onActivated: content.revealCurrentTrack()
+    }
+
     ContentView {
+        id: content
+
         anchors.fill: parent
         library: window.library
         player: window.player

@@ -4,11 +4,14 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Appearance.h"
 #include "Views/CoverProvider.h"
+#include "Views/NowPlaying/NowPlayingWindowController.h"
 
+#include <QCoreApplication>
 #include <QQuickWindow>
 #include <QVariantMap>
 #include <QtQml/QQmlExtensionPlugin>
 
+Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
 Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
 Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 
@@ -19,7 +22,13 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
       lyricsFontSizePoints_(defaults),
       library_(std::make_unique<FolderLibraryService>(),
                std::make_unique<WindowFolderPanel>(folderPanel_)),
-      player_(std::make_unique<CompositePlaybackEngine>()) {
+      player_(
+          std::make_unique<CompositePlaybackEngine>(),
+          {.visibility = &visibility_,
+           .makeNowPlayingWindow = [this](PlayerViewModel& playerVM, LibraryViewModel& libraryVM) {
+               return std::make_unique<NowPlayingWindowController>(engine_, playerVM, libraryVM,
+                                                                   lyricsFontSizePoints_);
+           }}) {
     Appearance::setColorScheme(&colorScheme_);
     engine_.addImageProvider(QStringLiteral("covers"), new CoverProvider); // the engine owns it
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -28,6 +37,7 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
 Tamsy_MusicApp::~Tamsy_MusicApp() {
     // Whoever waits for this thread is let go first; what they belong to is joined afterwards.
     InterfaceThread::releaseWaiters();
+    player_.endNowPlayingWindow(); // before the engine that it was made with
     if (windowState_.size.isValid())
         windowState_.save();
 }
@@ -44,7 +54,16 @@ bool Tamsy_MusicApp::openMainWindow() {
         return false;
     colorScheme_.waitForFirstAnswer();
     followWindowState(window);
+    connect(window, &QQuickWindow::frameSwapped, this, &Tamsy_MusicApp::joinDesktop,
+            Qt::SingleShotConnection);
     return true;
+}
+
+void Tamsy_MusicApp::joinDesktop() {
+    desktop_ = std::make_unique<DesktopIntegration>(
+        player_, library_,
+        RemoteControls::Program{.raise = [this] { raiseMainWindow({}); },
+                                .quit = [] { QCoreApplication::quit(); }});
 }
 
 void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Desktop/DesktopIntegration.h"
 #include "Platform/ColorScheme.h"
+#include "Platform/Visibility.h"
 #include "Platform/WindowState.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/LyricsFontSize.h"
@@ -11,11 +13,13 @@
 #include <QObject>
 #include <QQmlApplicationEngine>
 
+#include <memory>
+
 class QQuickWindow;
 
 namespace tamsy {
 
-/// The program: makes the two view models, opens the main window and wires them together.
+/// The program: makes the two view models, opens the windows and wires them together.
 /// Everything here lives until the program ends.
 class Tamsy_MusicApp : public QObject {
     Q_OBJECT
@@ -34,15 +38,20 @@ class Tamsy_MusicApp : public QObject {
     [[nodiscard]] QQuickWindow* mainWindow() const;
 
   private:
+    /// Once the window has shown its first frame, which nothing of it may delay.
+    void joinDesktop();
+
     /// Shows the window as the user left it, and remembers how this run leaves it.
     void followWindowState(QQuickWindow* window);
 
     WindowState windowState_;
+    Visibility visibility_;
     ColorScheme colorScheme_;
     FolderPanelController folderPanel_;
     LyricsFontSize lyricsFontSizePoints_;
     LibraryViewModel library_;
     PlayerViewModel player_;
+    std::unique_ptr<DesktopIntegration> desktop_;
     QQmlApplicationEngine engine_; // last, so that the views end before what they show
 };
 

@@ -51,11 +51,16 @@ int main(int argc, char** argv) {
     tamsy::SingleInstance instance(tamsy::UserDefaults::configurationDirectory());
     if (!instance.acquire())
         return 0;
+    // Text is also drawn into layers above moving colours, where edges in single colours would
+    // show.
+    qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("tamsy-music"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsy Music"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("tamsy-music"));
+    // In a Flatpak the desktop file goes by the package's name.
+    QGuiApplication::setDesktopFileName(
+        qEnvironmentVariable("FLATPAK_ID", QStringLiteral("tamsy-music")));
     QGuiApplication::setWindowIcon(applicationIcon());
     speakChinese(application);
     instance.listen();

@@ -31,3 +31,5 @@ struct Track {
 using TrackList = QList<Track>;
 
 } // namespace tamsy
+
+Q_DECLARE_TYPEINFO(tamsy::Track, Q_RELOCATABLE_TYPE); // lists of 100,000 grow and shrink

@@ -63,7 +63,7 @@ std::optional<FileURL> Bookmark::resolve(QByteArrayView bytes) {
     const QList<QByteArray> lines = bytes.toByteArray().split('\n');
     if (lines.size() != 4 || lines[0] != heading || !lines[3].isEmpty())
         return std::nullopt;
-    const auto folder = FileURL::fromAbsoluteString(lines[1]);
+    auto folder = FileURL::fromAbsoluteString(lines[1]);
     if (!folder)
         return std::nullopt;
     if (openDirectory(*folder).isOpen())

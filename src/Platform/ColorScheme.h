@@ -25,10 +25,8 @@ class ColorScheme : public QObject {
   Q_SIGNALS:
     void isDarkChanged();
 
-  private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
   private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void apply(const QVariant& value);
 
     bool isDark_ = false;

@@ -15,8 +15,18 @@ struct Waiting {
     bool isReleased = false;
 };
 
-// Made before the program's first step, so that it outlives every pool of threads.
+// Made before the program's first step, so that it outlives every queue of operations.
 Waiting waiting;
+
+/// Posts a call, with the lock held. The call takes it too: the toolkit's own order between the two
+/// doesn't show to a race detector.
+void post(QObject* receiver, std::function<void()> function) {
+    const auto call = [function = std::move(function)] {
+        { const std::scoped_lock taken(waiting.mutex); }
+        function();
+    };
+    QMetaObject::invokeMethod(receiver, call, Qt::QueuedConnection);
+}
 
 } // namespace
 
@@ -26,17 +36,16 @@ bool InterfaceThread::isCurrent() {
 }
 
 void InterfaceThread::run(std::function<void()> function) {
-    // The lock keeps the application from ending between the question and the post. The call takes
-    // it too: the toolkit's own order between the two doesn't show to a race detector.
+    // The lock keeps the application from ending between the question and the post.
     const std::scoped_lock lock(waiting.mutex);
     QCoreApplication* application = QCoreApplication::instance();
-    if (!application || waiting.isReleased)
-        return;
-    const auto call = [function = std::move(function)] {
-        { const std::scoped_lock taken(waiting.mutex); }
-        function();
-    };
-    QMetaObject::invokeMethod(application, call, Qt::QueuedConnection);
+    if (application && !waiting.isReleased)
+        post(application, std::move(function));
+}
+
+void InterfaceThread::run(QObject* receiver, std::function<void()> function) {
+    const std::scoped_lock lock(waiting.mutex);
+    post(receiver, std::move(function));
 }
 
 void InterfaceThread::releaseWaiters() {

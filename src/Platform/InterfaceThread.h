@@ -19,6 +19,11 @@ class InterfaceThread {
     /// `releaseWaiters`, or without an application, `function` is dropped. Any thread.
     static void run(std::function<void()> function);
 
+    /// The same for a function that is `receiver`'s: it is dropped if the receiver, which lives on
+    /// the interface thread, ends before. It does run after `releaseWaiters`. The caller sees to it
+    /// that the receiver is there when this is called.
+    static void run(QObject* receiver, std::function<void()> function);
+
     /// Calls `start` on the interface thread and blocks until the work that it gives has finished.
     /// Nothing if the work was cancelled or the program quits first. Not to be called on the
     /// interface thread itself: that is asserted and gives nothing.

@@ -1,5 +1,7 @@
 #include "Platform/OperationQueue.h"
 
+#include <pthread.h>
+
 #include <utility>
 
 namespace tamsy {
@@ -19,8 +21,8 @@ void Operation::run() {
         hook();
 }
 
-OperationQueue::OperationQueue(std::size_t maximumConcurrentOperations)
-    : maximumConcurrentOperations_(maximumConcurrentOperations) {}
+OperationQueue::OperationQueue(std::size_t maximumConcurrentOperations, std::string name)
+    : maximumConcurrentOperations_(maximumConcurrentOperations), name_(std::move(name)) {}
 
 OperationQueue::~OperationQueue() {
     end();
@@ -53,6 +55,9 @@ void OperationQueue::end() {
 }
 
 void OperationQueue::runThread() {
+    constexpr std::size_t nameLimit = 15;
+    if (!name_.empty())
+        ::pthread_setname_np(::pthread_self(), name_.substr(0, nameLimit).c_str());
     std::unique_lock lock(mutex_);
     for (;;) {
         ++idleThreads_;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -42,7 +43,8 @@ class Operation {
 /// its own, which start when they are first needed.
 class OperationQueue {
   public:
-    explicit OperationQueue(std::size_t maximumConcurrentOperations);
+    /// The threads bear `name`, of which the system keeps 15 bytes.
+    explicit OperationQueue(std::size_t maximumConcurrentOperations, std::string name = {});
 
     /// Ends it.
     ~OperationQueue();
@@ -62,6 +64,7 @@ class OperationQueue {
     void runThread();
 
     const std::size_t maximumConcurrentOperations_;
+    const std::string name_;
     std::mutex mutex_; // guards all that follows
     std::condition_variable changed_;
     std::deque<std::shared_ptr<Operation>> waiting_;

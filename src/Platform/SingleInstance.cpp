@@ -17,6 +17,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <thread>
+#include <utility>
 
 namespace tamsy {
 namespace {
@@ -73,8 +74,8 @@ FileDescriptor connectTo(const QByteArray& path) {
 
 } // namespace
 
-SingleInstance::SingleInstance(const QByteArray& configurationDirectory, QObject* parent)
-    : QObject(parent), directory_(configurationDirectory) {}
+SingleInstance::SingleInstance(QByteArray configurationDirectory, QObject* parent)
+    : QObject(parent), directory_(std::move(configurationDirectory)) {}
 
 SingleInstance::~SingleInstance() = default;
 

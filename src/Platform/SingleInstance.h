@@ -24,7 +24,7 @@ class SingleInstance : public QObject {
 
   public:
     /// `configurationDirectory` is a path in bytes; it is made if it is missing.
-    explicit SingleInstance(const QByteArray& configurationDirectory, QObject* parent = nullptr);
+    explicit SingleInstance(QByteArray configurationDirectory, QObject* parent = nullptr);
     ~SingleInstance() override;
 
     /// True if this is the only program, which it stays until this object's end. False if another

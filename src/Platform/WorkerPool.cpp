@@ -1,13 +1,16 @@
 #include "Platform/WorkerPool.h"
 
+#include <algorithm>
+#include <memory>
+#include <thread>
+#include <utility>
+
 namespace tamsy {
 
+WorkerPool::WorkerPool() : queue_(std::max(1U, std::thread::hardware_concurrency())) {}
+
 void WorkerPool::start(std::function<void()> function) {
-    const std::scoped_lock lock(mutex_);
-    pool_.start([this, function = std::move(function)] {
-        { const std::scoped_lock taken(mutex_); }
-        function();
-    });
+    queue_.add(std::make_shared<Operation>(std::move(function)));
 }
 
 } // namespace tamsy

@@ -1,14 +1,14 @@
 #include "Playback/AudioDecoder.h"
 
 #include "Playback/AudioFile.h"
+#include "Playback/MiniaudioDecoders.h"
 #include "Playback/MpegAudioScan.h"
-#include "Playback/MpegSeekTable.h"
+#include "Playback/OggFlac.h"
 #include "Playback/ReadBudget.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 namespace tamsy {
 namespace {
@@ -44,12 +44,6 @@ std::array<ma_encoding_format, 5> encodingsToTry(const QByteArray& extension) {
             ma_encoding_format_vorbis};
 }
 
-bool isOgg(const AudioFile& file) {
-    std::array<std::byte, 4> start{};
-    const auto bytes = file.read(0, start);
-    return bytes.size() == start.size() && std::memcmp(bytes.data(), "OggS", start.size()) == 0;
-}
-
 } // namespace
 
 AudioDecoder::~AudioDecoder() {
@@ -75,8 +69,11 @@ ma_result AudioDecoder::open(const FileURL& url) {
             return MA_SUCCESS;
         }
         const ReadBudget budget(openingBudget);
-        if (openAs(*encoding, path) == MA_SUCCESS)
-            return MA_SUCCESS;
+        if (openAs(*encoding, path) != MA_SUCCESS)
+            continue;
+        if (*encoding == ma_encoding_format_flac && isOgg(file))
+            tellFlacLength(decoder_, lastGranulePosition(file));
+        return MA_SUCCESS;
     }
     return MA_NO_BACKEND;
 }

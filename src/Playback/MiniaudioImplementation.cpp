@@ -1,7 +1,7 @@
 // The one unit that holds miniaudio and the Vorbis decoder that it takes along. It is compiled
 // alone, since it is large, and with warnings off, since most of it isn't ours.
 
-#include "Playback/MpegSeekTable.h"
+#include "Playback/MiniaudioDecoders.h"
 #include "Playback/ReadBudget.h"
 
 #include <cstdio>
@@ -41,6 +41,12 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
     ma_dr_mp3_bind_seek_table(&mpeg, count, table);
     backend.pSeekPoints = table;
     backend.seekPointCount = count;
+}
+
+void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {
+    auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
+    if (flac.totalPCMFrameCount == 0)
+        flac.totalPCMFrameCount = frames;
 }
 
 } // namespace tamsy

@@ -1,13 +1,13 @@
 #include "Services/FolderLibraryService.h"
 
 #include "Platform/DirectoryWalk.h"
+#include "Platform/InterfaceThread.h"
 #include "Platform/UserDefaults.h"
 #include "Services/MetadataReader.h"
 
-#include <QMetaObject>
-
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <numeric>
 #include <utility>
 
@@ -51,8 +51,6 @@ FolderLibraryService::FolderLibraryService(QObject* parent)
 FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader readTags,
                                            QObject* parent)
     : QObject(parent), persistence_(defaults), readTags_(std::move(readTags)) {
-    scanQueue_.setObjectName(QStringLiteral("library.scan.queue"));
-    scanQueue_.setMaxThreadCount(1);
     loadPersistedFolders();
     const qsizetype tracks = std::accumulate(
         folders_.cbegin(), folders_.cend(), qsizetype{0},
@@ -63,8 +61,7 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
 
 FolderLibraryService::~FolderLibraryService() {
     scanStop_.request_stop();
-    scanQueue_.clear();
-    scanQueue_.waitForDone();
+    scanQueue_.end();
 }
 
 void FolderLibraryService::loadPersistedFolders() {
@@ -111,14 +108,13 @@ void FolderLibraryService::rescanFolder(QUuid id) {
     if (folder == folders_.cend())
         return;
     // Our end joins the queue, so a scan never outlives this object.
-    scanQueue_.start([this, id, url = folder->url, stop = scanStop_.get_token()] {
+    const auto scan = [this, id, url = folder->url, stop = scanStop_.get_token()] {
         TrackList tracks = scanFolder(url, stop);
-        if (stop.stop_requested())
-            return;
-        QMetaObject::invokeMethod(
-            this, [this, id, found = std::move(tracks)] { finishScan(id, found); },
-            Qt::QueuedConnection);
-    });
+        if (!stop.stop_requested())
+            InterfaceThread::run(this,
+                                 [this, id, found = std::move(tracks)] { finishScan(id, found); });
+    };
+    scanQueue_.add(std::make_shared<Operation>(scan));
 }
 
 /// The list may have changed since the scan was queued, so the place is looked up again.

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Models/AudioFolder.h"
+#include "Platform/OperationQueue.h"
 #include "Services/FolderPersistence.h"
 #include "Utils/ValueSubject.h"
 
 #include <QList>
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <stop_token>
@@ -67,7 +67,8 @@ class FolderLibraryService : public QObject {
     FolderPersistence persistence_;
     TagReader readTags_;
     std::stop_source scanStop_;
-    QThreadPool scanQueue_; // "library.scan.queue": one thread, so scans run one after another
+    // One thread, so scans run one after another. Last, so that it ends before what scans use.
+    OperationQueue scanQueue_{1, "library.scan.queue"};
 };
 
 } // namespace tamsy

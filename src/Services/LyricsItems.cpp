@@ -28,7 +28,8 @@ bool speaksOfLyrics(QStringView text) {
     constexpr unsigned caseBit = 0x20;
     const auto matches = [](char16_t a, char16_t b) { return (a | caseBit) == b; };
     const std::u16string_view units(text.utf16(), static_cast<std::size_t>(text.size()));
-    return std::ranges::search(units, word, matches).begin() != units.end() ||
+    return std::search(units.begin(), units.end(), word.begin(), word.end(), matches) !=
+               units.end() ||
            text.contains(u"歌词");
 }
 

@@ -3,12 +3,12 @@
 #include "Platform/InterfaceThread.h"
 #include "Platform/Media/MediaAsset.h"
 #include "Platform/MemoryCache.h"
+#include "Platform/WorkerPool.h"
 #include "Services/LyricsContainers.h"
 #include "Services/LyricsItems.h"
 #include "Services/LyricsSidecar.h"
 
 #include <QPromise>
-#include <QThreadPool>
 
 #include <cassert>
 #include <memory>
@@ -24,10 +24,8 @@ MemoryCache<FileURL, Lyrics>& cache() {
     return shared;
 }
 
-/// Whoever waits for a load may hold a thread of the global pool, and so may the next one: the
-/// work they wait for must not queue behind them.
-QThreadPool& workers() {
-    static QThreadPool pool;
+WorkerPool& workers() {
+    static WorkerPool pool;
     return pool;
 }
 

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <utility>
+
 namespace tamsy {
 namespace {
 
@@ -28,10 +30,10 @@ PlaybackLogger& PlaybackLogger::shared() {
 }
 
 PlaybackLogger::PlaybackLogger() {
-    queue_.setMaxThreadCount(1);
     const QString directory = stateDirectory();
     QDir().mkpath(directory);
     fileURL_ = QFile::encodeName(directory + QLatin1String("/playback.log"));
+    writer_ = std::jthread([this](const std::stop_token& stop) { runWriter(stop); });
 }
 
 QString PlaybackLogger::timestamp() {
@@ -40,12 +42,24 @@ QString PlaybackLogger::timestamp() {
 }
 
 void PlaybackLogger::write(const QString& message) {
-    queue_.start(
-        [this, line = QString(timestamp() + QLatin1Char(' ') + message + QLatin1Char('\n'))] {
-            QFile file(QFile::decodeName(fileURL_));
-            if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-                file.write(line.toUtf8());
-        });
+    const QString line = timestamp() + QLatin1Char(' ') + message + QLatin1Char('\n');
+    {
+        const std::scoped_lock lock(mutex_);
+        lines_ += line.toUtf8();
+    }
+    changed_.notify_one();
+}
+
+void PlaybackLogger::runWriter(const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
+    while (changed_.wait(lock, stop, [this] { return !lines_.isEmpty(); })) {
+        const QByteArray lines = std::exchange(lines_, {});
+        lock.unlock();
+        QFile file(QFile::decodeName(fileURL_));
+        if (file.open(QIODevice::WriteOnly | QIODevice::Append))
+            file.write(lines);
+        lock.lock();
+    }
 }
 
 } // namespace tamsy

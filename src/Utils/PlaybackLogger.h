@@ -3,7 +3,11 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringView>
-#include <QThreadPool>
+
+#include <condition_variable>
+#include <mutex>
+#include <stop_token>
+#include <thread>
 
 namespace tamsy {
 
@@ -21,9 +25,13 @@ class PlaybackLogger {
     static PlaybackLogger& shared();
     static QString timestamp();
     void write(const QString& message);
+    void runWriter(const std::stop_token& stop);
 
-    QThreadPool queue_; // one thread, so that lines keep their order
     QByteArray fileURL_;
+    std::mutex mutex_; // guards the lines
+    std::condition_variable_any changed_;
+    QByteArray lines_;    // on their way to the file
+    std::jthread writer_; // its end waits until they are there
 };
 
 } // namespace tamsy

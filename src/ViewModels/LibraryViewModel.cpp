@@ -31,6 +31,27 @@ class SharedTextMatcher {
     bool lastAnswer_ = false;
 };
 
+/// Whether a track holds the trimmed text in title, artist or album. Without a text each does.
+class TrackMatcher {
+  public:
+    explicit TrackMatcher(const QString& text)
+        : query_(trimmedOfWhitespaceAndNewlines(text)),
+          title_(query_),
+          artist_(query_),
+          album_(query_) {}
+
+    bool matches(const Track& track) {
+        return query_.isEmpty() || title_.isContainedIn(track.title) ||
+               artist_.isContainedIn(track.artist) || album_.isContainedIn(track.album);
+    }
+
+  private:
+    QStringView query_;
+    LowercaseMatcher title_;
+    SharedTextMatcher artist_;
+    SharedTextMatcher album_;
+};
+
 } // namespace
 
 LibraryViewModel::LibraryViewModel(std::unique_ptr<FolderLibraryService> service,
@@ -71,22 +92,45 @@ const AudioFolder* LibraryViewModel::selectedFolder() const {
 }
 
 TrackList LibraryViewModel::filteredTracks() const {
+    if (trimmedOfWhitespaceAndNewlines(searchText_).isEmpty())
+        return hasSelectedFolder() ? selectedFolder()->tracks : TrackList();
+    const TrackRows rows = filteredRows();
+    TrackList tracks;
+    tracks.reserve(rows.size());
+    for (int row = 0; row < rows.size(); ++row)
+        tracks.append(rows.at(row));
+    return tracks;
+}
+
+TrackRows LibraryViewModel::filteredRows() const {
     const AudioFolder* folder = selectedFolder();
     if (folder == nullptr)
         return {};
-    const QStringView query = trimmedOfWhitespaceAndNewlines(searchText_);
-    if (query.isEmpty())
-        return folder->tracks;
-    LowercaseMatcher title(query);
-    SharedTextMatcher artist(query);
-    SharedTextMatcher album(query);
-    TrackList matching;
-    std::copy_if(folder->tracks.cbegin(), folder->tracks.cend(), std::back_inserter(matching),
-                 [&](const Track& track) {
-                     return title.isContainedIn(track.title) ||
-                            artist.isContainedIn(track.artist) || album.isContainedIn(track.album);
-                 });
-    return matching;
+    TrackMatcher matcher(searchText_);
+    TrackRows rows(folder->tracks);
+    for (qsizetype index = 0; index < folder->tracks.size(); ++index) {
+        if (matcher.matches(folder->tracks.at(index)))
+            rows.append(index);
+    }
+    return rows;
+}
+
+bool LibraryViewModel::hasFilteredTracks() const {
+    const AudioFolder* folder = selectedFolder();
+    return folder != nullptr &&
+           std::ranges::any_of(folder->tracks,
+                               [matcher = TrackMatcher(searchText_)](const Track& track) mutable {
+                                   return matcher.matches(track);
+                               });
+}
+
+const Track* LibraryViewModel::findTrack(const FileURL& url) const {
+    for (const AudioFolder& folder : folders_) {
+        const auto found = std::ranges::find(folder.tracks, url, &Track::url);
+        if (found != folder.tracks.end())
+            return &*found;
+    }
+    return nullptr;
 }
 
 TrackList LibraryViewModel::allTracks() const {

@@ -4,6 +4,7 @@
 #include "Services/FolderLibraryService.h"
 #include "Utils/ValueSubject.h"
 #include "ViewModels/FolderPanel.h"
+#include "ViewModels/TrackRows.h"
 
 #include <QList>
 #include <QObject>
@@ -43,6 +44,16 @@ class LibraryViewModel : public QObject {
     /// The selected folder's tracks that hold the trimmed search text in title, artist or album;
     /// all of them without one. Computed at each read, linear in the folder's tracks.
     [[nodiscard]] TrackList filteredTracks() const;
+
+    /// The same for a view, which needs no copy of them.
+    [[nodiscard]] TrackRows filteredRows() const;
+
+    /// Whether any track is listed at all; at the first one the answer is known.
+    [[nodiscard]] bool hasFilteredTracks() const;
+
+    /// The first track of all folders with this address; null if there is none. Valid until the
+    /// next event.
+    [[nodiscard]] const Track* findTrack(const FileURL& url) const;
 
     /// The tracks of all folders, in folder order.
     [[nodiscard]] TrackList allTracks() const;

@@ -19,14 +19,13 @@ constexpr auto lockReleaseDelay = 300ms;
 /// measured (the first one in an hour of raw AAC) takes a third of it.
 constexpr auto pendingSeekLimit = 600ms;
 
-constexpr double visibleUpdateInterval = 0.25; // seconds
-
 } // namespace
 
-PlayerViewModel::PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine, QObject* parent)
-    : QObject(parent), engine_(std::move(engine)) {
+PlayerViewModel::PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine,
+                                 PlayerSurroundings surroundings, QObject* parent)
+    : QObject(parent), engine_(std::move(engine)), surroundings_(std::move(surroundings)) {
     bindEngine();
-    engine_->setUpdateInterval(visibleUpdateInterval);
+    wireVisibilityObservers();
     detectTrackEnds();
 }
 
@@ -41,6 +40,10 @@ void PlayerViewModel::setIsSeeking(bool seeking) {
     isSeeking_.send(seeking);
     if (changed)
         Q_EMIT isSeekingChanged();
+}
+
+double PlayerViewModel::position() const {
+    return pendingSeekTarget().value_or(isUIVisible() ? currentTime_ : lastBufferedTime_);
 }
 
 void PlayerViewModel::setVolume(float volume) {
@@ -77,7 +80,7 @@ void PlayerViewModel::togglePlayPause() {
 }
 
 void PlayerViewModel::seek(double seconds) {
-    pendingSeekTarget_.send(seconds);
+    setPendingSeekTarget(seconds);
     setCurrentTime(seconds);
     QTimer::singleShot(pendingSeekLimit, this, [this, number = ++seekNumber_, url = currentURL_] {
         giveUpPendingSeek(number, url);
@@ -103,6 +106,15 @@ void PlayerViewModel::toggleRepeatOne() {
     }
 }
 
+void PlayerViewModel::showNowPlayingWindow(PlayerViewModel* playerVM, LibraryViewModel* libraryVM) {
+    if (currentArtwork_.isNull() && !currentURL_.isEmpty())
+        showArtwork(currentURL_, nullptr);
+    if (!nowPlayingWindow_ && surroundings_.makeNowPlayingWindow)
+        nowPlayingWindow_ = surroundings_.makeNowPlayingWindow(*playerVM, *libraryVM);
+    if (nowPlayingWindow_)
+        nowPlayingWindow_->makeKeyAndOrderFront();
+}
+
 void PlayerViewModel::setCurrentTitle(const QString& title) {
     if (currentTitle_ == title)
         return;
@@ -115,6 +127,13 @@ void PlayerViewModel::setCurrentTime(double seconds) {
         return;
     currentTime_ = seconds;
     Q_EMIT currentTimeChanged();
+}
+
+void PlayerViewModel::setPendingSeekTarget(std::optional<double> seconds) {
+    const bool changed = pendingSeekTarget() != seconds;
+    pendingSeekTarget_.send(seconds);
+    if (changed)
+        Q_EMIT pendingSeekTargetChanged();
 }
 
 void PlayerViewModel::scheduleLockRelease() {

@@ -39,7 +39,7 @@ void PlayerViewModel::handleTime(double time, bool visible, std::optional<double
     if (pending) {
         if (std::abs(safeTime - *pending) > seekTolerance)
             return;
-        pendingSeekTarget_.send(std::nullopt);
+        setPendingSeekTarget(std::nullopt);
         setIsSeeking(false);
     }
     if (visible)
@@ -52,7 +52,7 @@ void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber, const FileURL& url)
     const std::optional<double> target = pendingSeekTarget_.value();
     if (seekNumber != seekNumber_ || !target)
         return;
-    pendingSeekTarget_.send(std::nullopt); // the display follows the engine's own position again
+    setPendingSeekTarget(std::nullopt); // the display follows the engine's own position again
     setIsSeeking(false);
     if (!isPlaying_ || !(currentURL_ == url))
         return;

@@ -1,6 +1,7 @@
-// The title of the current file. It comes after the sound has started, and an answer that arrives
-// after the user has gone on to another file is dropped.
+// Title and cover of the current file. They come after the sound has started, and an answer that
+// arrives after the user has gone on to another file is dropped.
 
+#include "Services/FallbackCover.h"
 #include "Utils/TextTrimming.h"
 #include "ViewModels/PlayerViewModel.h"
 
@@ -18,8 +19,40 @@ void PlayerViewModel::loadTrackInformation(const FileURL& url) {
         const QString title = watcher->result().title;
         const QStringView tagged = trimmedOfWhitespaceAndNewlines(title);
         setCurrentTitle(tagged.isEmpty() ? url.nameWithoutExtensionText() : tagged.toString());
+        showArtwork(url, nullptr);
     });
     watcher->setFuture(metadataReader_.loadAsync(url));
+}
+
+void PlayerViewModel::ensureCurrentArtwork() {
+    if (currentArtwork_.isNull() && !currentURL_.isEmpty())
+        showArtwork(currentURL_, fallbackCover);
+}
+
+/// Without a picture the one before stays, unless there is a `fallback`.
+void PlayerViewModel::showArtwork(const FileURL& url, QImage (*fallback)()) {
+    constexpr auto variant = ArtworkLoader::Variant::medium512;
+    ArtworkLoader& loader = surroundings_.artworkLoader != nullptr ? *surroundings_.artworkLoader
+                                                                   : ArtworkLoader::shared();
+    if (const QImage kept = loader.image(url, variant); !kept.isNull()) {
+        setCurrentArtwork(kept);
+        return;
+    }
+    loader.load(url, variant, [player = QPointer(this), url, fallback](const QImage& image) {
+        if (player.isNull() || !(player->currentURL_ == url))
+            return;
+        if (!image.isNull())
+            player->setCurrentArtwork(image);
+        else if (fallback != nullptr)
+            player->setCurrentArtwork(fallback());
+    });
+}
+
+void PlayerViewModel::setCurrentArtwork(const QImage& image) {
+    if (currentArtwork_.cacheKey() == image.cacheKey())
+        return;
+    currentArtwork_ = image;
+    Q_EMIT currentArtworkChanged();
 }
 
 } // namespace tamsy

@@ -7,11 +7,9 @@
 #include <functional>
 #include <optional>
 
-namespace tamsy {
-
 /// The decisions of the player as plain functions on values: when a track has ended and what plays
 /// next. Tracks are matched by their address, never by their identity.
-namespace navigation {
+namespace tamsy::navigation {
 
 /// Remaining time, in seconds, at which a track counts as ended.
 inline constexpr double endThreshold = 0.15;
@@ -43,5 +41,4 @@ struct Step {
 randomTrack(const TrackList& pool, const FileURL& current,
             const std::function<qsizetype(qsizetype)>& randomBelow);
 
-} // namespace navigation
-} // namespace tamsy
+} // namespace tamsy::navigation

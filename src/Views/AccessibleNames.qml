@@ -11,4 +11,11 @@ QtObject {
     readonly property string menuBar: "菜单栏"
     readonly property string scrollBar: "滚动条"
     readonly property string playerBar: "播放控制"
+    readonly property string playPause: "播放 / 暂停"
+    readonly property string previous: "上一首"
+    readonly property string next: "下一首"
+    readonly property string shuffle: "随机播放"
+    readonly property string repeatOne: "单曲循环"
+    readonly property string volume: "音量"
+    readonly property string lyrics: "歌词"
 }

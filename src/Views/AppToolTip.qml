@@ -5,6 +5,8 @@ import QtQuick.Controls
 ToolTip {
     id: tip
 
+    property ThemeColors colors: Theme.colors
+
     delay: Theme.toolTipDelay
     y: parent ? parent.height + 4 : 0
     x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
@@ -18,10 +20,10 @@ ToolTip {
         text: tip.text
         textFormat: Text.PlainText
         font.pixelSize: Theme.smallSize
-        color: Theme.colors.tipText
+        color: tip.colors.tipText
     }
     background: Rectangle {
-        color: Theme.colors.tip
+        color: tip.colors.tip
         radius: Theme.smallRadius
     }
     enter: Transition {

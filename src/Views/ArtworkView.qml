@@ -1,9 +1,14 @@
 import QtQuick
+import Tamsy.Views
 
-/// The small cover of a row; a playing row carries a speaker over it.
+/// The small cover of a row, the fallback cover until it has come; a playing row carries a speaker
+/// over it.
 Item {
     id: artwork
 
+    property alias address: thumbnail.address
+    /// The row is on screen.
+    property alias isShown: thumbnail.isShown
     property bool current: false
     property bool playing: false
 
@@ -11,12 +16,22 @@ Item {
     height: 28
     Accessible.ignored: true
 
+    Thumbnail {
+        id: thumbnail
+    }
     Image {
         anchors.fill: parent
+        visible: !thumbnail.hasImage
         source: "image://covers/fallback"
         sourceSize.width: 28
         sourceSize.height: 28
         cache: true
+    }
+    PictureItem {
+        anchors.fill: parent
+        visible: thumbnail.hasImage
+        image: thumbnail.image // qmllint disable
+        radius: Theme.smallRadius
     }
     Rectangle {
         anchors.fill: parent

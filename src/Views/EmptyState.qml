@@ -7,6 +7,7 @@ Column {
     required property string iconName
     required property string title
     required property string message
+    property ThemeColors colors: Theme.colors
 
     spacing: 8
 
@@ -14,7 +15,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         name: state.iconName
         size: 40
-        color: Theme.colors.text2
+        color: state.colors.text2
     }
     Text {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -22,7 +23,7 @@ Column {
         textFormat: Text.PlainText
         font.pixelSize: Theme.headlineSize
         font.weight: Font.DemiBold
-        color: Theme.colors.text
+        color: state.colors.text
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
@@ -31,7 +32,7 @@ Column {
         text: state.message
         textFormat: Text.PlainText
         font.pixelSize: Theme.bodySize
-        color: Theme.colors.text2
+        color: state.colors.text2
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }

@@ -7,6 +7,7 @@ Item {
     id: bar
 
     required property PlayerViewModel player
+    required property LibraryViewModel library
     /// What the bar lies over, drawn blurred behind it.
     required property Item backdrop
 
@@ -42,15 +43,17 @@ Item {
             iconName: bar.player.isPlaying ? "pause" : "play"
             onClicked: bar.player.togglePlayPause()
         }
-        Text {
+        Item {
             Layout.fillWidth: true
-            text: bar.player.currentTitle !== "" ? bar.player.currentTitle : bar.player.currentAddress === "" ? "无正在播放" : ""
-            textFormat: Text.PlainText
-            elide: Text.ElideRight
-            font.pixelSize: Theme.bodySize
-            color: Theme.colors.text
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            implicitHeight: title.implicitHeight
+
+            TitleButton {
+                id: title
+
+                width: Math.min(implicitWidth, parent.width)
+                text: bar.player.currentTitle !== "" ? bar.player.currentTitle : bar.player.currentAddress === "" ? "无正在播放" : ""
+                onClicked: bar.player.showNowPlayingWindow(bar.player, bar.library)
+            }
         }
         Text {
             text: TimeFormat.timeString(bar.player.currentTime) + " / " + TimeFormat.timeString(bar.player.duration)

@@ -9,16 +9,26 @@ QtObject {
         dark: Appearance.dark
     }
 
+    /// The window over the cover's colours is always dark.
+    readonly property ThemeColors onArt: ThemeColors {
+        dark: true
+    }
+    readonly property color accentOnArt: "#8CF5DA"
+
     readonly property int smallSize: 12
     readonly property int bodySize: 14
     readonly property int headlineSize: 16
 
     readonly property int smallRadius: 4
     readonly property int radius: 8
+    readonly property int largeRadius: 12
 
     readonly property int fadeIn: 120
     readonly property int fadeOut: 180
     readonly property int surfaceOut: 80
+    readonly property int sheetIn: 200
+    readonly property int sheetOut: 140
+    readonly property int thumbOut: 160
     readonly property int toolTipDelay: 600
 
     readonly property real barOpacity: 0.72

@@ -6,6 +6,8 @@ import QtQuick.Controls
 ScrollBar {
     id: bar
 
+    property ThemeColors colors: Theme.colors
+
     implicitWidth: 12
     padding: 2
     minimumSize: 0.05
@@ -22,7 +24,7 @@ ScrollBar {
             width: bar.hovered || bar.pressed ? 8 : 4
             height: parent.height
             radius: 2
-            color: Theme.colors.scroll
+            color: bar.colors.scroll
             opacity: bar.hovered || bar.pressed ? 0.45 : 0.28
         }
         states: State {

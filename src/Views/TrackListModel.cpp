@@ -2,8 +2,6 @@
 
 #include <QUuid>
 
-#include <algorithm>
-
 namespace tamsy {
 namespace {
 
@@ -24,7 +22,7 @@ void TrackListModel::setLibrary(LibraryViewModel* library) {
 }
 
 void TrackListModel::reload() {
-    TrackList tracks = library_ ? library_->filteredTracks() : TrackList();
+    TrackRows tracks = library_ ? library_->filteredRows() : TrackRows();
     // The rows stay, and the list keeps its place, where a change elsewhere left these tracks
     // alone.
     if (tracks == tracks_)
@@ -35,7 +33,7 @@ void TrackListModel::reload() {
 }
 
 int TrackListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(tracks_.size());
+    return parent.isValid() ? 0 : tracks_.size();
 }
 
 QVariant TrackListModel::data(const QModelIndex& index, int role) const {
@@ -66,10 +64,16 @@ QHash<int, QByteArray> TrackListModel::roleNames() const {
 }
 
 int TrackListModel::indexOf(const QString& trackId) const {
-    const QUuid id(trackId);
-    const auto found = std::find_if(tracks_.cbegin(), tracks_.cend(),
-                                    [&](const Track& track) { return track.id == id; });
-    return found == tracks_.cend() ? -1 : static_cast<int>(found - tracks_.cbegin());
+    return tracks_.indexOf(QUuid(trackId));
+}
+
+int TrackListModel::indexOfAddress(const QString& address) const {
+    const FileURL url = FileURL::fromAbsoluteString(address.toUtf8()).value_or(FileURL());
+    for (int row = 0; row < tracks_.size(); ++row) {
+        if (tracks_.at(row).url == url)
+            return row;
+    }
+    return -1;
 }
 
 QString TrackListModel::idAt(int row) const {

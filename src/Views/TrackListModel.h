@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Models/Track.h"
 #include "ViewModels/LibraryViewModel.h"
 
 #include <QAbstractListModel>
@@ -29,6 +28,9 @@ class TrackListModel : public QAbstractListModel {
     /// The first row of the track with this identity, or -1.
     Q_INVOKABLE [[nodiscard]] int indexOf(const QString& trackId) const;
 
+    /// The first row of a file, by its address, or -1.
+    Q_INVOKABLE [[nodiscard]] int indexOfAddress(const QString& address) const;
+
     /// The identity of a row's track; empty outside the list.
     Q_INVOKABLE [[nodiscard]] QString idAt(int row) const;
 
@@ -43,7 +45,7 @@ class TrackListModel : public QAbstractListModel {
     void reload();
 
     QPointer<LibraryViewModel> library_;
-    TrackList tracks_;
+    TrackRows tracks_;
 };
 
 } // namespace tamsy

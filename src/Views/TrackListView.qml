@@ -20,6 +20,13 @@ Item {
             player.play(url);
     }
 
+    /// Brings the row of the current track in sight, if it is listed.
+    function revealCurrent() {
+        const row = tracks.indexOfAddress(player.currentAddress);
+        if (row >= 0)
+            list.reveal(row);
+    }
+
     // The base of a model made in C++ is unknown to the checker.
     // qmllint disable
     TrackListModel {

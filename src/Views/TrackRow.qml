@@ -17,6 +17,8 @@ Item {
     property bool selected: false
     property bool hasListFocus: false
     property bool showsKeyboardFocus: false
+    /// False while the row waits to be used again.
+    property bool isShown: true
     readonly property bool current: address === player.currentAddress
     readonly property bool vivid: selected && hasListFocus
 
@@ -25,6 +27,8 @@ Item {
     signal clicked(bool onTitle)
 
     height: 36
+    ListView.onPooled: isShown = false
+    ListView.onReused: isShown = true
     Accessible.role: Accessible.Row
     Accessible.name: title + " " + artist + " " + album + " " + duration
     Accessible.selectable: true
@@ -72,6 +76,8 @@ Item {
 
         ArtworkView {
             anchors.verticalCenter: parent.verticalCenter
+            address: row.address
+            isShown: row.isShown
             current: row.current
             playing: row.current && row.player.isPlaying
         }

@@ -1,32 +1,13 @@
 #include "Child.h"
+#include "FileSizeLimit.h"
 #include "Platform/UserDefaults.h"
 #include "TemporaryFolder.h"
 
 #include <QRandomGenerator>
 
-#include <csignal>
-#include <sys/resource.h>
-
 using namespace tamsy;
 
 namespace {
-
-/// Files can't grow beyond `bytes` while it lives; a write then fails half-way, as on a full disk.
-class FileSizeLimit {
-  public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &former_);
-        const rlimit limit{bytes, former_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &former_); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-  private:
-    rlimit former_{};
-};
 
 TEST(UserDefaults, GivesTheLatestValueAtOnceAndToTheNextRun) {
     const TemporaryFolder folder;

@@ -3,7 +3,6 @@
 #include "Playback/FakeEngine.h"
 #include "Playback/MiniaudioPlaybackEngine.h"
 #include "Playback/TestAudio.h"
-#include "Utils/JoinedSubscription.h"
 
 #include <QElapsedTimer>
 #include <gmock/gmock.h>
@@ -153,10 +152,10 @@ TEST_P(EngineContract, ASeekIsReportedAtOnceAndKeepsWhatWasOn) {
     EXPECT_FALSE(isPlaying());
     engine->play();
     ASSERT_TRUE(waitUntil([&] { return isPlaying(); }));
-    for (const auto& [target, reported] :
-         {std::pair(3.0, 3.0), {0.5, 0.5}, {-3.0, 0.0}, {std::nan(""), 0.0}}) {
-        engine->seek(target);
-        EXPECT_TRUE(waitUntil([&] { return std::abs(time() - reported) <= 0.05; }, 500)) << target;
+    for (const auto& row : {std::pair(3.0, 3.0), {0.5, 0.5}, {-3.0, 0.0}, {std::nan(""), 0.0}}) {
+        engine->seek(row.first);
+        EXPECT_TRUE(waitUntil([&] { return std::abs(time() - row.second) <= 0.05; }, 500))
+            << row.first;
         EXPECT_TRUE(isPlaying());
     }
     engine->setUpdateInterval(0.05);
@@ -180,22 +179,6 @@ TEST_P(EngineContract, ReportsComeAtTheIntervalAndNoFasterThanTheLeast) {
     EXPECT_NEAR(seconds, 20 * 0.05, 0.15);
     EXPECT_NEAR(time() - from, seconds, 0.1); // in real time, with or without a sound device
     EXPECT_THAT(sent.durations, Each(Ge(3.9)));
-}
-
-TEST(MiniaudioPlaybackEngine, EachSettingOfTheIntervalStartsTheRefreshAnew) {
-    MiniaudioPlaybackEngine engine;
-    engine.load(testAudio("tone-800.wav"));
-    engine.setUpdateInterval(0.2);
-    engine.play();
-    const Sent sent(engine);
-    for (int i = 0; i < 8; ++i) {
-        QTest::qWait(50);
-        engine.setUpdateInterval(0.2);
-    }
-    EXPECT_THAT(sent.times, SizeIs(1));
-    EXPECT_TRUE(waitUntil([&] { return sent.times.size() > 1; }));
-    engine.stop();
-    EXPECT_NEAR(engine.durationPublisher().value(), 4, 0.001); // until the next load
 }
 
 TEST_P(EngineContract, AFileThatCannotBeOpenedDoesNotStart) {
@@ -225,70 +208,5 @@ INSTANTIATE_TEST_SUITE_P(
                     Kind{"AV", "tone-600.m4a", make<AVPlaybackEngine>},
                     Kind{"Composite", "tone-1200.flac", make<CompositePlaybackEngine>}),
     [](const auto& row) { return row.param.name; });
-
-/// What the player needs to know that a file has ended: a report within 0.15 s of the duration
-/// that was sent while the engine said it plays.
-struct EndWatch {
-    explicit EndWatch(const QByteArray& name, double interval) : file(name) {
-        engine.setVolume(0);
-        engine.setUpdateInterval(interval);
-        engine.load(testAudio(name));
-        engine.play();
-    }
-
-    QByteArray file;
-    CompositePlaybackEngine engine;
-    QObject receiver;
-    bool ended = false;
-    Subscriptions subscriptions = receiveJoinedOn(
-        &receiver,
-        [this](double time, double duration, bool playing) {
-            ended = ended || (duration > 0 && playing && duration - time <= 0.15);
-        },
-        engine.currentTimePublisher(), engine.durationPublisher(), engine.isPlayingPublisher());
-};
-
-/// Plays the files at the same time and waits for their ends.
-void expectEnds(const QByteArrayList& names, double interval) {
-    std::vector<std::unique_ptr<EndWatch>> watches;
-    for (const QByteArray& name : names)
-        watches.push_back(std::make_unique<EndWatch>(name, interval));
-    static_cast<void>(waitUntil([&] {
-        return std::all_of(watches.begin(), watches.end(),
-                           [](const auto& watch) { return watch->ended; });
-    }));
-    for (const auto& watch : watches)
-        EXPECT_TRUE(watch->ended) << watch->file.toStdString() << " at " << interval;
-}
-
-TEST(EndOfFile, IsToldInEveryFormatHoweverShortAndHoweverRareTheReports) {
-    for (const double interval : {0.25, 1.2}) {
-        QByteArrayList together = {"short-flac.oga"};
-        for (const char* extension : extensions) {
-            for (const char* name : {"short-0.1.", "short-0.3.", "short-0.5."}) {
-                const QByteArray file = QByteArray(name) + extension;
-                // The program has one engine over the platform's player, and so has this test.
-                if (CompositePlaybackEngine::isMiniaudioFormat(extension))
-                    together.append(file);
-                else
-                    expectEnds({file}, interval);
-            }
-        }
-        expectEnds(together, interval);
-    }
-}
-
-TEST(EndOfFile, FollowsASeekToTheEndInEveryFormat) {
-    QByteArrayList names = {"steps-cbr-no-header.mp3", "steps-vbr-no-header.mp3", "steps-vbr.mp3",
-                            "steps-vbr.aac", "steps-mono.aac"};
-    for (const char* extension : extensions)
-        names.append(QByteArray("steps.") + extension);
-    for (const QByteArray& name : names) {
-        EndWatch watch(name, 0.25);
-        ASSERT_TRUE(waitUntil([&] { return watch.engine.durationPublisher().value() > 0; }));
-        watch.engine.seek(watch.engine.durationPublisher().value());
-        EXPECT_TRUE(waitUntil([&] { return watch.ended; })) << name.toStdString();
-    }
-}
 
 } // namespace

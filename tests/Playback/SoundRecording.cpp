@@ -10,7 +10,7 @@ namespace tamsy::test {
 
 SoundRecording::SoundRecording() {
     recorder_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    recorder_.start(QStringLiteral("parec"),
+    recorder_.start(u"parec"_qs,
                     QStringLiteral("--device=tamsy.monitor --format=float32le --rate=48000 "
                                    "--channels=1 --latency-msec=10 --raw")
                         .split(u' '));
@@ -29,8 +29,9 @@ std::size_t SoundRecording::size() {
     samples_.resize(before + count);
     if (count == 0)
         return before; // there may be no storage to copy to yet
-    std::memcpy(samples_.data() + before, rest_.constData(), count * sizeof(float));
-    rest_ = rest_.sliced(static_cast<qsizetype>(count * sizeof(float)));
+    const std::size_t bytes = count * sizeof(float);
+    std::memcpy(samples_.data() + before, rest_.constData(), bytes);
+    rest_ = rest_.sliced(static_cast<qsizetype>(bytes));
     return samples_.size();
 }
 

@@ -59,7 +59,7 @@ TEST_F(FolderPersistenceTest, ReadsWhatIsADocumentAndMovesAsideWhatIsNone) {
     };
     const Row rows[] = {
         {documentWith(), true},
-        {documentWith("\"album\":\"l\",", "\"album\":\"l\",\"new\":[{}],"), true},
+        {documentWith(R"("album":"l",)", R"("album":"l","new":[{}],)"), true},
         {documentWith("0A1B2C3D", "0a1b2c3d"), true},
         {documentWith("700000000.25", "7E8"), true},
         {documentWith("700000000.25", "-18446744073709551616"), true},
@@ -74,13 +74,13 @@ TEST_F(FolderPersistenceTest, ReadsWhatIsADocumentAndMovesAsideWhatIsNone) {
         {documentWith("\"t\"", "5"), false},
         {documentWith("\"t\"", "\"\xFF\""), false},
         {documentWith("\"t\"", R"("\ud800")"), false},
-        {documentWith("\"artist\":\"r\",", ""), false},
+        {documentWith(R"("artist":"r",)", ""), false},
         {documentWith("\"dateAdded\":700000000.25,", ""), false},
         {documentWith("\"Ym9vaw==\"", "null"), false},
         {documentWith("0A1B2C3D-", "0A1B2C3D"), false},
         {documentWith("0A1B2C3D", "{A1B2C3D"), false},
         {documentWith("\"tracks\":[", "\"tracks\":[7,"), false},
-        {documentWith("[{\"id\":\"0A", "[[],{\"id\":\"0A"), false},
+        {documentWith(R"([{"id":"0A)", R"([[],{"id":"0A)"), false},
         {"{}", false},
         {"null", false},
         {"", false},
@@ -114,7 +114,7 @@ TEST_F(FolderPersistenceTest, ReadsEachFieldAsItIsStored) {
     EXPECT_EQ(read.fileExtension, u"mp3"_qs);
     store(documentWith("file:///m/a.mp3", "https://m/a.mp3"));
     EXPECT_EQ(persistence.loadRecords().at(0).tracks.value().at(0).url, FileURL::fromPath("/"));
-    for (const char* tracks : {"\"tracks\":null,\"x\":[", "\"other\":["}) {
+    for (const char* tracks : {R"("tracks":null,"x":[)", R"("other":[)"}) {
         store(documentWith("\"tracks\":[", tracks));
         EXPECT_FALSE(persistence.loadRecords().at(0).tracks);
     }

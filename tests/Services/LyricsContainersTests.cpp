@@ -97,7 +97,7 @@ TEST(LyricsContainers, WalkTheBlocksOfAFlacFile) {
         {"fLaC" + block(4, others) + block(0x84, lyrics).chopped(1), "nothing"},
         {"fLaC" + block(1, QByteArray(20'000, 'x')) + block(0x84, lyrics), "plain: a"},
         {"fLac" + block(0x84, lyrics), "nothing"},
-        {"fLaC" + block(4, others) + "\4\0", "nothing"},
+        {"fLaC" + block(4, others) + QByteArray("\4\0", 2), "nothing"},
     };
     for (const auto& [file, expected] : rows)
         EXPECT_EQ(shown(readFlacVorbisLyrics(media::MemorySource(file))), expected);

@@ -46,8 +46,8 @@ const QStringView rowsOfRows[] = {
 TEST(LyricsParsing, ReadsStampsTagsAndLineEnds) {
     int count = 0;
     for (const QStringView rows : rowsOfRows) {
-        for (const QString& row : rows.toString().split(QStringLiteral(" ¶ "))) {
-            const QStringList parts = row.split(QStringLiteral(" → "));
+        for (const QString& row : rows.toString().split(u" ¶ "_qs)) {
+            const QStringList parts = row.split(u" → "_qs);
             const std::string lines = parts[1].toStdString();
             EXPECT_EQ(shown(parseLRCFormat(parts[0])),
                       lines == "-" ? "nothing" : "synced: " + lines)
@@ -76,13 +76,13 @@ TEST(LyricsParsing, ChoosesBetweenSyncedAndPlainByTheSourcesRule) {
 }
 
 TEST(LyricsParsing, StaysQuickOnHostileTexts) {
-    const QString longLine = QStringLiteral("[00:01]") + QString(500'000, u'a');
+    const QString longLine = u"[00:01]"_qs + QString(500'000, u'a');
     EXPECT_EQ(parseLRCFormat(longLine)->lines.front().text.size(), 500'000);
     EXPECT_FALSE(parseLRCFormat(QString(500'000, u'[')));
-    EXPECT_FALSE(parseLRCFormat(QStringLiteral("[00:01.").repeated(100'000)));
-    const auto many = parseLRCFormat(QStringLiteral("[00:02]b\n[00:01]a\n").repeated(50'000));
+    EXPECT_FALSE(parseLRCFormat(u"[00:01."_qs.repeated(100'000)));
+    const auto many = parseLRCFormat(u"[00:02]b\n[00:01]a\n"_qs.repeated(50'000));
     EXPECT_EQ(many->lines.size(), 100'000);
-    EXPECT_EQ(many->lines[49'999].text + many->lines[50'000].text, QStringLiteral("ab"));
+    EXPECT_EQ(many->lines[49'999].text + many->lines[50'000].text, u"ab"_qs);
 }
 
 TEST(LyricsDecoding, TakesTheFirstEncodingThatFits) {

@@ -1,16 +1,17 @@
 #include "Services/LyricsReader.h"
 
+#include "Platform/InterfaceThread.h"
 #include "Platform/TemporaryFolder.h"
 #include "Services/LyricsText.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <memory>
 #include <sys/stat.h>
+#include <thread>
 
 using namespace tamsy;
 
@@ -21,13 +22,12 @@ std::string loaded(const QByteArray& path) {
     static int argc = 0;
     static QCoreApplication application(argc, nullptr);
     std::string answer;
-    const std::unique_ptr<QThread> loader(QThread::create([&] {
+    std::thread loader([&] {
         answer = shown(LyricsReader().load(FileURL::fromPath(path)));
-        QMetaObject::invokeMethod(&application, &QCoreApplication::quit);
-    }));
-    loader->start();
+        InterfaceThread::run(&QCoreApplication::quit);
+    });
     QCoreApplication::exec();
-    loader->wait();
+    loader.join();
     return answer;
 }
 
@@ -67,10 +67,7 @@ TEST(LyricsReader, TakesTheSidecarOfTheSameNameOrTheOnlyOne) {
         {nothing, {{"b.lrc", largest + '\n'}}},
         {found, {{"a.lrc", "\xEF\xBB\xBF" + right}}},
         {nothing, {{"a.lrc", right + "\n[00:02]\xB8\xE8"}}}, // GBK
-        {nothing,
-         {{"a.lrc", QByteArray("\xFF\xFE[\0"
-                               "0\0",
-                               6)}}},
+        {nothing, {{"a.lrc", QByteArray::fromHex("fffe5b003000")}}},
         {nothing, {{"a.lrc", ""}}},
     };
     for (const Row& row : rows) {

@@ -16,6 +16,5 @@ inline std::string shown(const std::optional<tamsy::Lyrics>& lyrics) {
         lines << (lyrics->isSynced || time != 0
                       ? QString(QString::number(time, 'g', 12) + QChar(u' ') + text)
                       : text);
-    return (lyrics->isSynced ? "synced: " : "plain: ") +
-           lines.join(QStringLiteral(" | ")).toStdString();
+    return (lyrics->isSynced ? "synced: " : "plain: ") + lines.join(u" | "_qs).toStdString();
 }

@@ -5,9 +5,7 @@
 #include "Platform/Media/MemoryFile.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -24,22 +22,6 @@ FileURL fixture(const char* name) {
     return FileURL::fromPath(QByteArray(TAG_FIXTURES "/").append(name));
 }
 
-/// Lets the interface thread work until `condition` holds; false after ten seconds.
-bool workUntil(auto&& condition) {
-    for (QElapsedTimer timer =
-             [] {
-                 QElapsedTimer t;
-                 t.start();
-                 return t;
-             }();
-         !condition();) {
-        if (timer.hasExpired(10'000))
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
-
 /// What `load` gives on a thread of its own while the interface thread works.
 AudioMetadata loadBlocking(const FileURL& url) {
     AudioMetadata metadata;
@@ -48,7 +30,7 @@ AudioMetadata loadBlocking(const FileURL& url) {
         metadata = MetadataReader().load(url);
         isDone = true;
     });
-    EXPECT_TRUE(workUntil([&] { return isDone.load(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDone.load(); }));
     thread.join();
     return metadata;
 }
@@ -61,10 +43,17 @@ std::string tag(const std::string& frames) {
     return "ID3\3\0\0\0\0\0"s + static_cast<char>(frames.size()) + frames;
 }
 
-TEST(MetadataReader, GivesTheSameTextsOnAllThreePaths) {
-    for (const char* name :
-         {"mp3-v24.mp3", "m4a-movie-last.m4a", "m4a-user-data.m4a", "flac-plain.flac",
-          "ogg-vorbis.ogg", "wav-info.wav", "aif-id3.aif", "caf-pcm.caf", "aac-v2.aac"}) {
+TEST(MetadataReader, GivesTheSameTextsOnBothPathsAndTheCoverOnOne) {
+    const std::pair<const char*, bool> rows[] = {
+        {"mp3-v24.mp3", true},        {"mp3-v23.mp3", true},
+        {"mp3-v22.mp3", true},        {"mp3-v23-unsynchronised.mp3", true},
+        {"m4a-movie-last.m4a", true}, {"m4a-user-data.m4a", false},
+        {"flac-plain.flac", true},    {"ogg-vorbis.ogg", true},
+        {"ogg-opus.ogg", true},       {"wav-info.wav", false},
+        {"aif-id3.aif", false},       {"caf-pcm.caf", false},
+        {"aac-v2.aac", false},
+    };
+    for (const auto& [name, hasCover] : rows) {
         SCOPED_TRACE(name);
         const AudioMetadata scanned = MetadataReader().loadWithoutArtwork(fixture(name));
         const AudioMetadata loaded = loadBlocking(fixture(name));
@@ -73,35 +62,8 @@ TEST(MetadataReader, GivesTheSameTextsOnAllThreePaths) {
         EXPECT_EQ(loaded.artist, scanned.artist);
         EXPECT_EQ(loaded.album, scanned.album);
         EXPECT_EQ(loaded.duration, scanned.duration);
-        EXPECT_NEAR(scanned.duration, 2, 0.05);
         EXPECT_TRUE(scanned.artwork.isNull());
-    }
-}
-
-TEST(MetadataReader, FindsTheCoverInEveryKindOfTag) {
-    const std::pair<const char*, QSize> rows[] = {
-        {"mp3-v23-unsynchronised.mp3", {64, 64}},
-        {"mp3-v22.mp3", {64, 64}},
-        {"m4a-movie-last.m4a", {64, 64}},
-        {"ogg-vorbis.ogg", {64, 64}},
-        {"ogg-opus.ogg", {64, 64}}, // a picture as text
-        {"flac-plain.flac", {64, 64}},
-        {"flac-leading-id3.flac", {}},
-        {"wav-info.wav", {}},
-    };
-    for (const auto& [name, size] : rows)
-        EXPECT_EQ(loadBlocking(fixture(name)).artwork.size(), size.isValid() ? size : QSize(0, 0))
-            << name;
-}
-
-TEST(MetadataReader, WalksAFlacFilesPicturesByItsExtension) {
-    const QTemporaryDir directory;
-    for (const auto& [name, isFound] : {std::pair("a.FLAC", true), std::pair("a.ogg", false)}) {
-        const QString path = directory.filePath(QString::fromLatin1(name));
-        ASSERT_TRUE(QFile::copy(QStringLiteral(TAG_FIXTURES "/flac-plain.flac"), path));
-        const AudioMetadata metadata = loadBlocking(FileURL::fromPath(path.toLocal8Bit()));
-        EXPECT_EQ(metadata.title, u"夜曲 Nocturne"_qs);
-        EXPECT_EQ(!metadata.artwork.isNull(), isFound) << name;
+        EXPECT_EQ(loaded.artwork.size(), hasCover ? QSize(64, 64) : QSize(0, 0));
     }
 }
 
@@ -144,7 +106,7 @@ TEST(MetadataReader, ContinuesOnTheInterfaceThread) {
         MetadataReader().loadAsync(fixture("mp3-v24.mp3")).then([&](const AudioMetadata&) {
             isCurrent = InterfaceThread::isCurrent();
         });
-    EXPECT_TRUE(workUntil([&] { return done.isFinished(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return done.isFinished(); }));
     EXPECT_TRUE(isCurrent);
 }
 
@@ -157,9 +119,3 @@ TEST(MetadataReader, LetsItsWaitersGoWhenTheProgramQuits) {
 }
 
 } // namespace
-
-int main(int argumentCount, char** arguments) {
-    ::testing::InitGoogleTest(&argumentCount, arguments);
-    const QCoreApplication application(argumentCount, arguments);
-    return RUN_ALL_TESTS();
-}

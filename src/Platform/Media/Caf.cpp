@@ -86,9 +86,10 @@ double readCaf(MediaParse& parse, std::uint64_t offset) {
         else if (chunk->name == "id3 " || chunk->name == "ID3 ")
             readId3v2Tags(parse, chunk->body);
     }
-    if (description.bytesPerPacket != 0)
-        frames = static_cast<double>(dataBytes / description.bytesPerPacket) *
-                 description.framesPerPacket;
+    if (description.bytesPerPacket != 0) {
+        const std::uint64_t packets = dataBytes / description.bytesPerPacket;
+        frames = static_cast<double>(packets) * description.framesPerPacket;
+    }
     // A packet has a byte at the least.
     const bool isBorneOut = description.framesPerPacket == 0 ||
                             frames / description.framesPerPacket <= static_cast<double>(dataBytes);

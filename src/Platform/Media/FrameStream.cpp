@@ -116,7 +116,7 @@ class FrameWalk {
     double seconds() {
         while (!isLongEnough() && (passFrames() || passJunk())) {
         }
-        const double all = static_cast<double>(window_.size() - first_);
+        const auto all = static_cast<double>(window_.size() - first_);
         const double part = isLongEnough() ? static_cast<double>(position_ - first_) / all : 1;
         return static_cast<double>(samples_) / header_.sampleRate / part;
     }

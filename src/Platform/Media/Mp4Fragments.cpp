@@ -84,7 +84,8 @@ void Mp4Fragments::addRun(const Mp4Atom& run, Track& track, std::uint32_t sample
         track.units += std::uint64_t{samples} * sampleDuration;
         return;
     }
-    const std::uint64_t stride = 4U * static_cast<unsigned>(std::popcount(flags & sampleFields));
+    const std::uint64_t stride =
+        4 * static_cast<std::uint64_t>(std::popcount(flags & sampleFields));
     std::uint64_t position = run.body + 8 + ((flags & hasDataOffset) != 0 ? 4U : 0U) +
                              ((flags & hasFirstFlags) != 0 ? 4U : 0U);
     for (std::uint32_t i = 0; i < samples && samplesLeft_ > 0; ++i, --samplesLeft_) {

@@ -1,8 +1,7 @@
 #include "Platform/MediaPlayer/MediaPlaybackThread.h"
 
+#include "Platform/InterfaceThread.h"
 #include "Platform/MediaPlayer/MediaBackendModule.h"
-
-#include <QMetaObject>
 
 #include <mutex>
 #include <utility>
@@ -24,7 +23,7 @@ class ReportBox {
         const std::scoped_lock lock(mutex_);
         reports_.push_back(report);
         if (receiver_ && reports_.size() == 1)
-            QMetaObject::invokeMethod(receiver_, wake, Qt::QueuedConnection);
+            InterfaceThread::run(receiver_, wake);
     }
 
     std::vector<PlaybackReport> take() {

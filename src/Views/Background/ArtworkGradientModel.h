@@ -111,7 +111,7 @@ class ArtworkGradientModel : public QObject {
     bool isSeeking_ = false;
     bool isFullScreen_ = false;
     bool isActive_ = true;
-    QSizeF area_;
+    QSizeF area_{0, 0};
     std::array<QVector4D, 6> blobs_;
     QTimer timer_; // one shot, to the start of the next step
 };

@@ -23,12 +23,12 @@ using BlobStyle = std::variant<VerticalStyle, HorizontalStyle, CircleStyle>;
 /// clock.
 struct BlobConfig {
     BlobStyle style;
-    QPointF center;        ///< fractions of the area, each 0.2 to 0.8
-    QSizeF originOffset;   ///< points, -200 to 200 by -150 to 150
-    double sizeScale = 0;  ///< fraction of the shorter side, 0.12 to 0.3
-    double alpha = 0;      ///< 0.65 to 0.9
-    double speed = 0;      ///< cycles per second, 0.025 to 0.1
-    double blurRadius = 0; ///< points, 4 to 8
+    QPointF center;            ///< fractions of the area, each 0.2 to 0.8
+    QSizeF originOffset{0, 0}; ///< points, -200 to 200 by -150 to 150
+    double sizeScale = 0;      ///< fraction of the shorter side, 0.12 to 0.3
+    double alpha = 0;          ///< 0.65 to 0.9
+    double speed = 0;          ///< cycles per second, 0.025 to 0.1
+    double blurRadius = 0;     ///< points, 4 to 8
 
     /// Any blob; the one with `index` 4 is the small one.
     [[nodiscard]] static BlobConfig random(int index,

@@ -38,7 +38,7 @@ struct Answer {
 
 Answer ourAnswer(const QByteArray& path) {
     const MediaAsset asset(FileURL::fromPath(path), MediaAsset::Depth::CommonTexts);
-    const auto info = asset.infoDictionary();
+    const auto& info = asset.infoDictionary();
     return {{info.value(u"title"_qs), info.value(u"artist"_qs), info.value(u"album"_qs)},
             asset.duration()};
 }
@@ -153,7 +153,7 @@ TEST(Tags, AreTheSameAtEveryDepth) {
         const MediaAsset full(url, MediaAsset::Depth::Full);
         const MediaAsset items(url, MediaAsset::Depth::Items);
         EXPECT_EQ(full.infoDictionary(), items.infoDictionary()) << row.file;
-        const auto info = full.infoDictionary();
+        const auto& info = full.infoDictionary();
         const Texts texts = {info.value(u"title"_qs), info.value(u"artist"_qs),
                              info.value(u"album"_qs)};
         EXPECT_EQ(texts, row.texts) << row.file;

@@ -39,7 +39,7 @@ void ffmpeg(const QByteArray& arguments) {
 
 QByteArray soundFile(const SoundFile& file, double seconds) {
     const QByteArray name = QByteArray::number(seconds) + '-' + file.name;
-    const QByteArray path = folder() + '/' + name;
+    QByteArray path = folder() + '/' + name;
     if (std::filesystem::exists(path.toStdString()))
         return path;
     const bool isPacked = name.endsWith("aac.caf");
@@ -53,7 +53,7 @@ QByteArray soundFile(const SoundFile& file, double seconds) {
 }
 
 QByteArray fileWith(const QByteArray& name, const QByteArray& bytes, qint64 size) {
-    const QByteArray path = folder() + '/' + name;
+    QByteArray path = folder() + '/' + name;
     const int descriptor = ::open(path.constData(), O_CREAT | O_TRUNC | O_WRONLY, 0600);
     const auto count = static_cast<std::size_t>(bytes.size());
     EXPECT_EQ(::write(descriptor, bytes.constData(), count), bytes.size());

@@ -29,7 +29,7 @@ TEST(GradientBlobsTest, TheClockAloneSaysWhereABlobStands) {
         {blob(VerticalStyle(), center, offset), wide, 0.1, {620, 427.557050}},
         {blob(HorizontalStyle(), center, offset), wide, 0.1, {796.335576, 349.684588}},
         // A quarter of a century after the reference date it must still move smoothly.
-        {blob(CircleStyle{1.1, 0.9, false}, {0.5, 0.5}, {}),
+        {blob(CircleStyle{1.1, 0.9, false}, {0.5, 0.5}, {0, 0}),
          {999, 700},
          0.0731 * 817000000.25,
          {846.364610, 368.052793}},
@@ -85,7 +85,7 @@ class ArtworkGradientModelTest : public testing::Test {
 
     double now = 8e8;
     ArtworkGradientModel model{[this] { return now; },
-                               {blob(VerticalStyle(), {0.5, 0.5}, {}), {}, {}, {}, {}, {}}};
+                               {blob(VerticalStyle(), {0.5, 0.5}, {0, 0}), {}, {}, {}, {}, {}}};
     QSignalSpy colors{&model, &ArtworkGradientModel::colorsChanged};
     QSignalSpy steps{&model, &ArtworkGradientModel::blobsChanged};
 };
@@ -113,11 +113,12 @@ TEST_F(ArtworkGradientModelTest, ColorsFollowTheCoverButNotDuringASeek) {
 TEST_F(ArtworkGradientModelTest, StepsAreQuantisedByTheForm) {
     const double narrow = 1.0 / 24;
     now = 8e8 + 5.5 * narrow;
+    steps.clear();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !steps.isEmpty(); }));
     const auto expected = [&](double interval) {
         const double t = 0.05 * quantizedTime(now, interval);
         return static_cast<float>(
-            blobPosition(blob(VerticalStyle(), {0.5, 0.5}, {}), {1200, 800}, t).y());
+            blobPosition(blob(VerticalStyle(), {0.5, 0.5}, {0, 0}), {1200, 800}, t).y());
     };
     EXPECT_FLOAT_EQ(model.blob0().y(), expected(narrow));
     model.setIsFullScreen(true);
@@ -128,7 +129,9 @@ TEST_F(ArtworkGradientModelTest, StepsAreQuantisedByTheForm) {
 }
 
 TEST(ArtworkGradientTimerTest, StepsComeAtTheFormsRateAndOnlyWhileItCanBeSeen) {
-    ArtworkGradientModel model;
+    BlobConfigs configs;
+    configs.fill(blob(VerticalStyle(), {0.5, 0.5}, {0, 0})); // never held at a margin
+    ArtworkGradientModel model(secondsSinceReferenceDate, configs);
     model.setArea({1200, 800});
     QSignalSpy steps(&model, &ArtworkGradientModel::blobsChanged);
     const auto stepsIn = [&](int milliseconds) {

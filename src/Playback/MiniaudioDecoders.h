@@ -4,6 +4,8 @@
 
 #include <miniaudio.h>
 
+#include <cstdint>
+
 namespace tamsy {
 
 /// Gives an open MPEG audio decoder the scan's seek table. Without one a seek decodes all that lies
@@ -11,5 +13,9 @@ namespace tamsy {
 /// reads the file twice more and lands up to a fifth of a second late. `decoder` must have been
 /// opened as MPEG audio. Without memory for it the decoder goes on as it was.
 void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
+
+/// Tells an open FLAC decoder its length in frames if the file's header doesn't: it takes 0 for the
+/// end otherwise, and every seek for one to the start. `decoder` must have been opened as FLAC.
+void tellFlacLength(ma_decoder& decoder, std::uint64_t frames);
 
 } // namespace tamsy

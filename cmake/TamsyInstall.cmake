@@ -1,0 +1,63 @@
+# What an installed copy has beside the program and its module: the entry in the desktop's menu, the data
+# for its software centre, icons. And the Debian package that cpack makes of all that ("make deb").
+
+include(GNUInstallDirs)
+include(TamsyResources)
+
+install(FILES packaging/tamsy-music.desktop DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(FILES packaging/org.tamsy.music.metainfo.xml DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+tamsy_install_icons()
+
+# tamsy_install_compressed(FILE NAME DESTINATION): as Debian wants documents, without a time in them.
+function(tamsy_install_compressed file name destination)
+    set(output "${CMAKE_CURRENT_BINARY_DIR}/documents/${name}.gz")
+    add_custom_command(OUTPUT "${output}"
+        COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/documents"
+        COMMAND gzip -9 -n -c "${CMAKE_CURRENT_SOURCE_DIR}/${file}" > "${output}"
+        DEPENDS "${file}" VERBATIM)
+    add_custom_target("tamsy_${name}" ALL DEPENDS "${output}")
+    install(FILES "${output}" DESTINATION "${destination}")
+endfunction()
+set(documents "${CMAKE_INSTALL_DATADIR}/doc/tamsy-music")
+tamsy_install_compressed(packaging/debian/changelog changelog.Debian "${documents}")
+tamsy_install_compressed(packaging/tamsy-music.1 tamsy-music.1 "${CMAKE_INSTALL_DATADIR}/man/man1")
+install(FILES packaging/debian/copyright DESTINATION "${documents}")
+
+# The package's version and maintainer stand in its changelog.
+file(READ packaging/debian/changelog changelog)
+if(NOT changelog MATCHES "^tamsy-music \\(${PROJECT_VERSION}-([0-9]+)\\).*\n -- ([^\n]+>)  ")
+    message(FATAL_ERROR "packaging/debian/changelog doesn't begin with version ${PROJECT_VERSION}")
+endif()
+set(CPACK_DEBIAN_PACKAGE_RELEASE "${CMAKE_MATCH_1}")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CMAKE_MATCH_2}")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/debian/changelog)
+
+# The modules that QML loads by name aren't linked, so nothing else would find that they are needed.
+file(STRINGS packaging/packages.txt lines)
+set(depends "")
+set(group "")
+foreach(line IN LISTS lines)
+    if(line MATCHES "^\\[([a-z]+)\\]$")
+        set(group "${CMAKE_MATCH_1}")
+    elseif(group STREQUAL "run" AND line MATCHES "^([a-z0-9][a-z0-9.+-]*)")
+        list(APPEND depends "${CMAKE_MATCH_1}")
+    endif()
+endforeach()
+list(JOIN depends ", " depends)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/packages.txt)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME tamsy-music)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "${depends}")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "quiet music player for your own files
+Plays the music of the folders that you add to it: mp3, wav, flac, ogg, m4a,
+aac, aiff and caf. Finds a track as you type and needs no network. Its
+interface is Chinese.")
+include(CPack)

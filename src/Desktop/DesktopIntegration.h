@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Desktop/RemoteControls.h"
+#include "Platform/Mpris/MprisService.h"
+#include "Platform/SleepInhibitor.h"
+
+#include <QObject>
+
+namespace tamsy {
+
+/// What the desktop gives a player beyond its windows: remote controls on the session bus, with
+/// the media keys that go through them, and a machine that stays awake while music plays. Without
+/// a bus nothing of it is there, and nothing waits for one. Interface thread.
+class DesktopIntegration : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The view models aren't owned and outlive this object.
+    DesktopIntegration(PlayerViewModel& player, LibraryViewModel& library,
+                       RemoteControls::Program program, QObject* parent = nullptr);
+
+  private:
+    void announceChanges(const PlayerViewModel& player, const LibraryViewModel& library);
+    void announceJumps(const PlayerViewModel& player);
+    void stayAwake(const PlayerViewModel& player);
+
+    RemoteControls controls_;
+    MprisService mpris_;
+    SleepInhibitor sleepInhibitor_;
+};
+
+} // namespace tamsy

@@ -1,0 +1,82 @@
+import QtQuick
+import Tamsy.Views
+
+/// A thin bar on the cover's colours, filled up to a fraction. It says where it is dragged to and
+/// leaves the rest to its owner; a click is a drag of one step.
+Item {
+    id: bar
+
+    /// Filled part, 0 to 1.
+    required property real fraction
+    readonly property alias hovered: mouse.containsMouse
+
+    /// The pointer is at this fraction of the width, 0 to 1, held within the bar.
+    signal dragged(fraction: real)
+    signal dropped(fraction: real)
+    /// An arrow key or a turn of the wheel: -1 or 1.
+    signal stepped(direction: int)
+
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Slider
+    Accessible.focusable: true
+    Accessible.onIncreaseAction: stepped(1)
+    Accessible.onDecreaseAction: stepped(-1)
+    Keys.onLeftPressed: stepped(-1)
+    Keys.onRightPressed: stepped(1)
+
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width
+        height: 4
+        radius: 2
+        color: Qt.rgba(1, 1, 1, 0.15)
+    }
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width * bar.fraction
+        height: 4
+        radius: 2
+        color: Qt.rgba(1, 1, 1, 0.4)
+    }
+    Rectangle {
+        anchors.verticalCenter: parent.verticalCenter
+        x: bar.width * bar.fraction - 6
+        width: 12
+        height: 12
+        radius: 6
+        color: Qt.rgba(1, 1, 1, 0.45)
+        opacity: bar.hovered ? 1 : 0
+        Behavior on opacity {
+            NumberAnimation { duration: bar.hovered ? Theme.surfaceOut : Theme.thumbOut; easing.type: Easing.OutCubic }
+        }
+    }
+    FocusRing {
+        shown: bar.activeFocus
+        inset: -4
+        ink: Qt.rgba(1, 1, 1, 0.9)
+    }
+
+    MouseArea {
+        id: mouse
+
+        function fractionAt(x: real): real {
+            const width = Math.max(bar.width, 1);
+            return Math.max(0, Math.min(x, width)) / width;
+        }
+
+        anchors.fill: parent
+        hoverEnabled: true
+        preventStealing: true
+        onPressed: mouse => bar.dragged(fractionAt(mouse.x))
+        onPositionChanged: mouse => {
+            if (pressed)
+                bar.dragged(fractionAt(mouse.x));
+        }
+        onReleased: mouse => bar.dropped(fractionAt(mouse.x))
+        onWheel: wheel => {
+            const turned = wheel.angleDelta.y !== 0 ? wheel.angleDelta.y : -wheel.angleDelta.x;
+            if (turned !== 0)
+                bar.stepped(turned > 0 ? 1 : -1);
+        }
+    }
+}

@@ -1,0 +1,19 @@
+import QtQuick
+
+/// White text on the cover's colours.
+Text {
+    /// Of the shadow that the ground asks for, 0 to 1.
+    property real shade: 0
+    /// No layer around it carries the shadow, so an outline has to.
+    property bool carriesShade: GraphicsInfo.api === GraphicsInfo.Software
+    readonly property bool isOutlined: shade > 0 && carriesShade
+
+    textFormat: Text.PlainText
+    color: "#FFFFFF"
+    elide: Text.ElideRight
+    maximumLineCount: 1
+    style: isOutlined ? Text.Outline : Text.Normal
+    styleColor: Qt.rgba(0, 0, 0, 0.35 * shade)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

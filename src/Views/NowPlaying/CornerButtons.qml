@@ -1,0 +1,70 @@
+import QtQuick
+import Tamsy.NowPlaying
+import Tamsy.Views
+
+/// The two buttons in the window's corner: the list of tracks, and the lyrics.
+Item {
+    id: corner
+
+    required property bool showLyrics
+    required property real shade
+
+    signal listRequested
+    signal lyricsToggled
+
+    // Its own area is the shadow's, too.
+    width: row.width + 48
+    height: row.height + 48
+
+    LegibilityShadow {
+        anchors.fill: block
+        source: block
+        strength: corner.shade
+    }
+    Item {
+        id: block
+
+        anchors.fill: parent
+        layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: 18
+
+            ArtButton {
+                id: listButton
+
+                iconName: "list"
+                grow: 8
+                text: "曲目列表"
+                onClicked: corner.listRequested()
+            }
+            ArtButton {
+                id: lyricsButton
+
+                iconName: corner.showLyrics ? "lyrics-filled" : "lyrics"
+                grow: 8
+                text: "歌词"
+                Accessible.checkable: true
+                Accessible.checked: corner.showLyrics
+                onClicked: corner.lyricsToggled()
+            }
+        }
+    }
+    AppToolTip {
+        parent: listButton
+        colors: Theme.onArt
+        text: listButton.text
+        visible: listButton.hovered && !listButton.down
+        y: -implicitHeight - 12
+    }
+    AppToolTip {
+        parent: lyricsButton
+        colors: Theme.onArt
+        text: lyricsButton.text
+        visible: lyricsButton.hovered && !lyricsButton.down
+        y: -implicitHeight - 12
+    }
+}

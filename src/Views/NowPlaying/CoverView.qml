@@ -1,0 +1,45 @@
+import QtQuick
+import Tamsy.NowPlaying
+import Tamsy.Views
+
+/// The large cover with its shadow, in its own shape within a square; a note where there is none.
+Item {
+    id: cover
+
+    required property NowPlayingModel model
+    /// The square's side, in points.
+    required property real side
+    readonly property real shrink: model.hasImage ? Math.min(side / picture.implicitWidth, side / picture.implicitHeight) : 1
+
+    width: model.hasImage ? Math.round(picture.implicitWidth * shrink) : side
+    height: model.hasImage ? Math.round(picture.implicitHeight * shrink) : side
+    Accessible.ignored: true
+    Component.onCompleted: NowPlayingLog.log(model.hasImage ? "artwork view appear" : "artwork placeholder appear")
+
+    SoftShadow {
+        blur: 20
+        offset: 10
+        radius: Theme.largeRadius
+    }
+    PictureItem {
+        id: picture
+
+        anchors.fill: parent
+        visible: cover.model.hasImage
+        image: cover.model.image // qmllint disable
+        radius: Theme.largeRadius
+    }
+    Rectangle {
+        anchors.fill: parent
+        visible: !cover.model.hasImage
+        radius: Theme.largeRadius
+        color: Qt.rgba(0.5, 0.5, 0.5, 0.3)
+
+        Icon {
+            anchors.centerIn: parent
+            name: "note"
+            size: 80
+            color: Qt.rgba(1, 1, 1, 0.5)
+        }
+    }
+}

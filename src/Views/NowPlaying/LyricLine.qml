@@ -1,0 +1,75 @@
+import QtQuick
+
+/// A line of synced lyrics: the one that is sung stands out, those to come wait behind a soft veil,
+/// those sung are gone.
+Item {
+    id: row
+
+    required property int index
+    required property string line
+    required property int currentLyricIndex
+    required property real size
+    required property real shade
+    readonly property bool current: index === currentLyricIndex
+
+    // The bold form's room is kept from the start, so that nothing moves when the line becomes current.
+    height: Math.max(regular.implicitHeight, bold.implicitHeight)
+    opacity: index < currentLyricIndex ? 0 : 1
+    visible: opacity > 0
+    Accessible.role: Accessible.ListItem
+    Accessible.name: line
+    Accessible.selected: current
+    Behavior on opacity {
+        NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+    }
+
+    Text {
+        id: regular
+
+        width: row.width
+        visible: false
+        text: row.line
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        font.pixelSize: row.size
+    }
+    Text {
+        id: bold
+
+        width: row.width
+        visible: false
+        text: row.line
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        font.pixelSize: row.size
+        font.weight: Font.DemiBold
+    }
+    LyricText {
+        anchors.fill: parent
+        visible: opacity > 0
+        opacity: row.current ? 0 : 1
+        text: row.line
+        size: row.size
+        weight: Font.Normal
+        ink: Qt.rgba(1, 1, 1, 0.55 * 0.9)
+        blurred: true
+        shade: row.shade
+        Behavior on opacity {
+            NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+        }
+    }
+    LyricText {
+        anchors.fill: parent
+        visible: opacity > 0
+        opacity: row.current ? 1 : 0
+        text: row.line
+        size: row.size
+        weight: Font.DemiBold
+        ink: "#FFFFFF"
+        blurred: false
+        shade: row.shade
+        Behavior on opacity {
+            NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+        }
+    }
+}

@@ -1,0 +1,76 @@
+import QtQuick
+import Tamsy.NowPlaying
+
+/// One form of a lyric line, with its shadow; blurred on demand. All of it is drawn into textures
+/// once, so that moving it costs next to nothing.
+Item {
+    id: form
+
+    required property string text
+    required property real size
+    required property int weight
+    required property color ink
+    required property bool blurred
+    required property real shade
+    /// Room around the text for blur and shadow.
+    readonly property int margin: 20
+    /// No texture holds a line that fills many screens; such a one is drawn as it is.
+    readonly property bool isLayered: GraphicsInfo.api !== GraphicsInfo.Software && height <= 2000
+
+    Loader {
+        anchors.fill: parent
+        sourceComponent: form.isLayered ? layered : plain
+    }
+    Component {
+        id: layered
+
+        Item {
+            LegibilityShadow {
+                anchors.fill: sharp
+                source: sharp
+                strength: form.shade
+            }
+            Item {
+                id: sharp
+
+                x: -form.margin
+                y: -form.margin
+                width: form.width + 2 * form.margin
+                height: form.height + 2 * form.margin
+                layer.enabled: true
+                visible: !form.blurred
+
+                LyricGlyphs {
+                    x: form.margin
+                    y: form.margin
+                    width: form.width
+                    text: form.text
+                    color: form.ink
+                    font.pixelSize: form.size
+                    font.weight: form.weight
+                }
+            }
+            ShaderEffect {
+                readonly property Item source: sharp
+                readonly property point texelStep: Qt.point(1 / width, 1 / height)
+
+                anchors.fill: sharp
+                visible: form.blurred
+                layer.enabled: true
+                fragmentShader: "qrc:/shaders/LyricBlur.frag.qsb"
+            }
+        }
+    }
+    Component {
+        id: plain
+
+        LyricGlyphs {
+            text: form.text
+            shade: form.shade
+            carriesShade: true
+            color: form.ink
+            font.pixelSize: form.size
+            font.weight: form.weight
+        }
+    }
+}

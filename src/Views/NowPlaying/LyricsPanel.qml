@@ -1,0 +1,40 @@
+import QtQuick
+import Tamsy.NowPlaying
+
+/// The right half of the window: the lyrics of the current track.
+Item {
+    id: panel
+
+    required property LyricsPanelModel lyrics
+    /// Points, as the menu of the main window sets them.
+    required property real lyricsFontSizePoints
+    required property real shade
+
+    ArtText {
+        anchors.centerIn: parent
+        visible: panel.lyrics.count === 0
+        text: "暂无歌词"
+        shade: panel.shade
+        carriesShade: true
+        color: Qt.rgba(1, 1, 1, 0.5)
+        font.pixelSize: Math.max(panel.lyricsFontSizePoints * 0.45, 14)
+    }
+    Loader {
+        anchors.fill: parent
+        active: panel.lyrics.count > 0 && panel.lyrics.isSynced
+        sourceComponent: SyncedLyrics {
+            lyrics: panel.lyrics
+            size: panel.lyricsFontSizePoints
+            shade: panel.shade
+        }
+    }
+    Loader {
+        anchors.fill: parent
+        active: panel.lyrics.count > 0 && !panel.lyrics.isSynced
+        sourceComponent: PlainLyrics {
+            lyrics: panel.lyrics
+            size: panel.lyricsFontSizePoints
+            shade: panel.shade
+        }
+    }
+}

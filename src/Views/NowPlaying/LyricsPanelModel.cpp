@@ -1,0 +1,95 @@
+#include "Views/NowPlaying/LyricsPanelModel.h"
+
+#include "Platform/InterfaceThread.h"
+#include "Platform/WorkerPool.h"
+#include "Services/LyricsReader.h"
+#include "Views/NowPlaying/NowPlayingLog.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+constexpr double shortestUpdateInterval = 0.15; // seconds
+
+/// A line that is longer than any song, in UTF-16 units, would take seconds to lay out.
+constexpr qsizetype longestShown = 10'000;
+
+/// Its threads wait for the interface thread, so no panel's end may join them.
+WorkerPool& loads() {
+    static WorkerPool pool;
+    return pool;
+}
+
+} // namespace
+
+void LyricsPanelModel::loadLyrics(const FileURL& url) {
+    if (url.isEmpty()) {
+        setLyrics(Lyrics::empty);
+        return;
+    }
+    NowPlayingLog::write(u"loadLyrics start: " + url.lastPathComponentText());
+    loads().start([panel = QPointer(this), url] {
+        const Lyrics lyrics = LyricsReader().load(url);
+        InterfaceThread::run([panel, lyrics] {
+            if (panel.isNull())
+                return;
+            panel->setLyrics(lyrics);
+            panel->setCurrentLyricIndex(0);
+            NowPlayingLog::write(u"loadLyrics done: lines=" + QString::number(lyrics.lines.size()) +
+                                 u", synced=" + (lyrics.isSynced ? u"true" : u"false"));
+        });
+    });
+}
+
+void LyricsPanelModel::handleTime(double time, double now) {
+    if (!lyrics_.isSynced || now - lastLyricIndexUpdateAt_ <= shortestUpdateInterval)
+        return;
+    lastLyricIndexUpdateAt_ = now;
+    updateCurrentLyricIndex(time);
+}
+
+void LyricsPanelModel::updateCurrentLyricIndex(double time) {
+    const auto& lines = lyrics_.lines;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const bool hasBegun = lines.at(i).time <= time;
+        const bool isLast = i + 1 == lines.size();
+        if (hasBegun && (isLast || lines.at(i + 1).time > time)) {
+            setCurrentLyricIndex(static_cast<int>(i));
+            return;
+        }
+    }
+}
+
+int LyricsPanelModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant LyricsPanelModel::data(const QModelIndex& index, int role) const {
+    if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const QString& text = lyrics_.lines.at(index.row()).text;
+    return text.size() > longestShown ? text.left(longestShown) + u'…' : text;
+}
+
+QHash<int, QByteArray> LyricsPanelModel::roleNames() const {
+    return {{Qt::DisplayRole, QByteArrayLiteral("line")}};
+}
+
+void LyricsPanelModel::setLyrics(const Lyrics& lyrics) {
+    if (lyrics_ == lyrics)
+        return;
+    beginResetModel();
+    lyrics_ = lyrics;
+    endResetModel();
+    Q_EMIT lyricsChanged();
+}
+
+void LyricsPanelModel::setCurrentLyricIndex(int index) {
+    if (std::exchange(currentLyricIndex_, index) != index)
+        Q_EMIT currentLyricIndexChanged();
+}
+
+} // namespace tamsy

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Models/Lyrics.h"
+#include "Utils/FileURL.h"
+
+#include <QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+
+namespace tamsy {
+
+/// The lyrics of the current track as rows, and which of them is being sung. Interface thread; the
+/// reading happens in the background.
+class LyricsPanelModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The window's model makes the one panel.")
+    Q_PROPERTY(int count READ count NOTIFY lyricsChanged)
+    Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
+    /// Row of the current line; without a meaning while the lyrics aren't synced.
+    Q_PROPERTY(int currentLyricIndex READ currentLyricIndex NOTIFY currentLyricIndexChanged)
+
+  public:
+    using QAbstractListModel::QAbstractListModel;
+
+    [[nodiscard]] int count() const { return static_cast<int>(lyrics_.lines.size()); }
+    [[nodiscard]] bool isSynced() const { return lyrics_.isSynced; }
+    [[nodiscard]] int currentLyricIndex() const { return currentLyricIndex_; }
+
+    /// Takes the lyrics of `url` once they are read; the ones there are stay until then. An empty
+    /// address has none, at once. Loads may overlap; the one that ends last counts.
+    void loadLyrics(const FileURL& url);
+
+    /// Marks the first line, until the time says otherwise.
+    void resetIndex() { setCurrentLyricIndex(0); }
+
+    /// The playback time, in seconds, at a moment `now`, in absolute seconds. Synced lyrics are
+    /// looked through at most once in 0.15 s.
+    void handleTime(double time, double now);
+
+    /// Marks the line that is sung at `time`, in seconds. Before the first line's time the mark
+    /// stays where it is.
+    void updateCurrentLyricIndex(double time);
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+  Q_SIGNALS:
+    void lyricsChanged();
+    void currentLyricIndexChanged();
+
+  private:
+    void setLyrics(const Lyrics& lyrics);
+    void setCurrentLyricIndex(int index);
+
+    Lyrics lyrics_;
+    int currentLyricIndex_ = 0;
+    double lastLyricIndexUpdateAt_ = 0; // absolute, in seconds
+};
+
+} // namespace tamsy

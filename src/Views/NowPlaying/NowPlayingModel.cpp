@@ -1,0 +1,93 @@
+#include "Views/NowPlaying/NowPlayingModel.h"
+
+#include "Services/FallbackCover.h"
+#include "Views/NowPlaying/NowPlayingLog.h"
+
+#include <chrono>
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+constexpr double shortestTimeLogInterval = 0.5; // seconds
+
+double absoluteSeconds() {
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+} // namespace
+
+void NowPlayingModel::setPlayer(PlayerViewModel* player) {
+    if (player_ == player || player == nullptr)
+        return;
+    player_ = player;
+    connect(player, &PlayerViewModel::currentURLChanged, this, &NowPlayingModel::changeTrack);
+    connect(player, &PlayerViewModel::currentTimeChanged, this, &NowPlayingModel::handleTime);
+    connect(player, &PlayerViewModel::currentArtworkChanged, this, &NowPlayingModel::imageChanged);
+    Q_EMIT playerChanged();
+    Q_EMIT imageChanged();
+    updateCurrentTrack();
+}
+
+void NowPlayingModel::setLibrary(LibraryViewModel* library) {
+    if (library_ == library || library == nullptr)
+        return;
+    library_ = library;
+    connect(library, &LibraryViewModel::foldersChanged, this, &NowPlayingModel::updateCurrentTrack);
+    Q_EMIT libraryChanged();
+    updateCurrentTrack();
+}
+
+QImage NowPlayingModel::image() const {
+    const QImage artwork = player_ ? player_->currentArtwork() : QImage();
+    return artwork.isNull() ? fallbackCover() : artwork;
+}
+
+void NowPlayingModel::appear() {
+    const FileURL url = player_->currentURL();
+    if (!std::exchange(didAppearLogged_, true)) {
+        NowPlayingLog::write(QStringLiteral("body onAppear"));
+        NowPlayingLog::write(u"currentURL=" + (url.isEmpty()
+                                                   ? QStringLiteral("nil")
+                                                   : QString::fromUtf8(url.absoluteString())));
+    }
+    player_->ensureCurrentArtwork();
+    if (!url.isEmpty())
+        loadLyrics();
+}
+
+void NowPlayingModel::loadLyrics() {
+    lyrics_.loadLyrics(player_->currentURL());
+}
+
+void NowPlayingModel::updateCurrentTrack() {
+    const Track* track = player_ && library_ ? library_->findTrack(player_->currentURL()) : nullptr;
+    const QString artist = track != nullptr ? track->artist : QString();
+    if (std::exchange(artist_, artist) != artist)
+        Q_EMIT currentTrackChanged();
+}
+
+void NowPlayingModel::changeTrack() {
+    updateCurrentTrack();
+    const FileURL url = player_->currentURL();
+    NowPlayingLog::write(u"onChange currentURL -> " +
+                         (url.isEmpty() ? QStringLiteral("nil") : url.lastPathComponentText()));
+    loadLyrics();
+    lyrics_.resetIndex();
+    player_->ensureCurrentArtwork();
+}
+
+void NowPlayingModel::handleTime() {
+    if (!player_->isUIVisible())
+        return;
+    const double now = absoluteSeconds();
+    if (now - lastTimeLogAt_ > shortestTimeLogInterval) {
+        lastTimeLogAt_ = now;
+        NowPlayingLog::write(
+            QString::asprintf("time=%.3f dur=%.3f", player_->currentTime(), player_->duration()));
+    }
+    lyrics_.handleTime(player_->currentTime(), now);
+}
+
+} // namespace tamsy

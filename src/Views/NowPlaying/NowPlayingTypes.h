@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Views/Background/ArtworkGradientModel.h"
+
+#include <QObject>
+#include <QtQml/qqml.h>
+#include <QtQml/qqmlregistration.h>
+
+// What the Now Playing window's views may name from elsewhere.
+namespace tamsy {
+
+struct ArtworkGradientModelForViews {
+    Q_GADGET
+    QML_FOREIGN(tamsy::ArtworkGradientModel)
+    QML_NAMED_ELEMENT(ArtworkGradientModel)
+};
+
+} // namespace tamsy

@@ -1,0 +1,106 @@
+import QtQuick
+import Tamsy.NowPlaying
+import Tamsy.Views
+
+/// The Now Playing window's content: the cover and the controls on the cover's own colours, the
+/// lyrics beside them on demand.
+Item {
+    id: view
+
+    required property PlayerViewModel player
+    required property LibraryViewModel library
+    required property LyricsFontSize lyricsFontSize
+    property bool showLyrics: false
+    property bool showPlaylistPicker: false
+    /// The wide form, by the width alone.
+    readonly property bool isFullScreen: width >= 1000
+
+    // The base of a model made in C++ is unknown to the checker.
+    // qmllint disable
+    NowPlayingModel {
+        id: model
+
+        player: view.player
+        library: view.library
+    }
+    // qmllint enable
+    function appear() {
+        model.appear();
+    }
+    function toggleLyrics() {
+        if (!showLyrics)
+            model.loadLyrics();
+        showLyrics = !showLyrics;
+        NowPlayingLog.log("toggle lyrics -> " + (showLyrics ? "ON" : "OFF"));
+    }
+
+    ArtworkGradientBackground {
+        id: background
+
+        anchors.fill: parent
+        visible: model.hasImage
+        player: view.player
+        image: model.image // qmllint disable
+        isFullScreen: view.isFullScreen
+    }
+    Loader {
+        anchors.fill: parent
+        active: !model.hasImage
+        sourceComponent: NeutralBackground {}
+    }
+    Item {
+        id: halves
+
+        /// The lyrics' share of the way to their place.
+        property real opened: view.showLyrics ? 1 : 0
+
+        anchors.fill: parent
+        Behavior on opened {
+            NumberAnimation { duration: 250; easing.type: Easing.InOutQuad }
+        }
+
+        MainContent {
+            id: main
+
+            width: Math.round(parent.width * (1 - halves.opened / 2))
+            height: parent.height
+            model: model
+            player: view.player
+            isFullScreen: view.isFullScreen
+            shade: background.textShadowStrength
+        }
+        Loader {
+            anchors.left: main.right
+            width: Math.round(parent.width / 2)
+            height: parent.height
+            active: halves.opened > 0
+            opacity: halves.opened
+            sourceComponent: LyricsPanel {
+                lyrics: model.lyrics
+                lyricsFontSizePoints: view.lyricsFontSize.points
+                shade: background.textShadowStrength
+            }
+        }
+    }
+    CornerButtons {
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        showLyrics: view.showLyrics
+        shade: background.textShadowStrength
+        onListRequested: {
+            view.showPlaylistPicker = true;
+            NowPlayingLog.log("open playlist picker");
+        }
+        onLyricsToggled: view.toggleLyrics()
+    }
+    Loader {
+        active: view.showPlaylistPicker
+        sourceComponent: NowPlayingTrackPickerSheet {
+            player: view.player
+            library: view.library
+            windowHeight: view.height
+            onClosed: view.showPlaylistPicker = false
+            Component.onCompleted: open()
+        }
+    }
+}

@@ -1,0 +1,67 @@
+#include "Views/NowPlaying/NowPlayingWindowController.h"
+
+#include "ViewModels/LibraryViewModel.h"
+#include "ViewModels/PlayerViewModel.h"
+
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QVariantMap>
+
+#include <cstdio>
+
+namespace tamsy {
+namespace {
+
+/// In the middle of its screen, and no larger than it.
+void center(QWindow& window) {
+    if (window.screen() == nullptr)
+        return;
+    const QRect available = window.screen()->availableGeometry();
+    QRect place(QPoint(), window.size().boundedTo(available.size()));
+    place.moveCenter(available.center());
+    window.setGeometry(place);
+}
+
+} // namespace
+
+NowPlayingWindowController::NowPlayingWindowController(QQmlEngine& engine,
+                                                       PlayerViewModel& playerVM,
+                                                       LibraryViewModel& libraryVM,
+                                                       LyricsFontSize& lyricsFontSize) {
+    QQmlComponent component(
+        &engine, QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/NowPlaying/NowPlayingWindow.qml")));
+    QObject* made =
+        component.isReady()
+            ? component.createWithInitialProperties(
+                  {{QStringLiteral("player"), QVariant::fromValue(&playerVM)},
+                   {QStringLiteral("library"), QVariant::fromValue(&libraryVM)},
+                   {QStringLiteral("lyricsFontSize"), QVariant::fromValue(&lyricsFontSize)}})
+            : nullptr;
+    window_ = qobject_cast<QQuickWindow*>(made);
+    if (window_.isNull()) {
+        qCritical("%s", qUtf8Printable(component.errorString()));
+        delete made;
+        return;
+    }
+    QQmlEngine::setObjectOwnership(window_, QQmlEngine::CppOwnership);
+    center(*window_);
+    std::printf("[NowPlayingWindowController] init window 1200x800\n");
+    std::fflush(stdout);
+}
+
+NowPlayingWindowController::~NowPlayingWindowController() {
+    delete window_.data();
+}
+
+void NowPlayingWindowController::makeKeyAndOrderFront() {
+    if (window_.isNull())
+        return;
+    window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
+    window_->setVisible(true);
+    window_->raise();
+    window_->requestActivate();
+}
+
+} // namespace tamsy

@@ -1,0 +1,99 @@
+import QtQuick
+import Tamsy.Views
+
+/// One track of the picker. The whole row takes the click.
+Item {
+    id: row
+
+    required property int index
+    required property string trackId
+    required property string address
+    required property string title
+    required property string artist
+    required property string duration
+    required property PlayerViewModel player
+    property bool showsKeyboardFocus: false
+    readonly property bool current: address === player.currentAddress
+
+    signal picked
+
+    height: 48
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title + " " + artist + " " + duration
+    Accessible.onPressAction: picked()
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.leftMargin: 8
+        anchors.rightMargin: 8
+        radius: Theme.smallRadius
+        color: mouse.containsMouse ? Theme.onArt.hover : row.index % 2 === 1 ? Theme.onArt.alternate : "transparent"
+
+        Icon {
+            x: 8
+            anchors.verticalCenter: parent.verticalCenter
+            width: 22
+            name: "speaker-high"
+            size: 20
+            color: Theme.onArt.text2
+            opacity: row.current ? 1 : 0
+        }
+        Column {
+            id: texts
+
+            x: 8 + 22 + 12
+            anchors.verticalCenter: parent.verticalCenter
+            width: length.x - 8 - 12 - x
+            spacing: 2
+
+            Text {
+                width: parent.width
+                height: 20
+                verticalAlignment: Text.AlignVCenter
+                text: row.title
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                font.pixelSize: Theme.bodySize
+                color: Theme.onArt.text
+                Accessible.ignored: true
+            }
+            Text {
+                width: parent.width
+                height: 16
+                verticalAlignment: Text.AlignVCenter
+                text: row.artist
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                maximumLineCount: 1
+                font.pixelSize: Theme.smallSize
+                color: Theme.onArt.text2
+                Accessible.ignored: true
+            }
+        }
+        Text {
+            id: length
+
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.duration
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.smallSize
+            color: Theme.onArt.text2
+            Accessible.ignored: true
+        }
+        FocusRing {
+            shown: row.showsKeyboardFocus
+            parentRadius: Theme.smallRadius
+            ink: Theme.onArt.focus
+        }
+    }
+    MouseArea {
+        id: mouse
+
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: row.picked()
+    }
+}

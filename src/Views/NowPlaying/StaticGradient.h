@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace tamsy {
+
+/// The background without its blobs, for graphics without shaders.
+class StaticGradient : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    /// From the top leading corner to the bottom trailing one.
+    Q_PROPERTY(QColor firstColor MEMBER firstColor_ NOTIFY colorsChanged)
+    Q_PROPERTY(QColor secondColor MEMBER secondColor_ NOTIFY colorsChanged)
+
+  public:
+    explicit StaticGradient(QQuickItem* parent = nullptr);
+
+    void paint(QPainter* painter) override;
+
+  Q_SIGNALS:
+    void colorsChanged();
+
+  private:
+    QColor firstColor_;
+    QColor secondColor_;
+};
+
+} // namespace tamsy

@@ -1,0 +1,37 @@
+import QtQuick
+import QtQuick.Controls
+import Tamsy.Views
+
+/// A bordered button with a text, in the dark palette.
+AbstractButton {
+    id: button
+
+    implicitWidth: label.implicitWidth + 32
+    implicitHeight: 32
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: button.down ? Theme.onArt.buttonPressed : button.hovered ? Theme.onArt.buttonHover : Theme.onArt.button
+        border.color: Theme.onArt.buttonBorder
+    }
+    contentItem: Text {
+        id: label
+
+        text: button.text
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.bodySize
+        color: Theme.onArt.text
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+    FocusRing {
+        shown: button.visualFocus
+        inset: -4
+        ink: Theme.onArt.focus
+    }
+}

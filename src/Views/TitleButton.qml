@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Controls
+
+/// A text that is a button; only the pointer shows it.
+AbstractButton {
+    id: button
+
+    implicitWidth: label.implicitWidth
+    implicitHeight: 28
+    padding: 0
+    hoverEnabled: true
+    focusPolicy: Qt.TabFocus
+    containmentMask: area
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
+
+    background: Item {
+        Rectangle {
+            id: area
+
+            x: -8
+            width: button.width + 16
+            height: button.height
+            radius: Theme.smallRadius
+            color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
+            opacity: button.text !== "" && (button.hovered || button.down) ? 1 : 0
+            Behavior on opacity {
+                NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+            }
+        }
+        FocusRing {
+            anchors.fill: area
+            shown: button.visualFocus
+            parentRadius: Theme.smallRadius
+        }
+    }
+    contentItem: Text {
+        id: label
+
+        text: button.text
+        textFormat: Text.PlainText
+        elide: Text.ElideRight
+        font.pixelSize: Theme.bodySize
+        color: Theme.colors.text
+        verticalAlignment: Text.AlignVCenter
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Platform/Mpris/MprisProperties.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QTest>
+#include <QVariantMap>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace tamsy {
+
+const QString busName = QStringLiteral("org.mpris.MediaPlayer2.tamsy-music");
+
+/// What a panel would hear.
+class Listener : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit Listener(QDBusConnection bus) {
+        bus.connect(busName, mpris::objectPath, mpris::propertiesInterface,
+                    QStringLiteral("PropertiesChanged"), this,
+                    SLOT(change(QString, QVariantMap, QStringList)));
+        bus.connect(busName, mpris::objectPath, mpris::playerInterface, QStringLiteral("Seeked"),
+                    this, SLOT(jump(qlonglong)));
+    }
+    std::vector<QVariantMap> changes;
+    std::vector<qlonglong> jumps;
+
+    /// Waits until something was heard and the next announcement would have come.
+    void listen() const {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !changes.empty() || !jumps.empty(); }));
+        QTest::qWait(200);
+    }
+    void forget() {
+        changes.clear();
+        jumps.clear();
+    }
+
+  private Q_SLOTS:
+    void change(const QString& interface, const QVariantMap& changed, const QStringList& gone) {
+        EXPECT_EQ(interface, QString(mpris::playerInterface));
+        EXPECT_TRUE(gone.isEmpty());
+        changes.push_back(changed);
+    }
+    void jump(qlonglong position) { jumps.push_back(position); }
+};
+
+} // namespace tamsy

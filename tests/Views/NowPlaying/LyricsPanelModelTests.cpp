@@ -1,0 +1,98 @@
+#include "Views/NowPlaying/LyricsPanelModel.h"
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace tamsy;
+
+namespace {
+
+/// A panel over sidecar files of its own.
+class LyricsPanelModelTest : public testing::Test {
+  protected:
+    /// The address of a song whose sidecar holds `text`.
+    FileURL song(const QString& name, const QByteArray& text) {
+        QFile sidecar(directory.filePath(name + QStringLiteral(".lrc")));
+        EXPECT_TRUE(sidecar.open(QIODevice::WriteOnly));
+        sidecar.write(text);
+        return FileURL::fromPath(directory.filePath(name + QStringLiteral(".mp3")).toUtf8());
+    }
+
+    /// A song whose own tag (ID3v2.4) holds `text`, at most 100 bytes.
+    FileURL taggedSong(const QString& name, const QByteArray& text) {
+        const auto size = [](qsizetype bytes) -> QByteArray {
+            return QByteArray(3, '\0') + static_cast<char>(bytes);
+        };
+        const QByteArray payload = QByteArrayLiteral("\x03"
+                                                     "eng") +
+                                   '\0' + text;
+        const QByteArray frame = "USLT" + size(payload.size()) + QByteArray(2, '\0') + payload;
+        QFile file(directory.filePath(name + QStringLiteral(".mp3")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArrayLiteral("ID3\x04") + QByteArray(2, '\0') + size(frame.size()) + frame);
+        return FileURL::fromPath(QFile::encodeName(file.fileName()));
+    }
+
+    void load(const FileURL& url) {
+        QSignalSpy changes(&panel, &LyricsPanelModel::lyricsChanged);
+        panel.loadLyrics(url);
+        ASSERT_TRUE(changes.wait());
+    }
+
+    QTemporaryDir directory;
+    LyricsPanelModel panel;
+};
+
+TEST_F(LyricsPanelModelTest, TheMarkFollowsTheTime) {
+    load(song(QStringLiteral("a"), "[00:01]a\n[00:02]b\n[00:02]c\n[00:05]d\n"));
+    ASSERT_EQ(panel.count(), 4);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::pair<double, int> rows[] = {
+        {0.5, 0}, {1, 0},   {1.99, 0}, {2, 2},   {4.9, 2},
+        {5, 3},   {1e9, 3},                                // of two equal ones the second
+        {0, 3},   {nan, 3}, {1.5, 0},  {4.9, 2}, {-1, 2}}; // nothing matches: it stays
+    for (const auto& [time, index] : rows) {
+        panel.updateCurrentLyricIndex(time);
+        EXPECT_EQ(panel.currentLyricIndex(), index) << time;
+    }
+}
+
+TEST_F(LyricsPanelModelTest, LooksAtTheTimeOnlySoOften) {
+    load(song(QStringLiteral("b"), "[00:01]a\n[00:02]b\n[00:03]c\n"));
+    panel.handleTime(1, 16);
+    panel.handleTime(2, 16.125);
+    EXPECT_EQ(panel.currentLyricIndex(), 0); // more than 0.15 s must have passed
+    panel.handleTime(2, 16.25);
+    EXPECT_EQ(panel.currentLyricIndex(), 1);
+    panel.handleTime(3, 16.375);
+    EXPECT_EQ(panel.currentLyricIndex(), 1);
+}
+
+TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
+    load(taggedSong(QStringLiteral("c"), "one\ntwo\n"));
+    EXPECT_EQ(panel.count(), 2);
+    EXPECT_FALSE(panel.isSynced());
+    panel.handleTime(1000, 100);
+    EXPECT_EQ(panel.currentLyricIndex(), 0);
+    panel.loadLyrics(FileURL());
+    EXPECT_EQ(panel.count(), 0);
+    panel.updateCurrentLyricIndex(1);
+    EXPECT_EQ(panel.currentLyricIndex(), 0);
+}
+
+TEST_F(LyricsPanelModelTest, TheOldLinesStayUntilTheNewOnesCome) {
+    load(song(QStringLiteral("d"), "[00:01]a\n[00:02]b\n"));
+    panel.updateCurrentLyricIndex(2);
+    panel.loadLyrics(song(QStringLiteral("e"), "[00:01]x\n"));
+    EXPECT_EQ(panel.count(), 2);
+    EXPECT_EQ(panel.currentLyricIndex(), 1);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return panel.count() == 1; }));
+    EXPECT_EQ(panel.currentLyricIndex(), 0);
+}
+
+} // namespace

@@ -1,0 +1,219 @@
+#include "Playback/FakeEngine.h"
+#include "ViewModels/LibraryFixture.h"
+#include "ViewModels/LyricsFontSize.h"
+#include "ViewModels/PlayerViewModel.h"
+#include "Views/AccessibleWalk.h"
+#include "Views/NowPlaying/NowPlayingWindowController.h"
+
+#include <QQmlEngine>
+#include <QtQml/QQmlExtensionPlugin>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+
+using namespace tamsy;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+const QString timeBar = QStringLiteral("播放位置");
+const QString volumeBar = QStringLiteral("音量");
+
+/// The real window over a folder of three tracks and an engine without sound.
+class NowPlayingWindowTest : public testing::Test, protected LibraryFixture {
+  protected:
+    void SetUp() override {
+        fake->loadedDuration = 100;
+        add(makeFolder(QStringLiteral("音乐"),
+                       {QStringLiteral("a~artist"), QStringLiteral("b"), QStringLiteral("c")}),
+            3);
+        player.attachLibrary(library.get());
+        qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        player.play(library->filteredTracks().at(0).url);
+        show();
+    }
+    void TearDown() override { player.endNowPlayingWindow(); }
+
+    void show() {
+        player.showNowPlayingWindow(&player, library.get());
+        ASSERT_NE(window, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::qWait(50);
+        fake->calls.clear();
+    }
+
+    [[nodiscard]] QQuickItem* item(const QString& name) const { return itemNamed(window, name); }
+
+    /// A point in an item's middle height, at a fraction of its width, in the window.
+    static QPoint at(const QQuickItem* item, double fraction) {
+        return item->mapToScene({item->width() * fraction, item->height() / 2}).toPoint();
+    }
+
+    void click(const QString& name) {
+        QQuickItem* target = item(name);
+        ASSERT_NE(target, nullptr) << name.toStdString();
+        QTest::mouseClick(window, Qt::LeftButton, {}, at(target, 0.5));
+        QTest::qWait(10);
+    }
+    void drag(const QString& name, std::initializer_list<double> fractions) {
+        const QQuickItem* bar = item(name);
+        ASSERT_NE(bar, nullptr);
+        QTest::mousePress(window, Qt::LeftButton, {}, at(bar, *fractions.begin()));
+        for (const double fraction : fractions)
+            QTest::mouseMove(window, at(bar, fraction));
+        QTest::qWait(10);
+    }
+    void drop(const QString& name, double fraction) {
+        QTest::mouseRelease(window, Qt::LeftButton, {}, at(item(name), fraction));
+        QTest::qWait(10);
+    }
+
+    FakeEngine* fake = new FakeEngine; // the player owns it
+    QQmlEngine qmlEngine;
+    LyricsFontSize lyricsFontSize{defaults};
+    QPointer<QQuickWindow> window;
+    PlayerViewModel player{
+        std::unique_ptr<AudioPlaybackEngine>(fake),
+        {.makeNowPlayingWindow = [this](PlayerViewModel& playerVM, LibraryViewModel& libraryVM) {
+            auto made = std::make_unique<NowPlayingWindowController>(qmlEngine, playerVM, libraryVM,
+                                                                     lyricsFontSize);
+            window = made->window();
+            return made;
+        }}};
+};
+
+TEST_F(NowPlayingWindowTest, TheFormFollowsTheWidthAlone) {
+    for (const auto& [width, row] : {std::pair(1000, 400), {999, 380}, {1200, 400}}) {
+        window->resize(width, 700);
+        QTest::qWait(20);
+        EXPECT_EQ(item(timeBar)->width(), row) << width;
+        EXPECT_EQ(item(volumeBar)->width(), row - 32) << width;
+    }
+    click(QStringLiteral("歌词"));
+    QTest::qWait(350);
+    EXPECT_EQ(item(timeBar)->width(), 400); // though the column is 600 wide
+    EXPECT_NEAR(item(timeBar)->mapToScene({200, 0}).x(), 300, 1);
+}
+
+TEST_F(NowPlayingWindowTest, ADragSeeksOnceAtItsEnd) {
+    drag(timeBar, {0.2, 0.25, 0.5});
+    EXPECT_TRUE(player.isSeeking());
+    EXPECT_THAT(fake->calls, IsEmpty());
+    EXPECT_NE(item(QStringLiteral("0:50")), nullptr);
+    testing::internal::CaptureStdout();
+    drop(timeBar, 1.5); // outside: the very end
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                HasSubstr("[NowPlaying] seek end -> 100.000 / 100.000"));
+    EXPECT_THAT(fake->calls, Contains("seek 100"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !player.isSeeking(); }, 400));
+    fake->calls.clear();
+    QTest::mouseClick(window, Qt::LeftButton, {}, at(item(timeBar), 0.25));
+    EXPECT_THAT(fake->calls, ElementsAre("seek 25")); // a click is a drag of one step
+}
+
+TEST_F(NowPlayingWindowTest, TheVolumeChangesAtTheDragsEndOnly) {
+    drag(volumeBar, {0.5, 0.3, 0.1});
+    EXPECT_THAT(fake->calls, IsEmpty());
+    drop(volumeBar, -0.5);
+    EXPECT_THAT(fake->calls, ElementsAre("volume 0"));
+    EXPECT_EQ(player.volume(), 0);
+}
+
+TEST_F(NowPlayingWindowTest, ButtonsAndKeysActAndTheLogTellsTheStateAfterwards) {
+    testing::internal::CaptureStdout();
+    click(QStringLiteral("播放 / 暂停"));
+    click(QStringLiteral("随机播放"));
+    click(QStringLiteral("单曲循环"));
+    click(QStringLiteral("单曲循环"));
+    const std::string log = testing::internal::GetCapturedStdout();
+    EXPECT_THAT(log, HasSubstr("[NowPlaying] tap play/pause -> paused\n"));
+    EXPECT_THAT(log, HasSubstr("[NowPlaying] tap shuffle -> ON\n"));
+    EXPECT_THAT(log, HasSubstr("tap repeat -> ONE\n[NowPlaying] tap repeat -> OFF\n"));
+    fake->calls.clear();
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_THAT(fake->calls, ElementsAre("play"));
+    QTest::keyClick(window, Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(player.currentURL(), library->filteredTracks().at(1).url);
+    QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(lyricsFontSize.points(), 50);
+    QTest::keyClick(window, Qt::Key_Down);
+    EXPECT_NEAR(player.volume(), 0.45, 1e-6);
+    QTest::keyClick(window, Qt::Key_F11);
+    EXPECT_EQ(window->visibility(), QWindow::FullScreen);
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_EQ(window->visibility(), QWindow::Windowed);
+}
+
+TEST_F(NowPlayingWindowTest, ClosedItIsKeptWithItsState) {
+    QQuickWindow* const first = window;
+    click(QStringLiteral("歌词"));
+    EXPECT_NE(item(QStringLiteral("artist")), nullptr);
+    QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(first->isVisible());
+    testing::internal::CaptureStdout();
+    show();
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), Not(HasSubstr("body onAppear")));
+    EXPECT_EQ(window, first);
+    EXPECT_NE(item(QStringLiteral("暂无歌词")), nullptr);
+}
+
+TEST_F(NowPlayingWindowTest, ThePickerFollowsTheLibraryAndPlays) {
+    click(QStringLiteral("曲目列表"));
+    QTest::qWait(250);
+    ASSERT_NE(item(QStringLiteral("选择歌曲")), nullptr);
+    library->setSearchText(QStringLiteral("nothing has this"));
+    EXPECT_NE(item(QStringLiteral("没有符合搜索条件的歌曲")), nullptr);
+    library->setSearchText({});
+    const QUuid folder = library->selectedFolderId();
+    library->setSelectedFolderId({});
+    EXPECT_NE(item(QStringLiteral("请先在主窗口侧边栏选择资料库文件夹")), nullptr);
+    library->setSelectedFolderId(folder);
+    QTest::qWait(50);
+    click(QStringLiteral("b  0:01"));
+    EXPECT_EQ(player.currentURL(), library->filteredTracks().at(1).url);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(QStringLiteral("选择歌曲")) == nullptr; }));
+}
+
+TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
+    const Track track = library->filteredTracks().at(2);
+    QFile sidecar(QString::fromUtf8(track.url.path().chopped(3) + "lrc"));
+    ASSERT_TRUE(sidecar.open(QIODevice::WriteOnly));
+    for (int line = 0; line < 90; ++line) {
+        const char* words = line % 3 == 0 ? "so many words that they take two rows" : "short";
+        sidecar.write(
+            QString::asprintf("[%02d:%02d]%d %s\n", line / 60, line % 60, line, words).toUtf8());
+    }
+    sidecar.close();
+    window->resize(1200, 800);
+    click(QStringLiteral("歌词"));
+    player.play(track.url);
+    const auto topOf = [this](int line) {
+        const QString name = QString::number(line) + QStringLiteral(" short");
+        const QQuickItem* row = item(name);
+        return row == nullptr ? -1.0 : row->mapToScene({0, 0}).y();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return topOf(1) > 300; })); // the first line is above it
+    for (const int line : {1, 2, 4, 50, 49, 88, 1}) {
+        QTest::qWait(170); // the time is looked at so often only
+        fake->currentTimeSubject.send(line + 0.5);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(topOf(line) - 300) < 1; }, 1500))
+            << line << " stands at " << topOf(line);
+    }
+    lyricsFontSize.increase();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(topOf(1) - 300) < 1; }));
+}
+
+TEST_F(NowPlayingWindowTest, EveryControlHasARoleAndAName) {
+    QAccessible::setActive(true);
+    QStringList nameless;
+    collectNameless(QAccessible::queryAccessibleInterface(window), nameless);
+    EXPECT_TRUE(nameless.isEmpty()) << nameless.join(QLatin1Char(' ')).toStdString();
+}
+
+} // namespace
