@@ -45,6 +45,7 @@ class PacketReader {
     static Format openFormat(AVIOContext* input);
     void readDuration();
     [[nodiscard]] double measure();
+    [[nodiscard]] std::int64_t readThrough(AVPacket& packet);
 
     std::unique_ptr<FileInput> input_;
     Format format_; // ahead of the input at the end of life
