@@ -74,6 +74,29 @@ ma_result startDevice(BridgePlayer& player) {
     return result == MA_SUCCESS ? ma_device_start(&player.device) : result;
 }
 
+/// Whether the device stands in for one that is missing.
+bool isSilent(const ma_device& device) {
+    return device.pContext != nullptr && device.pContext->backend == ma_backend_null;
+}
+
+/// Stops and ends the device, if there is one. A running device's end waits for its thread to wake
+/// by itself, which it never does once the sound server has gone; stopping wakes it.
+void closeDevice(BridgePlayer& player) {
+    static_cast<void>(ma_device_stop(&player.device));
+    ma_device_uninit(&player.device);
+}
+
+/// Gives the lost device's place to another, unless that is silent.
+bool replaceDevice(BridgePlayer& player) {
+    closeDevice(player);
+    if (openDevice(player) != MA_SUCCESS)
+        return false;
+    if (!isSilent(player.device))
+        return ma_device_start(&player.device) == MA_SUCCESS;
+    closeDevice(player);
+    return false;
+}
+
 BridgePlayer* asPlayer(void* player) {
     return static_cast<BridgePlayer*>(player);
 }
@@ -102,15 +125,15 @@ void ma_destroyPlayer(BridgePlayer* player) {
     if (player == nullptr)
         return;
     const std::unique_ptr<BridgePlayer> owned(player);
-    // A running device's end waits for its thread to wake by itself, which it never does once the
-    // sound server has gone; stopping wakes it.
-    static_cast<void>(ma_device_stop(&owned->device));
-    ma_device_uninit(&owned->device); // first, as its thread reads the decoder
+    closeDevice(*owned); // first, as its thread reads the decoder
 }
 
 bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
     if (player == nullptr)
         return false;
+    // Where there was no sound at the start there may be by now.
+    if (isSilent(player->device) && player->positionSeconds > 0)
+        closeDevice(*player);
     if (const ma_result result = startDevice(*player); result != MA_SUCCESS) {
         fail(error, result, "Failed to start device");
         return false;
@@ -196,6 +219,10 @@ void ma_getStateRaw(const void* player, double* durationSeconds, double* positio
         *positionSeconds = state.positionSeconds;
     if (isPlaying != nullptr)
         *isPlaying = state.isPlaying;
+}
+
+bool ma_replaceOutputRaw(void* player) {
+    return player != nullptr && asPlayer(player)->isPlaying && replaceDevice(*asPlayer(player));
 }
 
 void ma_setVolumeRaw(void* player, float volume) {

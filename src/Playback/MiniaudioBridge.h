@@ -77,6 +77,10 @@ bool ma_seekRaw(void* player, double seconds, BridgeErrorOut error);
 void ma_getStateRaw(const void* player, double* durationSeconds, double* positionSeconds,
                     bool* isPlaying);
 
+/// Gives a playing player, whose output has died, the one that is the default by now. False as long
+/// as there is none but silence: nothing is heard then, and the position stands still.
+bool ma_replaceOutputRaw(void* player);
+
 /// Sets the linear gain, held between 0 and 1; a new player has 0.5.
 void ma_setVolumeRaw(void* player, float volume);
 

@@ -66,6 +66,7 @@ void MiniaudioPlaybackEngine::play() {
         logFailure(QLatin1String("play"), error);
         return;
     }
+    outputWatch_.reset();
     isPlayingSubject_.send(true);
     startTimer();
 }
@@ -92,6 +93,7 @@ void MiniaudioPlaybackEngine::seek(double seconds) {
     if (!handle_)
         return;
     std::optional<BridgeError> error;
+    outputWatch_.reset();
     if (ma_seekRaw(handle_.get(), seconds, &error)) {
         sendState();
         return;
@@ -137,6 +139,20 @@ void MiniaudioPlaybackEngine::sendState() {
     isPlayingSubject_.send(playing);
 }
 
+/// A lost output is replaced as long as there is hope; then the player pauses where it was.
+void MiniaudioPlaybackEngine::seeToOutput(double position) {
+    switch (outputWatch_.look(position, updateInterval_)) {
+    case OutputWatch::Advice::None:
+        break;
+    case OutputWatch::Advice::Replace:
+        ma_replaceOutputRaw(handle_.get());
+        break;
+    case OutputWatch::Advice::GiveUp:
+        pause();
+        break;
+    }
+}
+
 void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
     if (event->timerId() != timer_.timerId())
         return;
@@ -148,6 +164,8 @@ void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
     isPlayingSubject_.send(playing);
     if (duration > 0)
         durationSubject_.send(duration);
+    if (playing)
+        seeToOutput(position);
 }
 
 } // namespace tamsy

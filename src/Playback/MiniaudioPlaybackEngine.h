@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Playback/AudioPlaybackEngine.h"
+#include "Playback/OutputWatch.h"
 #include "Utils/ValueSubject.h"
 
 #include <QBasicTimer>
@@ -44,11 +45,13 @@ class MiniaudioPlaybackEngine final : public QObject, public AudioPlaybackEngine
     void startTimer();
     void sendState();
     void returnToPosition();
+    void seeToOutput(double position);
 
     std::unique_ptr<void, HandleDeleter> handle_; // the open player
     QBasicTimer timer_;                           // runs only while playing
-    float currentVolume_ = 0.5F;                  // given to each new player
-    double updateInterval_ = 0.2;                 // seconds
+    OutputWatch outputWatch_;
+    float currentVolume_ = 0.5F;  // given to each new player
+    double updateInterval_ = 0.2; // seconds
     ValueSubject<bool> isPlayingSubject_{false};
     ValueSubject<double> durationSubject_{0};
     ValueSubject<double> currentTimeSubject_{0};

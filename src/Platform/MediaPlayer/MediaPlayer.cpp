@@ -144,6 +144,10 @@ void MediaPlayer::handle(const PlaybackReport& report) {
         if (report.seek == latestSeek_ && hasSound_)
             reachEnd(report.position);
         break;
+    case PlaybackReport::Kind::Unheard:
+        pause();
+        settleStatus();
+        break;
     }
 }
 

@@ -11,6 +11,10 @@ using std::chrono::milliseconds;
 /// again is quick.
 constexpr auto idleLimit = milliseconds(3000);
 
+/// A sound server that is started anew is there again within this time.
+constexpr auto lossLimit = milliseconds(2000);
+constexpr auto lossPeriod = milliseconds(250);
+
 /// How soon to look again when the device should have taken frames and has not yet.
 constexpr auto devicePeriod = milliseconds(10);
 
@@ -54,9 +58,6 @@ void PlaybackLoop::changeItem(const PlaybackRequest& request) {
     seek_ = 0;
     run_ = 0;
     anchorPosition_ = 0;
-    // A silent device stood in for a missing one; by the next file there may be a real one.
-    if (output_ && output_->isSilent())
-        output_.reset();
     if (request.path.isEmpty())
         return;
     if (MediaBackend* backend = backendSource_())
@@ -119,6 +120,9 @@ void PlaybackLoop::decodeOnce() {
 }
 
 void PlaybackLoop::start(const PlaybackRequest& request) {
+    // A silent device stood in for a missing one; there may be a real one by now.
+    if (output_ && output_->isSilent())
+        closeOutput();
     if (!output_) {
         if (MediaBackend* backend = backendSource_())
             output_ = backend->openOutput(renderer_);
@@ -139,21 +143,44 @@ void PlaybackLoop::reportEnd() {
 
 /// Opens a lost device anew while it is needed, and closes one that hasn't been for a while.
 void PlaybackLoop::keepOutput(bool running) {
-    if (running) {
-        idleSince_ = Clock::now();
-        if (output_ && !output_->isAlive()) {
-            output_.reset();
-            ring_.skipDiscarded();
-            output_ = backendSource_()->openOutput(renderer_);
-        }
-    } else if (output_ && Clock::now() - idleSince_ >= idleLimit) {
-        output_.reset();
-        ring_.skipDiscarded();
+    const auto now = Clock::now();
+    if (!running) {
+        lostSince_.reset();
+        if (output_ && now - idleSince_ >= idleLimit)
+            closeOutput();
+        return;
     }
+    idleSince_ = now;
+    if (output_ && !output_->isAlive()) {
+        closeOutput();
+        lostSince_ = now;
+    }
+    if (lostSince_)
+        replaceOutput();
+}
+
+void PlaybackLoop::replaceOutput() {
+    output_ = backendSource_()->openOutput(renderer_);
+    if (output_ && !output_->isSilent()) {
+        lostSince_.reset();
+        return;
+    }
+    closeOutput();
+    if (Clock::now() - *lostSince_ < lossLimit)
+        return;
+    lostSince_.reset();
+    report(PlaybackReport::Kind::Unheard, 0);
+}
+
+void PlaybackLoop::closeOutput() {
+    output_.reset();
+    ring_.skipDiscarded();
 }
 
 PlaybackLoop::Clock::time_point PlaybackLoop::deadline(bool running) const {
     const auto now = Clock::now();
+    if (running && lostSince_)
+        return now + lossPeriod;
     if (decoder_ && filling_ && !hasAllSound())
         return pending_.empty() ? now : now + devicePeriod;
     if (running && !endReported_) {

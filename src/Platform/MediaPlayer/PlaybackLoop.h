@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace tamsy {
@@ -19,6 +20,7 @@ struct PlaybackReport {
         Started, // sound has begun to flow
         Sought,  // `seek` is done
         Ended,   // all sound has been played; `position` is the true length
+        Unheard, // the output has vanished and no other has come
     };
     Kind kind = Kind::Failed;
     std::uint64_t item = 0;
@@ -54,6 +56,8 @@ class PlaybackLoop {
     void start(const PlaybackRequest& request);
     void reportEnd();
     void keepOutput(bool running);
+    void replaceOutput();
+    void closeOutput();
     [[nodiscard]] Clock::time_point deadline(bool running) const;
     [[nodiscard]] bool hasAllSound() const { return drained_ && pending_.empty(); }
     void report(PlaybackReport::Kind kind, double position) const;
@@ -76,6 +80,7 @@ class PlaybackLoop {
     std::uint64_t anchorFrame_ = 0; // the ring's number of the first frame since the last seek
     std::unique_ptr<AudioOutput> output_;
     Clock::time_point idleSince_;
+    std::optional<Clock::time_point> lostSince_; // when the output vanished, until there is another
 };
 
 } // namespace tamsy
