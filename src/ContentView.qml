@@ -85,6 +85,28 @@ Item {
             }
         }
     }
+    FolderDrop {
+        id: folderDrop
+
+        library: content.library
+    }
+    DropArea {
+        id: dropArea
+
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onEntered: drag => {
+            drag.accepted = folderDrop.holdsFolder(drag.urls);
+        }
+        onDropped: drop => {
+            folderDrop.add(drop.urls);
+            drop.accept(Qt.CopyAction);
+        }
+    }
+    FocusRing {
+        inset: 4
+        shown: dropArea.containsDrag
+    }
     PlayerBarView {
         id: bar
 

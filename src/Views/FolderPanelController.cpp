@@ -1,5 +1,7 @@
 #include "Views/FolderPanelController.h"
 
+#include "Views/LocalAddress.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
@@ -24,9 +26,7 @@ void FolderPanelController::finish(const QUrl& url) {
     const auto completion = std::exchange(completion_, nullptr);
     if (!completion)
         return;
-    const auto address = FileURL::fromAbsoluteString(url.toEncoded(QUrl::FullyEncoded));
-    // Made anew from its bytes, so that it is escaped as all our addresses are.
-    completion(address ? std::optional(FileURL::fromPath(address->path())) : std::nullopt);
+    completion(localAddress(url));
 }
 
 } // namespace tamsy

@@ -33,6 +33,8 @@ Item {
                             : mouse.containsMouse || menu.opened ? Theme.colors.sidebarHover : "transparent"
 
         Text {
+            id: name
+
             anchors.fill: parent
             anchors.leftMargin: 8
             anchors.rightMargin: 8
@@ -56,6 +58,9 @@ Item {
             else
                 menu.popup();
         }
+    }
+    ElisionTip {
+        label: mouse.containsMouse && !menu.opened ? name : null
     }
     AppMenu {
         id: menu

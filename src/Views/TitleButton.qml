@@ -45,4 +45,7 @@ AbstractButton {
         color: Theme.colors.text
         verticalAlignment: Text.AlignVCenter
     }
+    ElisionTip {
+        label: button.hovered && !button.down ? label : null
+    }
 }

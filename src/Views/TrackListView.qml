@@ -95,6 +95,13 @@ Item {
             const lowest = top + 36 - (height - view.bottomInset);
             contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
         }
+        /// Starts the selected track again; the first one where none is selected.
+        function playSelected(row: int) {
+            if (row < 0)
+                moveTo(0);
+            else
+                view.player.play(tracks.urlOf(view.selection));
+        }
         function pageRows(): int {
             return Math.max(1, Math.floor((height - topMargin - view.bottomInset) / 36) - 1);
         }
@@ -107,6 +114,8 @@ Item {
             case Qt.Key_PageDown: moveTo(row + pageRows()); break;
             case Qt.Key_Home: moveTo(0); break;
             case Qt.Key_End: moveTo(count - 1); break;
+            case Qt.Key_Return:
+            case Qt.Key_Enter: playSelected(row); break;
             default: return;
             }
             event.accepted = true;

@@ -82,6 +82,8 @@ Item {
             playing: row.current && row.player.isPlaying
         }
         Cell {
+            id: titleCell
+
             x: 36
             width: row.columns.titleWidth - x
             text: row.title
@@ -89,11 +91,15 @@ Item {
             color: row.current ? Theme.colors.accent : Theme.colors.text
         }
         Cell {
+            id: artistCell
+
             x: row.columns.artistX
             width: row.columns.artistWidth
             text: row.artist
         }
         Cell {
+            id: albumCell
+
             x: row.columns.albumX
             width: row.columns.albumWidth
             text: row.album
@@ -112,10 +118,15 @@ Item {
             return x < content.x - fill.anchors.leftMargin + row.columns.titleWidth;
         }
 
+        readonly property Text label: [titleCell, artistCell, albumCell].find(cell => containsMouse && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
+
         anchors.fill: fill
         hoverEnabled: true
         preventStealing: true
         onPressed: mouse => row.pressed(isOnTitle(mouse.x))
         onClicked: mouse => row.clicked(isOnTitle(mouse.x))
+    }
+    ElisionTip {
+        label: mouse.label
     }
 }

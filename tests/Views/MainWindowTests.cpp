@@ -6,6 +6,7 @@
 #include "Views/CoverProvider.h"
 #include "Views/FolderPanelController.h"
 
+#include <QMimeData>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
@@ -122,6 +123,8 @@ TEST_F(MainWindowTest, KeysMoveTheSelectionAndPlay) {
     EXPECT_EQ(loads(), 0); // at the top already
     press(Qt::Key_Right, Qt::ControlModifier);
     EXPECT_EQ(playing(), 1);
+    press(Qt::Key_Return); // the selected row, whatever plays
+    EXPECT_EQ(playing(), 0);
 }
 
 TEST_F(MainWindowTest, SearchFiltersAtEachKeyAndNeverPlays) {
@@ -185,6 +188,28 @@ TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
     EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
     press(Qt::Key_Plus, Qt::ControlModifier);
     EXPECT_EQ(lyricsFontSize.points(), 50);
+}
+
+TEST_F(MainWindowTest, DroppedFoldersAreAddedOnceAndNothingElse) {
+    const FileURL folder = makeFolder(QStringLiteral("新 %41"), {QStringLiteral("x")});
+    const auto address = [](const FileURL& url) { return QUrl::fromEncoded(url.absoluteString()); };
+    const QList<QUrl> others = {address(folder.appending("x.mp3")), address(folder.appending("y")),
+                                QUrl(QStringLiteral("smb://server/share")),
+                                address(library->folders().constFirst().url)};
+    const auto drop = [this](const QList<QUrl>& urls) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter({500, 300}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &enter);
+        QDropEvent event({500, 300}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window, &event);
+        return event.isAccepted();
+    };
+    EXPECT_FALSE(drop(others.first(3)));
+    EXPECT_TRUE(drop(others + QList{address(folder), address(folder)}));
+    QTest::qWait(100);
+    ASSERT_EQ(library->folders().size(), 2);
+    EXPECT_EQ(library->folders().constLast().url, folder);
 }
 
 TEST_F(MainWindowTest, EveryControlHasARoleAndAName) {

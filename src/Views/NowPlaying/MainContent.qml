@@ -67,6 +67,10 @@ Item {
                     shade: content.shade
                     font.pixelSize: 26
                     font.weight: Font.DemiBold
+
+                    HoverHandler {
+                        id: titlePointer
+                    }
                 }
                 ArtText {
                     id: artist
@@ -81,6 +85,14 @@ Item {
                     shade: content.shade
                     color: Qt.rgba(1, 1, 1, 0.8)
                     font.pixelSize: 16
+
+                    HoverHandler {
+                        id: artistPointer
+                    }
+                }
+                ElisionTip {
+                    label: titlePointer.hovered ? title : artistPointer.hovered ? artist : null
+                    colors: Theme.onArt
                 }
             }
             Item {

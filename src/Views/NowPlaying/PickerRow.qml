@@ -47,6 +47,8 @@ Item {
             spacing: 2
 
             Text {
+                id: titleText
+
                 width: parent.width
                 height: 20
                 verticalAlignment: Text.AlignVCenter
@@ -59,6 +61,8 @@ Item {
                 Accessible.ignored: true
             }
             Text {
+                id: artistText
+
                 width: parent.width
                 height: 16
                 verticalAlignment: Text.AlignVCenter
@@ -92,8 +96,14 @@ Item {
     MouseArea {
         id: mouse
 
+        readonly property Text label: [titleText, artistText].find(cell => containsMouse && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
+
         anchors.fill: parent
         hoverEnabled: true
         onClicked: row.picked()
+    }
+    ElisionTip {
+        label: mouse.label
+        colors: Theme.onArt
     }
 }
