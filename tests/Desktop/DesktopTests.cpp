@@ -26,10 +26,8 @@ constexpr qint64 farAway = std::numeric_limits<qint64>::max();
 class DesktopTest : public testing::Test, protected LibraryFixture {
   protected:
     void SetUp() override {
-        const FileURL folder =
-            makeFolder(QStringLiteral("音乐"),
-                       {QStringLiteral("一~甲~丙"), QStringLiteral("二"), QStringLiteral("三")});
-        add(folder, 3);
+        add(QStringLiteral("音乐"),
+            {QStringLiteral("一~甲~丙"), QStringLiteral("二"), QStringLiteral("三")});
         tracks = library->folders().constFirst().tracks;
         fake->loadedDuration = 100;
         player.attachLibrary(library.get());
@@ -166,8 +164,6 @@ TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
         {mpris::playerInterface, "SetPosition", {text("/x"), qint64(1)}, "InvalidArgs", {}},
         {mpris::playerInterface, "Seek", {-farAway}, "", {"seek 0"}},
         {mpris::playerInterface, "Seek", {1.5}, "InvalidArgs", {}},
-        {mpris::playerInterface, "Seek", {}, "InvalidArgs", {}},
-        {mpris::playerInterface, "Pause", {true}, "InvalidArgs", {}},
         {mpris::playerInterface, "Explode", {}, "UnknownMethod", {}},
         {mpris::playerInterface, "OpenUri", {text("http://a/b.mp3")}, "InvalidArgs", {}},
         {mpris::playerInterface, "OpenUri", {text("file:///etc/passwd")}, "InvalidArgs", {}},
@@ -202,9 +198,8 @@ TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
 
 TEST_F(DesktopTest, TellsWhatHasChangedAndNothingElse) {
     Listener listener(client);
-    QTest::qWait(50); // the bus learns of the listener
-    play(1);          // its title stays when its tags have been read
-    listener.listen();
+    QTest::qWait(50);                // the bus learns of the listener
+    listener.hear([&] { play(1); }); // its title stays when its tags have been read
     QStringList keys = listener.changes.back().keys();
     ASSERT_EQ(listener.changes.size(), 1U);
     EXPECT_EQ(keys, (QStringList{QStringLiteral("CanPause"), QStringLiteral("CanPlay"),
@@ -212,32 +207,26 @@ TEST_F(DesktopTest, TellsWhatHasChangedAndNothingElse) {
                                  QStringLiteral("PlaybackStatus")}));
     EXPECT_THAT(listener.jumps, ElementsAre(0));
 
-    listener.forget();
-    fake->advance(3);
-    QTest::qWait(200);
-    EXPECT_THAT(listener.changes, IsEmpty());
-    for (const double position : {10, 20, 30})
-        player.seek(position);
-    listener.listen();
+    listener.hear([&] {
+        fake->advance(3);
+        QTest::qWait(200);
+        EXPECT_THAT(listener.changes, IsEmpty());
+        for (const double position : {10, 20, 30})
+            player.seek(position);
+    });
     EXPECT_THAT(listener.changes, IsEmpty());
     EXPECT_THAT(listener.jumps, ElementsAre(30'000'000));
 
-    listener.forget();
-    player.setVolume(0.25F);
-    listener.listen();
+    listener.hear([&] { player.setVolume(0.25F); });
     EXPECT_THAT(listener.changes, ElementsAre(QVariantMap{{QStringLiteral("Volume"), 0.25}}));
 
-    listener.forget();
-    library->setSearchText(QStringLiteral("nothing has that"));
-    listener.listen();
+    listener.hear([&] { library->setSearchText(QStringLiteral("nothing has that")); });
     EXPECT_THAT(listener.changes,
                 ElementsAre(QVariantMap{{QStringLiteral("CanGoNext"), false},
                                         {QStringLiteral("CanGoPrevious"), false}}));
 
     // The same track from the start: no property differs, but the position does.
-    listener.forget();
-    player.play(player.currentURL());
-    listener.listen();
+    listener.hear([&] { player.play(player.currentURL()); });
     EXPECT_THAT(listener.jumps, ElementsAre(0));
 }
 

@@ -29,14 +29,14 @@ class Listener : public QObject {
     std::vector<QVariantMap> changes;
     std::vector<qlonglong> jumps;
 
-    /// Waits until something was heard and the next announcement would have come.
-    void listen() const {
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !changes.empty() || !jumps.empty(); }));
-        QTest::qWait(200);
-    }
-    void forget() {
+    /// Does `act`, and waits until something was heard and the next announcement would have come.
+    template <typename Act>
+    void hear(Act act) {
         changes.clear();
         jumps.clear();
+        act();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !changes.empty() || !jumps.empty(); }));
+        QTest::qWait(200);
     }
 
   private Q_SLOTS:

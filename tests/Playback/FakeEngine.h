@@ -18,9 +18,7 @@ class FakeEngine : public AudioPlaybackEngine {
 
     /// Every call in order: "load file:///x", "play", "seek 1.5", "volume 0.5", "interval 0.25".
     std::vector<std::string> calls;
-    bool opensFiles = true;      // false: every load fails
     double loadedDuration = 0.0; // the length that the next loaded file has, in seconds
-    float volume = 0.5F;
     double updateInterval = 0.25;
 
     [[nodiscard]] Publisher<bool> isPlayingPublisher() const override {
@@ -36,9 +34,8 @@ class FakeEngine : public AudioPlaybackEngine {
     void load(const FileURL& url) override {
         note("load " + url.absoluteString().toStdString());
         close();
-        loaded_ = opensFiles;
-        if (loaded_)
-            report(0, false);
+        loaded_ = true;
+        report(0, false);
     }
     void play() override {
         note("play");
@@ -59,10 +56,7 @@ class FakeEngine : public AudioPlaybackEngine {
         if (loaded_)
             report(seconds > 0 ? seconds : 0, isPlayingSubject.value());
     }
-    void setVolume(float newVolume) override {
-        note("volume " + text(newVolume));
-        volume = newVolume;
-    }
+    void setVolume(float newVolume) override { note("volume " + text(newVolume)); }
     void setUpdateInterval(double seconds) override {
         note("interval " + text(seconds));
         updateInterval = std::max(seconds, 0.05);

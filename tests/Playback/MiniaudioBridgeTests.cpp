@@ -40,9 +40,7 @@ void expectRefused(const FileURL& url, int code) {
     // The aim is 50 ms; a search through 4 GB takes half a minute.
     EXPECT_LT(timer.elapsed(), 1000) << url.absoluteString().toStdString();
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->domain, "miniaudio");
     EXPECT_EQ(error->code, code) << url.absoluteString().toStdString();
-    EXPECT_EQ(error->description, "Failed to open audio file");
     EXPECT_EQ(ma_createPlayer(url, nullptr), nullptr);
 }
 

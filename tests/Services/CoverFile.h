@@ -5,12 +5,16 @@
 #include <QImage>
 #include <QtEndian>
 
+/// The bytes of a file of this format that holds the picture.
+inline QByteArray encoded(const QImage& image, const char* format) {
+    QBuffer buffer;
+    return image.save(&buffer, format) ? buffer.data() : QByteArray();
+}
+
 /// The bytes of a FLAC file that holds nothing but a cover: one PICTURE block, the last one
 /// (RFC 9639).
 inline QByteArray flacWithCover(const QImage& cover, const char* format) {
-    QByteArray picture;
-    QBuffer buffer(&picture);
-    cover.save(&buffer, format);
+    const QByteArray picture = encoded(cover, format);
     const auto number = [](qsizetype value) {
         const quint32 bigEndian = qToBigEndian(static_cast<quint32>(value));
         return QByteArray(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);

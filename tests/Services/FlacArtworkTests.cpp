@@ -1,8 +1,8 @@
 #include "Services/FlacArtwork.h"
 
 #include "Platform/Media/MemoryFile.h"
+#include "Services/CoverFile.h"
 
-#include <QBuffer>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -27,10 +27,7 @@ std::string big(std::size_t value, int bytes) {
 std::string png(QColor colour) {
     QImage image(8, 8, QImage::Format_RGB32);
     image.fill(colour);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    (void)(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png"));
-    return bytes.toStdString();
+    return encoded(image, "png").toStdString();
 }
 
 std::string body(const std::string& data, std::size_t claimed) {
@@ -58,16 +55,13 @@ TEST(FlacArtwork, IsTheFirstPictureThatDecodes) {
     const std::string broken = body("no picture");
     const Row rows[] = {
         {"only block", "fLaC" + block(last | picture, red), Qt::red},
-        {"behind others", "fLaC" + block(0, std::string(34, 'x')) + block(picture, blue), Qt::blue},
         {"first of two", "fLaC" + block(picture, red) + block(last | picture, blue), Qt::red},
         {"damaged, then good", "fLaC" + block(picture, broken) + block(last | picture, blue),
          Qt::blue},
         {"empty, then good", "fLaC" + block(picture, body({})) + block(picture, blue), Qt::blue},
         {"data cut, then good",
          "fLaC" + block(picture, body(png(Qt::red), 9999)) + block(picture, blue), Qt::blue},
-        {"no data at all, then good", "fLaC" + block(picture, {}) + block(picture, blue), Qt::blue},
         {"bytes behind the data", "fLaC" + block(picture, red + "more"), Qt::red},
-        {"reaches the end unmarked", "fLaC" + block(picture, red), Qt::red},
         {"damaged and last", "fLaC" + block(last | picture, broken) + block(picture, red)},
         {"other block last", "fLaC" + block(last | padding, "xx") + block(picture, red)},
         {"other block reaches the end", "fLaC" + block(padding, "xx")},
@@ -75,7 +69,6 @@ TEST(FlacArtwork, IsTheFirstPictureThatDecodes) {
         {"behind a length past the end", "fLaC" + block(padding, "xx", 9999) + block(picture, red)},
         {"behind a foreign signature", "fLaD" + block(picture, red)},
         {"behind another tag", "ID3\3\0\0\0\0\0\0"s + "fLaC" + block(picture, red)},
-        {"eight bytes", "fLaC" + block(last | picture, {})},
         {"nothing", {}},
     };
     for (const Row& row : rows) {

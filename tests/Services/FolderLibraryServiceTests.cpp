@@ -3,7 +3,6 @@
 #include "Services/AudioMetadata.h"
 #include "Services/FolderLibraryService.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -51,8 +50,6 @@ class FolderLibraryServiceTest : public testing::Test {
         return lines;
     }
 
-    int argc = 0;
-    QCoreApplication application{argc, nullptr};
     TemporaryFolder configuration;
     TemporaryFolder music;
     std::function<void()> beforeEachFile;

@@ -55,18 +55,4 @@ TEST(FileURL, RefusesWhatIsNoFileAddress) {
         EXPECT_FALSE(FileURL::fromAbsoluteString(text)) << text;
 }
 
-TEST(FileURL, ShowsUndecodableBytesAsReplacements) {
-    const FileURL url = FileURL::fromPath("/x/\xB8\xE8.mp3");
-    EXPECT_EQ(url.lastPathComponentText(), QString::fromUtf8("\xEF\xBF\xBD\xEF\xBF\xBD.mp3"));
-    EXPECT_EQ(FileURL::fromPath("/x/My Song.tar.flac").nameWithoutExtensionText(),
-              QStringLiteral("My Song.tar"));
-}
-
-TEST(FileURL, WalksUpAndDown) {
-    const FileURL folder = FileURL::fromPath("/a b");
-    EXPECT_EQ(folder.appending("c%.mp3").path(), "/a b/c%.mp3");
-    EXPECT_EQ(folder.appending("c").parent(), folder);
-    EXPECT_EQ(FileURL::fromPath("/").appending("x").absoluteString(), "file:///x");
-}
-
 } // namespace

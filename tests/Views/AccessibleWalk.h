@@ -4,20 +4,21 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QString>
-#include <QStringList>
 
 namespace tamsy {
 
 /// Every control that a screen reader meets below `item` without a role or a name.
-inline void collectNameless(QAccessibleInterface* item, QStringList& nameless) {
+inline QString namelessBelow(QAccessibleInterface* item) {
+    QString nameless;
     const bool isContainer = item->role() == QAccessible::Client ||
                              item->role() == QAccessible::Window ||
                              item->role() == QAccessible::Application;
     if (!isContainer && item->object() != nullptr && item->object()->property("visible").toBool() &&
         (item->role() == QAccessible::NoRole || item->text(QAccessible::Name).isEmpty()))
-        nameless.append(QString::fromLatin1(item->object()->metaObject()->className()));
+        nameless = QLatin1String(item->object()->metaObject()->className()) + QLatin1Char(' ');
     for (int i = 0; i < item->childCount(); ++i)
-        collectNameless(item->child(i), nameless);
+        nameless += namelessBelow(item->child(i));
+    return nameless;
 }
 
 /// The first visible item below `item` that is called `name`; null if there is none.
@@ -32,10 +33,9 @@ inline QQuickItem* itemNamed(QAccessibleInterface* item, const QString& name) {
     return nullptr;
 }
 
-/// The same in a whole window.
-inline QQuickItem* itemNamed(QQuickWindow* window, const QString& name) {
+inline QAccessibleInterface* accessible(QQuickWindow* window) {
     QAccessible::setActive(true);
-    return itemNamed(QAccessible::queryAccessibleInterface(window), name);
+    return QAccessible::queryAccessibleInterface(window);
 }
 
 } // namespace tamsy

@@ -13,6 +13,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
 Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
 Q_IMPORT_QML_PLUGIN(TamsyPlugin)
@@ -33,7 +35,7 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
         QStringList names;
         for (int i = 0; i < 40; ++i)
             names.append(QStringLiteral("歌 %1").arg(i, 2, 10, QLatin1Char('0')));
-        add(makeFolder(QStringLiteral("音乐"), names), names.size());
+        add(QStringLiteral("音乐"), names);
         open();
     }
 
@@ -72,11 +74,8 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
     }
     [[nodiscard]] qsizetype playing() const {
         const TrackList tracks = library->folders().constFirst().tracks;
-        for (qsizetype i = 0; i < tracks.size(); ++i) {
-            if (tracks.at(i).url == player.currentURL())
-                return i;
-        }
-        return -1;
+        const auto found = std::ranges::find(tracks, player.currentURL(), &Track::url);
+        return found == tracks.end() ? -1 : found - tracks.begin();
     }
     [[nodiscard]] long loads() const {
         return std::count_if(fake->calls.cbegin(), fake->calls.cend(),
@@ -140,10 +139,9 @@ TEST_F(MainWindowTest, SearchFiltersAtEachKeyAndNeverPlays) {
     press(Qt::Key_Backspace);
     press(Qt::Key_Backspace);
     EXPECT_EQ(library->filteredTracks().size(), 13);
-    EXPECT_THAT(fake->calls, IsEmpty()); // the space went into the field
     press(Qt::Key_Escape);
     EXPECT_EQ(library->filteredTracks().size(), 40);
-    EXPECT_THAT(fake->calls, IsEmpty());
+    EXPECT_THAT(fake->calls, IsEmpty()); // the space went into the field
 }
 
 TEST_F(MainWindowTest, NothingFallsThroughThePlayerBar) {
@@ -175,7 +173,7 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
 }
 
 TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
-    add(makeFolder(QStringLiteral("b"), {QStringLiteral("x")}), 1);
+    add(QStringLiteral("b"), {QStringLiteral("x")});
     settle();
     click({60, 88});
     EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
@@ -213,13 +211,8 @@ TEST_F(MainWindowTest, DroppedFoldersAreAddedOnceAndNothingElse) {
 }
 
 TEST_F(MainWindowTest, EveryControlHasARoleAndAName) {
-    QAccessible::setActive(true);
     click(row(0));
-    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(window);
-    ASSERT_NE(root, nullptr);
-    QStringList nameless;
-    collectNameless(root, nameless);
-    EXPECT_TRUE(nameless.isEmpty()) << nameless.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(namelessBelow(accessible(window)).toStdString(), "");
 }
 
 } // namespace

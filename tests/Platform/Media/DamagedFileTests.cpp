@@ -39,11 +39,6 @@ QString readAll(const FileURL& url) {
     return asset.infoDictionary().value(u"title"_qs);
 }
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 struct Fault {
     const char* name;
     std::string bytes;
@@ -179,7 +174,9 @@ TEST(DamagedFiles, SurviveMutationsOfEveryKindOfFile) {
     for (const QString& name :
          QDir(QStringLiteral(TAG_FIXTURES)).entryList({u"*-*.*"_qs}, QDir::Files)) {
         SCOPED_TRACE(name.toStdString());
-        const QByteArray original = contents(QStringLiteral(TAG_FIXTURES "/") + name);
+        QFile fixture(QStringLiteral(TAG_FIXTURES "/") + name);
+        ASSERT_TRUE(fixture.open(QIODevice::ReadOnly));
+        const QByteArray original = fixture.readAll();
         for (int i = 0; i < mutations; ++i) {
             QByteArray bytes = original;
             for (auto changes = 1 + random() % 3; changes > 0 && bytes.size() > 1; --changes)

@@ -1,4 +1,4 @@
-#include "Platform/MediaPlayer/RingRenderer.h"
+#include "Platform/MediaPlayer/FrameRing.h"
 
 #include <gtest/gtest.h>
 
@@ -46,28 +46,6 @@ TEST(FrameRing, HandsOverEveryFrameInOrderAndNoneThatWasDiscarded) {
     done = true;
     consumer.join();
     EXPECT_EQ(ring->consumed(), ring->written());
-}
-
-TEST(RingRenderer, TakesNewSoundAtOnceAfterADiscardAndHoldsItWhilePaused) {
-    const auto renderer = std::make_unique<RingRenderer>();
-    FrameRing& ring = renderer->ring();
-    const std::vector<StereoFrame> old(FrameRing::fillTarget, {0.5F, 0.5F});
-    const std::vector<StereoFrame> fresh(4096, {1, -1});
-    ASSERT_EQ(ring.write(old), old.size());
-    ring.discardUnread();
-    ASSERT_EQ(ring.write(fresh), fresh.size());
-
-    std::vector<StereoFrame> out(1024, {9, 9});
-    renderer->render(out);
-    EXPECT_EQ(ring.consumed(), FrameRing::fillTarget);
-    EXPECT_TRUE(out.front().left == 0 && out.back().right == 0);
-    renderer->setRunning(true);
-    renderer->setVolume(0.25F);
-    renderer->render(out);
-    renderer->render(out);
-    EXPECT_EQ(out.front().left, 0.25F);
-    EXPECT_EQ(out.back().right, -0.25F);
-    EXPECT_EQ(ring.consumed(), FrameRing::fillTarget + 2048);
 }
 
 } // namespace

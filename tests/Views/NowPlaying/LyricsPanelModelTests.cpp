@@ -15,27 +15,12 @@ namespace {
 /// A panel over sidecar files of its own.
 class LyricsPanelModelTest : public testing::Test {
   protected:
-    /// The address of a song whose sidecar holds `text`.
-    FileURL song(const QString& name, const QByteArray& text) {
-        QFile sidecar(directory.filePath(name + QStringLiteral(".lrc")));
-        EXPECT_TRUE(sidecar.open(QIODevice::WriteOnly));
-        sidecar.write(text);
-        return FileURL::fromPath(directory.filePath(name + QStringLiteral(".mp3")).toUtf8());
-    }
-
-    /// A song whose own tag (ID3v2.4) holds `text`, at most 100 bytes.
-    FileURL taggedSong(const QString& name, const QByteArray& text) {
-        const auto size = [](qsizetype bytes) -> QByteArray {
-            return QByteArray(3, '\0') + static_cast<char>(bytes);
-        };
-        const QByteArray payload = QByteArrayLiteral("\x03"
-                                                     "eng") +
-                                   '\0' + text;
-        const QByteArray frame = "USLT" + size(payload.size()) + QByteArray(2, '\0') + payload;
-        QFile file(directory.filePath(name + QStringLiteral(".mp3")));
+    /// The address of a song, beside which a file with the extension `other` holds `bytes`.
+    FileURL song(const QString& name, const QByteArray& bytes, const char* other = ".lrc") {
+        QFile file(directory.filePath(name + QLatin1String(other)));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QByteArrayLiteral("ID3\x04") + QByteArray(2, '\0') + size(frame.size()) + frame);
-        return FileURL::fromPath(QFile::encodeName(file.fileName()));
+        file.write(bytes);
+        return FileURL::fromPath(directory.filePath(name + QStringLiteral(".flac")).toUtf8());
     }
 
     void load(const FileURL& url) {
@@ -74,7 +59,8 @@ TEST_F(LyricsPanelModelTest, LooksAtTheTimeOnlySoOften) {
 }
 
 TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
-    load(taggedSong(QStringLiteral("c"), "one\ntwo\n"));
+    const QByteArray comments("\0\0\0\0\1\0\0\0\x0E\0\0\0LYRICS=one\ntwo", 26);
+    load(song(QStringLiteral("c"), QByteArray("fLaC\x84\0\0\x1A", 8) + comments, ".flac"));
     EXPECT_EQ(panel.count(), 2);
     EXPECT_FALSE(panel.isSynced());
     panel.handleTime(1000, 100);

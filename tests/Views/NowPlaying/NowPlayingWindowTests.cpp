@@ -30,9 +30,8 @@ class NowPlayingWindowTest : public testing::Test, protected LibraryFixture {
   protected:
     void SetUp() override {
         fake->loadedDuration = 100;
-        add(makeFolder(QStringLiteral("音乐"),
-                       {QStringLiteral("a~artist"), QStringLiteral("b"), QStringLiteral("c")}),
-            3);
+        add(QStringLiteral("音乐"),
+            {QStringLiteral("a~artist"), QStringLiteral("b"), QStringLiteral("c")});
         player.attachLibrary(library.get());
         qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
         player.play(library->filteredTracks().at(0).url);
@@ -48,7 +47,9 @@ class NowPlayingWindowTest : public testing::Test, protected LibraryFixture {
         fake->calls.clear();
     }
 
-    [[nodiscard]] QQuickItem* item(const QString& name) const { return itemNamed(window, name); }
+    [[nodiscard]] QQuickItem* item(const QString& name) const {
+        return itemNamed(accessible(window), name);
+    }
 
     /// A point in an item's middle height, at a fraction of its width, in the window.
     static QPoint at(const QQuickItem* item, double fraction) {
@@ -122,7 +123,6 @@ TEST_F(NowPlayingWindowTest, TheVolumeChangesAtTheDragsEndOnly) {
     EXPECT_THAT(fake->calls, IsEmpty());
     drop(volumeBar, -0.5);
     EXPECT_THAT(fake->calls, ElementsAre("volume 0"));
-    EXPECT_EQ(player.volume(), 0);
 }
 
 TEST_F(NowPlayingWindowTest, ButtonsAndKeysActAndTheLogTellsTheStateAfterwards) {
@@ -170,10 +170,6 @@ TEST_F(NowPlayingWindowTest, ThePickerFollowsTheLibraryAndPlays) {
     library->setSearchText(QStringLiteral("nothing has this"));
     EXPECT_NE(item(QStringLiteral("没有符合搜索条件的歌曲")), nullptr);
     library->setSearchText({});
-    const QUuid folder = library->selectedFolderId();
-    library->setSelectedFolderId({});
-    EXPECT_NE(item(QStringLiteral("请先在主窗口侧边栏选择资料库文件夹")), nullptr);
-    library->setSelectedFolderId(folder);
     QTest::qWait(50);
     click(QStringLiteral("b  0:01"));
     EXPECT_EQ(player.currentURL(), library->filteredTracks().at(1).url);
@@ -210,10 +206,7 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
 }
 
 TEST_F(NowPlayingWindowTest, EveryControlHasARoleAndAName) {
-    QAccessible::setActive(true);
-    QStringList nameless;
-    collectNameless(QAccessible::queryAccessibleInterface(window), nameless);
-    EXPECT_TRUE(nameless.isEmpty()) << nameless.join(QLatin1Char(' ')).toStdString();
+    EXPECT_EQ(namelessBelow(accessible(window)).toStdString(), "");
 }
 
 } // namespace
