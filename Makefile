@@ -25,7 +25,7 @@ demo: ## drives the player by real clicks over generated music; says what was se
 test: ## runs all tests under the address, undefined-behaviour and thread sanitizers
 	@tools/setup build run demo test
 	@$(MAKE) sanitized-asan sanitized-tsan races
-	ctest --test-dir build/asan --output-on-failure
+	ctest --test-dir build/asan --parallel 2 --output-on-failure
 
 .PHONY: bench
 bench: ## measures the parts and the program, each beside its baseline
