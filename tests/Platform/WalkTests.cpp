@@ -39,8 +39,9 @@ TEST(DirectoryWalk, GivesEveryWantedFileInNaturalOrder) {
         "Disc 2/1.mp3",   "Disc 10/z.mp3", "pack.app/in/side.mp3",
         "Track 2.mp3",    "track 02.mp3",  "Track 10.mp3",
         "x.mp3/y.mp3",    "\xB8\xE8.mp3",  "\xE6\xAD\x8C.mp3"};
-    for (auto name = inOrder.rbegin(); name != inOrder.rend(); ++name)
-        folder.write(QByteArray::fromStdString(*name));
+    const std::vector<std::string> backwards(inOrder.rbegin(), inOrder.rend());
+    for (const std::string& name : backwards)
+        folder.write(QByteArray::fromStdString(name));
     for (const char* other : {".hidden.mp3", ".hidden/a.mp3", "cover.jpg", "mp3", "song.MP3"})
         folder.write(other);
     EXPECT_EQ(songsIn(folder.url()), inOrder);

@@ -69,7 +69,7 @@ class ArtworkLoaderTest : public testing::Test {
                                    .applicationSupportDirectory = base});
     }
 
-    ~ArtworkLoaderTest() override {
+    void TearDown() override {
         gate.release(1000);
         loader->end();
         QCoreApplication::processEvents(); // late answers, while what they refer to is there
@@ -239,6 +239,7 @@ TEST_F(ArtworkLoaderTest, MemoryStaysWithinItsBudget) {
 TEST_F(ArtworkLoaderTest, ManyRequestsFromManyThreadsLeaveNothingBehind) {
     std::atomic<int> answered = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&] {
             for (int number = 0; number < 200; ++number) {

@@ -27,7 +27,7 @@ QRgb colorOf(int number) {
 /// A player whose covers come from a loader of its own, and from no file.
 class CurrentArtworkTest : public testing::Test {
   protected:
-    ~CurrentArtworkTest() override {
+    void TearDown() override {
         gate.release(1000);
         loader.end();
         QCoreApplication::processEvents();
