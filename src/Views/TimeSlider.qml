@@ -12,6 +12,7 @@ Slider {
     // The arrow keys go in steps; a step would round where the pointer is, too, and the end be out of reach.
     stepSize: pressed ? 0 : 5
     hoverEnabled: true
+    wheelEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Slider
 

@@ -170,6 +170,12 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     fake->durationSubject.send(3); // and the range shrinks
     QTest::qWait(20);
     EXPECT_THAT(fake->calls, Not(Contains(StartsWith("seek"))));
+    fake->durationSubject.send(100);
+    fake->currentTimeSubject.send(10);
+    QTest::qWait(20);
+    QWheelEvent turn({550, 703}, {550, 703}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(window, &turn);
+    EXPECT_THAT(fake->calls, Contains("seek 15"));
 }
 
 TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
