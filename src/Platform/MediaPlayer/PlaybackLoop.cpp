@@ -127,6 +127,7 @@ void PlaybackLoop::start(const PlaybackRequest& request) {
         if (MediaBackend* backend = backendSource_())
             output_ = backend->openOutput(renderer_);
     }
+    lostSince_.reset();
     run_ = request.run;
     endReported_ = false;
     if (requests_.letRun(request))
