@@ -65,7 +65,7 @@ ArtworkLoader::ArtworkLoader(Sources sources)
       queue_(maximumConcurrentOperations) {}
 
 QByteArray ArtworkLoader::load(const FileURL& url, Variant variant, Completion completion) {
-    const QByteArray key = cacheKey(url, variant);
+    QByteArray key = cacheKey(url, variant);
     if (const QImage kept = image(url, variant); !kept.isNull()) {
         completion(kept);
         return key;
@@ -87,7 +87,7 @@ QImage ArtworkLoader::image(const FileURL& url, Variant variant) {
     if (auto kept = cache_.object(key))
         return *std::move(kept);
     const Measure measure = measureOf(variant);
-    const QImage stored = files_.read(url, measure.text);
+    QImage stored = files_.read(url, measure.text);
     if (!stored.isNull())
         cache_.setObject(stored, key, measure.cost());
     return stored;

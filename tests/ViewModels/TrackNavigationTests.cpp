@@ -48,14 +48,14 @@ TEST(TrackEnd, IsSeenFromPositionAndDurationWhilePlaying) {
 TEST(StepInList, WrapsRoundAndFindsItsWayIn) {
     struct Row {
         const char* list;
-        char current; // 0 for none
         int step;
+        char current; // 0 for none
         char expected;
     };
     const Row rows[] = {
-        {"abc", 'a', 1, 'b'},  {"abc", 'c', 1, 'a'}, {"abc", 'a', -1, 'c'}, {"abc", 'x', 1, 'a'},
-        {"abc", 'x', -1, 'c'}, {"abc", 0, 1, 'a'},   {"abc", 0, -1, 'c'},   {"a", 'a', 1, 'a'},
-        {"abac", 'a', 1, 'b'}, // the first occurrence counts
+        {"abc", 1, 'a', 'b'},  {"abc", 1, 'c', 'a'}, {"abc", -1, 'a', 'c'}, {"abc", 1, 'x', 'a'},
+        {"abc", -1, 'x', 'c'}, {"abc", 1, 0, 'a'},   {"abc", -1, 0, 'c'},   {"a", 1, 'a', 'a'},
+        {"abac", 1, 'a', 'b'}, // the first occurrence counts
     };
     for (const Row& row : rows) {
         const TrackList list = tracks(row.list);

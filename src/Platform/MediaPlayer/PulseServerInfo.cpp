@@ -42,7 +42,7 @@ extern "C" [[gnu::visibility("default")]] pa_operation*
 pa_context_get_server_info(pa_context* context, pa_server_info_cb_t answer, void* data) {
     static const auto ask = reinterpret_cast<decltype(&pa_context_get_server_info)>(
         ::dlsym(RTLD_NEXT, "pa_context_get_server_info"));
-    auto question = std::make_unique<Question>(answer, data);
+    auto question = std::make_unique<Question>(Question{answer, data});
     pa_operation* operation = ask(context, &fillIn, question.get());
     if (operation)
         pa_operation_set_state_callback(operation, &forgetWhenOver, question.release());
