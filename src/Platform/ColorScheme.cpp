@@ -26,7 +26,8 @@ constexpr uint preferDark = 1;
 } // namespace
 
 ColorScheme::ColorScheme(QObject* parent) : QObject(parent) {
-    // Unknown to the library until a first such value was sent, and a slot that takes it is refused.
+    // Unknown to the library until a first such value was sent, and a slot that takes it is
+    // refused.
     qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
