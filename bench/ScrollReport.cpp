@@ -3,8 +3,8 @@
 // display.
 
 #include "BigLibrary.h"
+#include "FlacWithCover.h"
 #include "Playback/FakeEngine.h"
-#include "Services/CoverFile.h"
 #include "Services/FolderLibraryService.h"
 #include "Services/FolderPersistence.h"
 #include "ViewModels/LibraryViewModel.h"

@@ -7,7 +7,6 @@ played. It must have made no network socket and opened nothing of that directory
 window manager, a session bus, a sound server and a profile of its own.
 """
 import base64
-import json
 import os
 import re
 import struct
@@ -15,11 +14,12 @@ import subprocess
 import sys
 import tempfile
 import time
-import uuid
 from pathlib import Path
-from urllib.parse import quote
 
 from mutagen import flac, id3, oggvorbis
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+from driven_program import address, click, newest_window, store_library, xdotool  # noqa: E402
 
 HOST = "http://127.0.0.1:9"
 SKIPPED = 77  # to the test runner
@@ -99,41 +99,6 @@ def make_files(music, bait):
     return sorted(path for path in music.iterdir())
 
 
-def address(path):
-    return "file://" + quote(os.fsencode(path), safe="-._~!$&'()*+,:=@/")
-
-
-def store_library(music, files):
-    store = Path(os.environ["XDG_CONFIG_HOME"]) / "Tamsy Music"
-    store.mkdir(parents=True)
-    tracks = [{"id": str(uuid.uuid4()).upper(), "urlString": address(file), "title": file.name, "artist": "",
-               "album": "", "duration": 3, "fileExtension": file.suffix[1:]} for file in files]
-    bookmark = base64.b64encode(f"tamsy-folder 1\n{address(music)}\n\n".encode()).decode()
-    (store / "FolderLibraryService.Bookmarks").write_text(json.dumps(
-        [{"id": str(uuid.uuid4()).upper(), "dateAdded": 0, "tracks": tracks, "bookmarkBase64": bookmark}]))
-
-
-def xdotool(*arguments):
-    return subprocess.run(["xdotool", *map(str, arguments)], stdout=subprocess.PIPE, text=True, check=False).stdout
-
-
-def window_beside(known):
-    for _ in range(300):
-        new = set(xdotool("search", "--onlyvisible", "--class", "tamsy-music").split()) - known
-        if new:
-            time.sleep(1)
-            return new.pop()
-        time.sleep(0.1)
-    sys.exit("the program shows no window")
-
-
-def click(window, place):
-    xdotool("mousemove", "--window", window, *place)
-    time.sleep(0.3)
-    xdotool("click", 1)
-    time.sleep(1)
-
-
 def main():
     if subprocess.run(["strace", "-o", os.devnull, "true"], stderr=subprocess.DEVNULL, check=False).returncode:
         print("nothing can be traced on this machine")
@@ -147,10 +112,10 @@ def main():
     command = ["strace", "-f", "-qq", "-s", "4096", "-e", "trace=network,%file", "-o", trace, sys.argv[1]]
     program = subprocess.Popen(command, stdout=subprocess.PIPE, text=True,
                                env=dict(os.environ, ASAN_OPTIONS="detect_leaks=0"))
-    window = window_beside(set())
+    window = newest_window(set())
     click(window, FIRST_ROW)
     click(window, TITLE_BUTTON)
-    click(window_beside({window}), LYRICS_BUTTON)
+    click(newest_window({window}), LYRICS_BUTTON)
     for file in files:
         subprocess.run(["playerctl", "--player=tamsy-music", "open", address(file)], check=True)
         time.sleep(0.5)

@@ -14,6 +14,7 @@ Text {
     maximumLineCount: 1
     style: isOutlined ? Text.Outline : Text.Normal
     styleColor: Qt.rgba(0, 0, 0, 0.35 * shade)
+    Accessible.ignored: text === ""
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

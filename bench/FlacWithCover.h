@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Services/CoverFile.h"
+
+#include <QtEndian>
+
+/// The bytes of a FLAC file that holds nothing but a cover: one PICTURE block, the last one
+/// (RFC 9639).
+inline QByteArray flacWithCover(const QImage& cover, const char* format) {
+    const QByteArray picture = encoded(cover, format);
+    const auto number = [](qsizetype value) {
+        const quint32 bigEndian = qToBigEndian(static_cast<quint32>(value));
+        return QByteArray(reinterpret_cast<const char*>(&bigEndian), sizeof bigEndian);
+    };
+    constexpr int frontCover = 3;
+    const QByteArray type = QByteArray("image/") + format;
+    QByteArray block = number(frontCover) + number(type.size()) + type + number(0);
+    for (const int value : {cover.width(), cover.height(), cover.depth(), 0})
+        block += number(value);
+    block += number(picture.size()) + picture;
+    return "fLaC\x86" + number(block.size()).last(3) + block;
+}
