@@ -45,12 +45,18 @@ ApplicationWindow {
     }
 
     menuBar: AppMenuBar {
+        id: menus
+
         PlaybackMenu {
             player: window.player
         }
         LyricsMenu {
             lyricsFontSize: window.lyricsFontSize
         }
+    }
+    Shortcut {
+        sequence: "F10"
+        onActivated: menus.openFirst()
     }
     Shortcut {
         sequence: "Ctrl+Q"

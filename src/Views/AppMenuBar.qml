@@ -5,6 +5,11 @@ import QtQuick.Controls
 MenuBar {
     id: bar
 
+    /// Opens the first menu; the arrow keys lead to the others.
+    function openFirst() {
+        (itemAt(0) as MenuBarItem).triggered();
+    }
+
     implicitHeight: 28
     leftPadding: 8
     rightPadding: 8

@@ -2,18 +2,14 @@ import QtQuick
 import QtQuick.Controls
 
 /// A bordered button with an icon.
-AbstractButton {
+AppButton {
     id: button
 
     required property string iconName
 
     implicitWidth: 40
     implicitHeight: 32
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: clicked()
 
     background: Rectangle {
         radius: Theme.radius

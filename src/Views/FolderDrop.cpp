@@ -36,7 +36,10 @@ void FolderDrop::setLibrary(LibraryViewModel* library) {
 }
 
 bool FolderDrop::holdsFolder(const QList<QUrl>& urls) {
-    return !foldersAmong(urls).isEmpty();
+    return std::ranges::any_of(urls, [](const QUrl& url) {
+        const auto address = localAddress(url);
+        return address && isFolder(address->path());
+    });
 }
 
 void FolderDrop::add(const QList<QUrl>& urls) const {

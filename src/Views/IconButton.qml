@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 
 /// A button that is an icon, with a fill only under the pointer.
-AbstractButton {
+AppButton {
     id: button
 
     required property string iconName
@@ -12,11 +12,7 @@ AbstractButton {
 
     implicitWidth: 32
     implicitHeight: 32
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.Button
     Accessible.name: help
-    Accessible.onPressAction: clicked()
 
     background: Rectangle {
         radius: Theme.radius

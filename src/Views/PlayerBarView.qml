@@ -50,8 +50,8 @@ Item {
             TitleButton {
                 id: title
 
-                width: Math.min(implicitWidth, parent.width)
-                text: bar.player.currentTitle !== "" ? bar.player.currentTitle : bar.player.currentAddress === "" ? "无正在播放" : ""
+                width: Math.min(implicitWidth, parent.width - 12)
+                title: bar.player.currentTitle !== "" ? bar.player.currentTitle : bar.player.currentAddress === "" ? "无正在播放" : ""
                 onClicked: bar.player.showNowPlayingWindow(bar.player, bar.library)
             }
         }

@@ -9,11 +9,17 @@ Item {
     required property var folderId
     required property string displayName
     property bool hasListFocus: false
+    property bool showsKeyboardFocus: false
     readonly property bool selected: ListView.isCurrentItem
 
     signal selectRequested
     signal rescanRequested
     signal removeRequested
+
+    /// Opens the menu below the row, as the keyboard asks for it.
+    function openMenu() {
+        menu.popup(fill, fill.radius, fill.height);
+    }
 
     height: 32
     Accessible.role: Accessible.ListItem
@@ -44,6 +50,10 @@ Item {
             elide: Text.ElideMiddle
             font.pixelSize: Theme.bodySize
             color: Theme.colors.text
+        }
+        FocusRing {
+            shown: row.selected && row.showsKeyboardFocus
+            parentRadius: Theme.smallRadius
         }
     }
     MouseArea {

@@ -15,6 +15,8 @@ Rectangle {
     ListView {
         id: list
 
+        property bool usedByKeyboard: false
+
         anchors.fill: parent
         topMargin: 12
         bottomMargin: sidebar.bottomInset + 8
@@ -37,11 +39,20 @@ Rectangle {
             bottomPadding: sidebar.bottomInset + 2
         }
 
+        // A press sets it back after it has taken the focus.
+        onActiveFocusChanged: usedByKeyboard = activeFocus
+
         function select(row: int) {
             if (row >= 0 && row < count) {
                 sidebar.library.selectedFolderId = folderModel.idAt(row);
-                positionViewAtIndex(row, ListView.Contain);
+                reveal(row);
             }
+        }
+        /// Scrolls as little as it takes to bring the row in front of what lies over the list.
+        function reveal(row: int) {
+            const top = row * 32;
+            const lowest = top + 32 - (height - sidebar.bottomInset);
+            contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
         }
         Keys.onUpPressed: select(currentIndex < 0 ? count - 1 : currentIndex - 1)
         Keys.onDownPressed: select(currentIndex + 1)
@@ -50,6 +61,8 @@ Rectangle {
                 select(0);
             else if (event.key === Qt.Key_End)
                 select(count - 1);
+            else if (event.key === Qt.Key_Menu || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)
+                (currentItem as SidebarRow)?.openMenu();
             else
                 return;
             event.accepted = true;
@@ -60,14 +73,20 @@ Rectangle {
         delegate: SidebarRow {
             width: list.width
             hasListFocus: list.activeFocus
+            showsKeyboardFocus: list.activeFocus && list.usedByKeyboard
             onSelectRequested: {
                 list.forceActiveFocus();
+                list.usedByKeyboard = false;
                 list.select(index);
             }
             onRescanRequested: sidebar.library.rescanFolder(folderId)
             onRemoveRequested: sidebar.library.removeFolder(folderId)
         }
         // qmllint enable unqualified
+    }
+    FocusRing {
+        shown: list.activeFocus && list.usedByKeyboard && list.currentIndex < 0
+        inset: 4
     }
     Rectangle {
         anchors.right: parent.right

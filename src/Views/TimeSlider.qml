@@ -15,6 +15,15 @@ Slider {
     wheelEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Slider
+    // The control's own keys would press it first, which takes the step away.
+    Keys.onLeftPressed: {
+        decrease();
+        moved();
+    }
+    Keys.onRightPressed: {
+        increase();
+        moved();
+    }
 
     background: Rectangle {
         y: Math.round((slider.height - height) / 2)

@@ -1,19 +1,17 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A text that is a button; only the pointer shows it.
-AbstractButton {
+/// A text that is a button; only the pointer shows it. The text is no caption that a mnemonic could be in.
+AppButton {
     id: button
+
+    required property string title
 
     implicitWidth: label.implicitWidth
     implicitHeight: 28
     padding: 0
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
     containmentMask: area
-    Accessible.role: Accessible.Button
-    Accessible.name: text
-    Accessible.onPressAction: clicked()
+    Accessible.name: title
 
     background: Item {
         Rectangle {
@@ -24,7 +22,7 @@ AbstractButton {
             height: button.height
             radius: Theme.smallRadius
             color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
-            opacity: button.text !== "" && (button.hovered || button.down) ? 1 : 0
+            opacity: button.title !== "" && (button.hovered || button.down) ? 1 : 0
             Behavior on opacity {
                 NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
             }
@@ -38,7 +36,7 @@ AbstractButton {
     contentItem: Text {
         id: label
 
-        text: button.text
+        text: button.title
         textFormat: Text.PlainText
         elide: Text.ElideRight
         font.pixelSize: Theme.bodySize

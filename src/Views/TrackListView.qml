@@ -61,7 +61,8 @@ Item {
         anchors.fill: parent
         anchors.topMargin: header.height
         topMargin: 4
-        bottomMargin: view.bottomInset
+        // Beyond what lies over the list, as much air again.
+        bottomMargin: view.bottomInset + 72
         visible: header.visible
         clip: true
         model: tracks
@@ -69,7 +70,8 @@ Item {
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
         reuseItems: true
-        cacheBuffer: 360
+        // No cover is fetched for a row that can't be seen.
+        cacheBuffer: 0
         activeFocusOnTab: true
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.Table
@@ -143,5 +145,9 @@ Item {
             }
         }
         // qmllint enable unqualified
+    }
+    FocusRing {
+        shown: list.activeFocus && list.usedByKeyboard && tracks.indexOf(view.selection) < 0
+        inset: 4
     }
 }

@@ -72,6 +72,11 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
         QTest::keyClick(window, key, modifiers);
         QTest::qWait(10);
     }
+    void focus(const QString& name) const {
+        QQuickItem* target = itemNamed(accessible(window), name);
+        ASSERT_NE(target, nullptr) << name.toStdString();
+        target->forceActiveFocus(Qt::TabFocusReason);
+    }
     [[nodiscard]] qsizetype playing() const {
         const TrackList tracks = library->folders().constFirst().tracks;
         const auto found = std::ranges::find(tracks, player.currentURL(), &Track::url);
@@ -176,6 +181,45 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     QWheelEvent turn({550, 703}, {550, 703}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(window, &turn);
     EXPECT_THAT(fake->calls, Contains("seek 15"));
+    focus(QStringLiteral("播放位置"));
+    press(Qt::Key_Right);
+    EXPECT_THAT(fake->calls, Contains("seek 20"));
+}
+
+TEST_F(MainWindowTest, TheKeyboardReachesButtonsAndMenus) {
+    click(row(0));
+    settle();
+    focus(QStringLiteral("播放 / 暂停"));
+    press(Qt::Key_Return);
+    EXPECT_THAT(fake->calls, ElementsAre("pause"));
+    press(Qt::Key_F10); // the first menu, then the second one's last item
+    QTest::qWait(200);
+    press(Qt::Key_Right);
+    QTest::qWait(200);
+    lyricsFontSize.increase();
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+        press(key);
+    EXPECT_EQ(lyricsFontSize.points(), 46);
+}
+
+TEST_F(MainWindowTest, TheSidebarKeepsTheSelectedFolderInFrontOfTheBar) {
+    QStringList names;
+    for (int i = 0; i < 20; ++i) {
+        names.append(QString(QChar(u'a' + i)));
+        add(names.back(), {});
+    }
+    focus(QStringLiteral("文件夹"));
+    press(Qt::Key_End);
+    QTest::qWait(50);
+    const QQuickItem* last = itemNamed(accessible(window), names.back());
+    ASSERT_NE(last, nullptr);
+    EXPECT_LE(last->mapToScene({0, last->height()}).y(), 720 - 72);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    QTest::qWait(200);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+        press(key);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return library->folders().size() == 20; }));
+    EXPECT_EQ(library->folders().constLast().displayName, names.at(18));
 }
 
 TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
