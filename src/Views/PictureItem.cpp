@@ -63,7 +63,7 @@ QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
         picture->setOwnsTexture(true);
         picture->setFiltering(QSGTexture::Linear);
     }
-    if (std::exchange(isTextureOld_, false)) {
+    if (std::exchange(isTextureOld_, false) || picture->texture() == nullptr) {
         const bool isShared = size.width() <= largestShared && size.height() <= largestShared;
         picture->setTexture(window()->createTextureFromImage(
             rounded(image_, size, radius_ * scale),

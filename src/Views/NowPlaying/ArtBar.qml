@@ -13,10 +13,17 @@ Item {
     /// The pointer is at this fraction of the width, 0 to 1, held within the bar.
     signal dragged(fraction: real)
     signal dropped(fraction: real)
+    /// The drag was taken away, by a gesture of the desktop's for one.
+    signal canceled
     /// An arrow key or a turn of the wheel: -1 or 1.
     signal stepped(direction: int)
 
     activeFocusOnTab: true
+    readonly property real value: fraction
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: 1
+    readonly property real stepSize: 0.05
+
     Accessible.role: Accessible.Slider
     Accessible.focusable: true
     Accessible.onIncreaseAction: stepped(1)
@@ -64,6 +71,9 @@ Item {
             return Math.max(0, Math.min(x, width)) / width;
         }
 
+        /// Turned so far, in eighths of a degree: less than a wheel's notch, which touch pads part.
+        property int turned: 0
+
         anchors.fill: parent
         hoverEnabled: true
         preventStealing: true
@@ -73,10 +83,11 @@ Item {
                 bar.dragged(fractionAt(mouse.x));
         }
         onReleased: mouse => bar.dropped(fractionAt(mouse.x))
+        onCanceled: bar.canceled()
         onWheel: wheel => {
-            const turned = wheel.angleDelta.y !== 0 ? wheel.angleDelta.y : -wheel.angleDelta.x;
-            if (turned !== 0)
-                bar.stepped(turned > 0 ? 1 : -1);
+            turned += wheel.angleDelta.y !== 0 ? wheel.angleDelta.y : -wheel.angleDelta.x;
+            for (; Math.abs(turned) >= 120; turned -= 120 * Math.sign(turned))
+                bar.stepped(Math.sign(turned));
         }
     }
 }

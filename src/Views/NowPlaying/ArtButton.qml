@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Tamsy.Views
 
 /// An icon on the cover's colours that does something.
-AbstractButton {
+AppButton {
     id: button
 
     required property string iconName
@@ -19,14 +19,10 @@ AbstractButton {
     implicitWidth: iconSize
     implicitHeight: iconSize
     padding: 0
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
     containmentMask: area
-    Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.checkable: checkable
     Accessible.checked: checked
-    Accessible.onPressAction: clicked()
 
     background: Item {
         Rectangle {

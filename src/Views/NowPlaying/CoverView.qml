@@ -14,7 +14,6 @@ Item {
     width: model.hasImage ? Math.round(picture.implicitWidth * shrink) : side
     height: model.hasImage ? Math.round(picture.implicitHeight * shrink) : side
     Accessible.ignored: true
-    Component.onCompleted: NowPlayingLog.log(model.hasImage ? "artwork view appear" : "artwork placeholder appear")
 
     SoftShadow {
         blur: 20

@@ -7,6 +7,7 @@
 
 #include <QPointer>
 
+#include <algorithm>
 #include <utility>
 
 namespace tamsy {
@@ -40,15 +41,20 @@ void LyricsPanelModel::loadLyrics(const FileURL& url) {
             panel->setCurrentLyricIndex(0);
             NowPlayingLog::write(u"loadLyrics done: lines=" + QString::number(lyrics.lines.size()) +
                                  u", synced=" + (lyrics.isSynced ? u"true" : u"false"));
+            Q_EMIT panel->lyricsLoaded();
         });
     });
 }
 
-void LyricsPanelModel::handleTime(double time, double now) {
-    if (!lyrics_.isSynced || now - lastLyricIndexUpdateAt_ <= shortestUpdateInterval)
-        return;
+double LyricsPanelModel::handleTime(double time, double now) {
+    if (!lyrics_.isSynced)
+        return 0;
+    const double passed = now - lastLyricIndexUpdateAt_;
+    if (passed <= shortestUpdateInterval)
+        return std::max(shortestUpdateInterval - passed, 0.001);
     lastLyricIndexUpdateAt_ = now;
     updateCurrentLyricIndex(time);
+    return 0;
 }
 
 void LyricsPanelModel::updateCurrentLyricIndex(double time) {

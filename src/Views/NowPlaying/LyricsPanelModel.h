@@ -33,9 +33,9 @@ class LyricsPanelModel : public QAbstractListModel {
     /// Marks the first line, until the time says otherwise.
     void resetIndex() { setCurrentLyricIndex(0); }
 
-    /// The playback time, in seconds, at a moment `now`, in absolute seconds. Synced lyrics are
-    /// looked through at most once in 0.15 s.
-    void handleTime(double time, double now);
+    /// The playback time, in seconds, at a moment `now`, in seconds of any clock. Synced lyrics are
+    /// looked through at most once in 0.15 s: gives the seconds by which it is too early, else 0.
+    double handleTime(double time, double now);
 
     /// Marks the line that is sung at `time`, in seconds. Before the first line's time the mark
     /// stays where it is.
@@ -48,6 +48,8 @@ class LyricsPanelModel : public QAbstractListModel {
   Q_SIGNALS:
     void lyricsChanged();
     void currentLyricIndexChanged();
+    /// A load has ended, and the first line is marked.
+    void lyricsLoaded();
 
   private:
     void setLyrics(const Lyrics& lyrics);
@@ -55,7 +57,7 @@ class LyricsPanelModel : public QAbstractListModel {
 
     Lyrics lyrics_;
     int currentLyricIndex_ = 0;
-    double lastLyricIndexUpdateAt_ = 0; // absolute, in seconds
+    double lastLyricIndexUpdateAt_ = 0; // in seconds of the caller's clock
 };
 
 } // namespace tamsy

@@ -37,10 +37,11 @@ Item {
 
         readonly property int margin: 20
         readonly property real contentHeight: 50 + content.spacing + 42 + controls.height
+        readonly property real labelWidth: Math.min(content.width - 80, Math.max(title.implicitWidth, artist.implicitWidth))
 
         anchors.horizontalCenter: parent.horizontalCenter
         y: cover.y + cover.height + content.spacing - margin
-        width: Math.ceil(Math.max(content.rowWidth, Math.min(content.width - 80, Math.max(title.implicitWidth, artist.implicitWidth)))) + 2 * margin
+        width: Math.ceil(Math.max(content.rowWidth, labelWidth)) + 2 * margin
         height: contentHeight + 2 * margin
         layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
 
@@ -52,14 +53,13 @@ Item {
             Item {
                 width: parent.width
                 height: 50
-                Component.onCompleted: NowPlayingLog.log("info labels appear")
 
                 ArtText {
                     id: title
 
-                    x: block.margin
+                    anchors.horizontalCenter: parent.horizontalCenter
                     y: -3
-                    width: parent.width - 2 * x
+                    width: block.labelWidth
                     height: 30
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
@@ -75,9 +75,9 @@ Item {
                 ArtText {
                     id: artist
 
-                    x: block.margin
+                    anchors.horizontalCenter: parent.horizontalCenter
                     y: 33
-                    width: parent.width - 2 * x
+                    width: block.labelWidth
                     height: 20
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
@@ -125,6 +125,10 @@ Item {
                         content.player.seek(target);
                         seekingEnd.restart();
                         NowPlayingLog.log("seek end -> " + target.toFixed(3) + " / " + duration.toFixed(3));
+                    }
+                    onCanceled: {
+                        content.previewSeekTime = -1;
+                        seekingEnd.restart();
                     }
                     onStepped: direction => content.player.seek(Math.max(0, Math.min(duration, content.player.currentTime + 5 * direction)))
                 }

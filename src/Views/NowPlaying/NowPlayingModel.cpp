@@ -11,12 +11,20 @@ namespace {
 
 constexpr double shortestTimeLogInterval = 0.5; // seconds
 
-double absoluteSeconds() {
-    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+/// From a clock that nobody sets.
+double steadySeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
 }
 
 } // namespace
+
+NowPlayingModel::NowPlayingModel(QObject* parent) : QObject(parent) {
+    lateMark_.setSingleShot(true);
+    lateMark_.setTimerType(Qt::PreciseTimer);
+    connect(&lateMark_, &QTimer::timeout, this, &NowPlayingModel::markLyrics);
+    connect(&lyrics_, &LyricsPanelModel::lyricsLoaded, this, &NowPlayingModel::markLyrics);
+}
 
 void NowPlayingModel::setPlayer(PlayerViewModel* player) {
     if (player_ == player || player == nullptr)
@@ -25,6 +33,7 @@ void NowPlayingModel::setPlayer(PlayerViewModel* player) {
     connect(player, &PlayerViewModel::currentURLChanged, this, &NowPlayingModel::changeTrack);
     connect(player, &PlayerViewModel::currentTimeChanged, this, &NowPlayingModel::handleTime);
     connect(player, &PlayerViewModel::currentArtworkChanged, this, &NowPlayingModel::imageChanged);
+    connect(player, &PlayerViewModel::isUIVisibleChanged, this, &NowPlayingModel::markLyrics);
     Q_EMIT playerChanged();
     Q_EMIT imageChanged();
     updateCurrentTrack();
@@ -78,16 +87,33 @@ void NowPlayingModel::changeTrack() {
     player_->ensureCurrentArtwork();
 }
 
-void NowPlayingModel::handleTime() {
-    if (!player_->isUIVisible())
+void NowPlayingModel::setIsShown(bool isShown) {
+    if (std::exchange(isShown_, isShown) == isShown)
         return;
-    const double now = absoluteSeconds();
+    Q_EMIT isShownChanged();
+    markLyrics();
+}
+
+void NowPlayingModel::handleTime() {
+    if (!isShown_ || !player_->isUIVisible())
+        return;
+    const double now = steadySeconds();
     if (now - lastTimeLogAt_ > shortestTimeLogInterval) {
         lastTimeLogAt_ = now;
         NowPlayingLog::write(
             QString::asprintf("time=%.3f dur=%.3f", player_->currentTime(), player_->duration()));
     }
-    lyrics_.handleTime(player_->currentTime(), now);
+    markLyrics();
+}
+
+// Also called when the time may have changed unseen: a paused player sends no report that would
+// mark the line later.
+void NowPlayingModel::markLyrics() {
+    if (!player_ || !isShown_ || !player_->isUIVisible())
+        return;
+    const double early = lyrics_.handleTime(player_->currentTime(), steadySeconds());
+    if (early > 0)
+        lateMark_.start(static_cast<int>(early * 1000) + 1);
 }
 
 } // namespace tamsy

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 namespace tamsy {
@@ -24,9 +25,11 @@ class NowPlayingModel : public QObject {
     Q_PROPERTY(QImage image READ image NOTIFY imageChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
     Q_PROPERTY(tamsy::LyricsPanelModel* lyrics READ lyrics CONSTANT)
+    /// Whether the window is up. While it isn't, the passing time changes nothing.
+    Q_PROPERTY(bool isShown READ isShown WRITE setIsShown NOTIFY isShownChanged)
 
   public:
-    using QObject::QObject;
+    explicit NowPlayingModel(QObject* parent = nullptr);
 
     [[nodiscard]] PlayerViewModel* player() const { return player_; }
     void setPlayer(PlayerViewModel* player);
@@ -39,6 +42,9 @@ class NowPlayingModel : public QObject {
 
     [[nodiscard]] LyricsPanelModel* lyrics() { return &lyrics_; }
 
+    [[nodiscard]] bool isShown() const { return isShown_; }
+    void setIsShown(bool isShown);
+
     /// Reads the current track's lyrics anew.
     Q_INVOKABLE void loadLyrics();
 
@@ -50,18 +56,22 @@ class NowPlayingModel : public QObject {
     void libraryChanged();
     void currentTrackChanged();
     void imageChanged();
+    void isShownChanged();
 
   private:
     void updateCurrentTrack();
     void changeTrack();
     void handleTime();
+    void markLyrics();
 
     QPointer<PlayerViewModel> player_;
     QPointer<LibraryViewModel> library_;
     QString artist_;
     LyricsPanelModel lyrics_;
+    QTimer lateMark_; // where no further report of the time may come
+    bool isShown_ = true;
     bool didAppearLogged_ = false;
-    double lastTimeLogAt_ = 0; // absolute, in seconds
+    double lastTimeLogAt_ = 0; // in seconds of a steady clock
 };
 
 } // namespace tamsy

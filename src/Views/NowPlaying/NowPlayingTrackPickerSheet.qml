@@ -87,7 +87,8 @@ Popup {
             color: Theme.onArt.separator
         }
         EmptyState {
-            anchors.centerIn: parent
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: Math.round((56 + parent.height - height) / 2)
             visible: !sheet.hasFolder || sheet.isEmpty
             spacing: 12
             colors: Theme.onArt

@@ -22,10 +22,13 @@ Item {
 
         player: view.player
         library: view.library
+        isShown: view.Window.visibility !== Window.Hidden && view.Window.visibility !== Window.Minimized
     }
     // qmllint enable
     function appear() {
         model.appear();
+        NowPlayingLog.log(model.hasImage ? "artwork view appear" : "artwork placeholder appear");
+        NowPlayingLog.log("info labels appear");
     }
     function toggleLyrics() {
         if (!showLyrics)

@@ -53,7 +53,7 @@ ApplicationWindow {
         onActivated: window.player.next()
     }
     Shortcut {
-        sequences: ["Ctrl++", "Ctrl+="]
+        sequence: "Ctrl++"
         onActivated: window.lyricsFontSize.increase()
     }
     Shortcut {

@@ -30,6 +30,8 @@ NowPlayingWindowController::NowPlayingWindowController(QQmlEngine& engine,
                                                        PlayerViewModel& playerVM,
                                                        LibraryViewModel& libraryVM,
                                                        LyricsFontSize& lyricsFontSize) {
+    std::printf("[NowPlayingWindowController] init window 1200x800\n");
+    std::fflush(stdout);
     QQmlComponent component(
         &engine, QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/NowPlaying/NowPlayingWindow.qml")));
     QObject* made =
@@ -47,8 +49,6 @@ NowPlayingWindowController::NowPlayingWindowController(QQmlEngine& engine,
     }
     QQmlEngine::setObjectOwnership(window_, QQmlEngine::CppOwnership);
     center(*window_);
-    std::printf("[NowPlayingWindowController] init window 1200x800\n");
-    std::fflush(stdout);
 }
 
 NowPlayingWindowController::~NowPlayingWindowController() {

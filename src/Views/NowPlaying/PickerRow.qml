@@ -43,7 +43,7 @@ Item {
 
             x: 8 + 22 + 12
             anchors.verticalCenter: parent.verticalCenter
-            width: length.x - 8 - 12 - x
+            width: length.x - 12 - 8 - 12 - x
             spacing: 2
 
             Text {

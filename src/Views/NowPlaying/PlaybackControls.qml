@@ -114,6 +114,7 @@ Column {
                 controls.player.volume = fraction;
                 NowPlayingLog.log("volume end -> " + fraction.toFixed(3));
             }
+            onCanceled: controls.previewVolume = -1
             onStepped: direction => controls.player.volume = Math.max(0, Math.min(1, controls.player.volume + 0.05 * direction))
         }
     }

@@ -45,6 +45,7 @@ Item {
         /// Brings the current line to the top at once.
         function settle() {
             animation.stop();
+            forceLayout(); // else the line is looked for where it was
             positionViewAtIndex(panel.lyrics.currentLyricIndex, ListView.Beginning);
             currentTop = contentY;
         }

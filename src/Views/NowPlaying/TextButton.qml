@@ -3,16 +3,12 @@ import QtQuick.Controls
 import Tamsy.Views
 
 /// A bordered button with a text, in the dark palette.
-AbstractButton {
+AppButton {
     id: button
 
     implicitWidth: label.implicitWidth + 32
     implicitHeight: 32
-    hoverEnabled: true
-    focusPolicy: Qt.TabFocus
-    Accessible.role: Accessible.Button
     Accessible.name: text
-    Accessible.onPressAction: clicked()
 
     background: Rectangle {
         radius: Theme.radius

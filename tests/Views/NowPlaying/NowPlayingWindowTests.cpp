@@ -195,14 +195,61 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
         return row == nullptr ? -1.0 : row->mapToScene({0, 0}).y();
     };
     ASSERT_TRUE(QTest::qWaitFor([&] { return topOf(1) > 300; })); // the first line is above it
+    const auto comesToTheTop = [&](int line) {
+        return QTest::qWaitFor([&] { return std::abs(topOf(line) - 300) < 1; }, 1500);
+    };
     for (const int line : {1, 2, 4, 50, 49, 88, 1}) {
-        QTest::qWait(170); // the time is looked at so often only
         fake->currentTimeSubject.send(line + 0.5);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(topOf(line) - 300) < 1; }, 1500))
-            << line << " stands at " << topOf(line);
+        EXPECT_TRUE(comesToTheTop(line)) << line << " stands at " << topOf(line);
     }
-    lyricsFontSize.increase();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(topOf(1) - 300) < 1; }));
+    // Two steps of a paused player, the second right behind the first: no report follows them.
+    for (const int line : {50, 70}) {
+        fake->currentTimeSubject.send(line + 0.5);
+        QTest::qWait(5);
+    }
+    EXPECT_TRUE(comesToTheTop(70));
+    click(QStringLiteral("歌词"));
+    QTest::qWait(300);
+    click(QStringLiteral("歌词"));
+    EXPECT_TRUE(comesToTheTop(70));
+
+    window->close();
+    testing::internal::CaptureStdout();
+    QTest::qWait(600); // longer than any log line waits
+    fake->currentTimeSubject.send(10.5);
+    QTest::qWait(200);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    show();
+    EXPECT_TRUE(comesToTheTop(10));
+
+    using Step = void (LyricsFontSize::*)();
+    const std::pair<Step, double> ends[] = {{&LyricsFontSize::decrease, 24.0},
+                                            {&LyricsFontSize::increase, 96.0}};
+    for (const auto& [step, size] : ends) {
+        for (int i = 0; i < 20; ++i)
+            (lyricsFontSize.*step)();
+        const auto fits = [&] {
+            const double height = item(QStringLiteral("10 short"))->height();
+            return std::abs(topOf(11) - topOf(10) - height - size * 48 / 46) < 1;
+        };
+        EXPECT_TRUE(QTest::qWaitFor(fits, 1000) && comesToTheTop(10)) << size;
+    }
+}
+
+TEST_F(NowPlayingWindowTest, PlainLinesStandStill) {
+    const Track track = library->filteredTracks().at(1);
+    QFile file(QString::fromUtf8(track.url.path()));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("ID3\3\0\0\0\0\0\x16USLT\0\0\0\x0C\0\0\0zho\0one\ntwo", 32);
+    file.close();
+    click(QStringLiteral("歌词"));
+    player.play(track.url);
+    const auto row = [this](const char* line) { return item(QLatin1String(line)); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return row("two") != nullptr; }));
+    fake->currentTimeSubject.send(50);
+    QTest::qWait(200);
+    EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
+    EXPECT_EQ(row("two")->y() - row("one")->y(), row("one")->height() + 40);
 }
 
 TEST_F(NowPlayingWindowTest, EveryControlHasARoleAndAName) {
