@@ -24,6 +24,12 @@ WorkerPool& loads() {
     return pool;
 }
 
+/// The line without what would show as a box: many a tag ends its words with a zero.
+QString printable(QString line) {
+    return line.removeIf(
+        [](QChar unit) { return unit.category() == QChar::Other_Control && unit != u'\t'; });
+}
+
 } // namespace
 
 void LyricsPanelModel::loadLyrics(const FileURL& url) {
@@ -77,7 +83,7 @@ QVariant LyricsPanelModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const QString& text = lyrics_.lines.at(index.row()).text;
-    return text.size() > longestShown ? text.left(longestShown) + u'…' : text;
+    return printable(text.size() > longestShown ? text.left(longestShown) + u'…' : text);
 }
 
 QHash<int, QByteArray> LyricsPanelModel::roleNames() const {

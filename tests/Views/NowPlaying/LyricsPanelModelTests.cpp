@@ -71,6 +71,14 @@ TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
     EXPECT_EQ(panel.currentLyricIndex(), 0);
 }
 
+TEST_F(LyricsPanelModelTest, ShowsNoControlCharacterAndNoEndlessLine) {
+    load(song(QStringLiteral("f"),
+              QByteArray("[00:01]a\tb\0\1c\0\n[00:02]", 22) + QByteArray(500'000, 'x')));
+    const auto shown = [this](int row) { return panel.data(panel.index(row), 0).toString(); };
+    EXPECT_EQ(shown(0), QStringLiteral("a\tbc"));
+    EXPECT_EQ(shown(1).size(), 10'001);
+}
+
 TEST_F(LyricsPanelModelTest, TheOldLinesStayUntilTheNewOnesCome) {
     load(song(QStringLiteral("d"), "[00:01]a\n[00:02]b\n"));
     panel.updateCurrentLyricIndex(2);
