@@ -20,26 +20,30 @@ constexpr std::uint32_t sampleFields = 0xF00;
 
 void Mp4Fragments::addTrack(const Mp4Atom& track) {
     Track found;
-    readTrack(track, found);
+    Mp4AtomWalk walk(window_, atomsLeft_, track.body, track.end);
+    while (const auto child = walk.next()) {
+        if (!child->is("mdia")) {
+            readTrackPart(*child, found);
+            continue;
+        }
+        Mp4AtomWalk media(window_, atomsLeft_, child->body, child->end);
+        while (const auto part = media.next())
+            readTrackPart(*part, found);
+    }
     if (found.timescale != 0 && tracks_.size() < 64)
         tracks_.push_back(found);
 }
 
-void Mp4Fragments::readTrack(const Mp4Atom& atom, Track& track) {
-    Mp4AtomWalk walk(window_, atomsLeft_, atom.body, atom.end);
-    while (const auto child = walk.next()) {
-        const auto bytes = window_.readUpTo(child->body, 24);
-        ByteCursor cursor(bytes.first(std::min<std::uint64_t>(bytes.size(), child->size())));
-        const std::uint64_t timesSize = cursor.readU8() == 1 ? 16 : 8;
-        if (child->is("mdia"))
-            readTrack(*child, track);
-        else if (child->is("tkhd") && cursor.skip(3 + timesSize))
-            track.id = cursor.readU32().value_or(0);
-        else if (child->is("mdhd") && cursor.skip(3 + timesSize))
-            track.timescale = cursor.readU32().value_or(0);
-        else if (child->is("hdlr") && cursor.skip(7))
-            track.isSound = cursor.readU32() == 0x736F756E; // "soun"
-    }
+void Mp4Fragments::readTrackPart(const Mp4Atom& atom, Track& track) {
+    const auto bytes = window_.readUpTo(atom.body, 24);
+    ByteCursor cursor(bytes.first(std::min<std::uint64_t>(bytes.size(), atom.size())));
+    const std::uint64_t timesSize = cursor.readU8() == 1 ? 16 : 8;
+    if (atom.is("tkhd") && cursor.skip(3 + timesSize))
+        track.id = cursor.readU32().value_or(0);
+    else if (atom.is("mdhd") && cursor.skip(3 + timesSize))
+        track.timescale = cursor.readU32().value_or(0);
+    else if (atom.is("hdlr") && cursor.skip(7))
+        track.isSound = cursor.readU32() == 0x736F756E; // "soun"
 }
 
 void Mp4Fragments::addDefaults(ByteCursor cursor) {

@@ -34,7 +34,7 @@ class Mp4Fragments {
         std::uint64_t units = 0;
     };
 
-    void readTrack(const Mp4Atom& atom, Track& track);
+    void readTrackPart(const Mp4Atom& atom, Track& track);
     void addTrackFragment(const Mp4Atom& fragment);
     void addRun(const Mp4Atom& run, Track& track, std::uint32_t sampleDuration);
     [[nodiscard]] Track* find(std::uint32_t id);

@@ -68,6 +68,7 @@ inline std::vector<HostileFile> hostileFiles() {
          "AIFF"s,
          "NAME\0\0\0\0"s},
         {"chunks.caf", "caff\0\1\0\0"s, "free\0\0\0\0\0\0\0\0"s},
+        {"nested-media.m4a", film + "\0\0\0\0moov\0\0\0\0trak"s, "\0\0\0\0mdia"s},
         {"info.caf", "caff\0\1\0\0info\0\0\0\0\1\0\0\0\0\0\0\1"s, "title\0x\0"s, 17'000'000},
     };
 }
