@@ -12,6 +12,10 @@ namespace tamsy::media {
 
 namespace {
 
+// A compressed frame may say a thousand times as much as it has bytes. No cover is larger than this
+// and compressed once more.
+constexpr qsizetype longestPackedData = qsizetype{4} * 1024 * 1024;
+
 constexpr std::pair<std::string_view, std::string_view> renamedFrames[] = {
     {"BUF", "RBUF"}, {"CNT", "PCNT"}, {"COM", "COMM"}, {"CRA", "AENC"}, {"ETC", "ETCO"},
     {"GEO", "GEOB"}, {"IPL", "IPLS"}, {"MCI", "MCDI"}, {"MLL", "MLLT"}, {"PIC", "APIC"},
@@ -40,8 +44,8 @@ std::optional<CommonKey> commonKeyOf(std::string_view name) {
 }
 
 /// The frame's payload from its bytes in the tag: unsynchronisation, grouping, length and
-/// compression undone, in the order in which they were put on.
-QByteArray payloadOf(const Id3Frame& frame, QByteArray bytes) {
+/// compression undone, in the order in which they were put on. At most `limit` bytes are unpacked.
+QByteArray payloadOf(const Id3Frame& frame, QByteArray bytes, qsizetype limit) {
     if (frame.isEncrypted)
         return {};
     if (frame.isUnsynchronised)
@@ -50,7 +54,7 @@ QByteArray payloadOf(const Id3Frame& frame, QByteArray bytes) {
     const qsizetype extra = (frame.isGrouped ? 1 : 0) + (frame.hasLength ? 4 : 0);
     if (extra > 0)
         bytes.remove(0, std::min(extra, bytes.size()));
-    return frame.isCompressed ? inflated(bytes) : bytes;
+    return frame.isCompressed ? inflated(bytes, limit) : bytes;
 }
 
 /// Splits the text at its first terminator: one zero byte, or an aligned pair for UTF-16.
@@ -95,7 +99,10 @@ QByteArray pictureOf(QByteArrayView payload, bool isVersion22) {
 std::function<QByteArray()> dataReader(const Id3Frame& frame, const SharedSource& source,
                                        bool isPicture) {
     return [source, frame, isPicture] {
-        const QByteArray payload = payloadOf(frame, source->copy(frame.offset, frame.size));
+        const QByteArray payload =
+            payloadOf(frame, source->copy(frame.offset, frame.size), longestPackedData);
+        if (frame.isCompressed && payload.size() == longestPackedData)
+            return QByteArray();
         return isPicture ? pictureOf(payload, frame.isVersion22) : payload;
     };
 }
@@ -126,6 +133,28 @@ bool isText(std::string_view name) {
     return name.front() == 'T' || name == "USLT" || name == "COMM" || name == "SYLT";
 }
 
+/// The payload of a frame of text; nothing if it is none, or is longer than what is wanted. What
+/// fills the room when it is unpacked would have gone on.
+std::optional<QByteArray> textPayload(ItemCollector& items, const Id3Frame& frame,
+                                      std::optional<CommonKey> key, ByteWindow& window) {
+    if (!isText(frame.name) || !items.wantsText(key, frame.size))
+        return std::nullopt;
+    const QByteArray bytes = window.copy(frame.offset, frame.size);
+    if (!frame.isCompressed)
+        return payloadOf(frame, bytes, 0);
+    const auto room = static_cast<qsizetype>(items.roomForText(key));
+    QByteArray payload = payloadOf(frame, bytes, room);
+    const bool isWhole = payload.size() < room;
+    return items.wantsText(key, static_cast<std::uint64_t>(payload.size())) && isWhole
+               ? std::optional(std::move(payload))
+               : std::nullopt;
+}
+
+/// Whether the frame's bytes may be asked for. A compressed text says all in its decoded form.
+bool keepsData(ItemCollector& items, const Id3Frame& frame) {
+    return !frame.isCompressed || (frame.name.front() != 'T' && items.wantsPackedData());
+}
+
 } // namespace
 
 std::uint64_t fromSyncsafe(std::uint64_t raw) {
@@ -154,12 +183,13 @@ void readFrame(ItemCollector& items, const Id3Frame& frame, const SharedSource& 
         return;
     item.format = MetadataFormat::ID3;
     item.identifier = QLatin1String("id3/") + QLatin1String(frame.name.c_str());
-    if (items.listsEverything())
+    if (items.listsEverything() && keepsData(items, frame))
         item.readData = dataReader(frame, source, item.commonKey == CommonKey::Artwork);
-    if (!isText(frame.name) || !items.wantsText(item.commonKey, frame.size))
-        return items.add(std::move(item));
-    const QByteArray payload = payloadOf(frame, window.copy(frame.offset, frame.size));
-    addText(items, std::move(item), frame, payload);
+    const auto payload = textPayload(items, frame, item.commonKey, window);
+    if (payload)
+        addText(items, std::move(item), frame, *payload);
+    else
+        items.add(std::move(item));
 }
 
 } // namespace tamsy::media

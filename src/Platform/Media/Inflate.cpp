@@ -5,13 +5,7 @@
 
 namespace tamsy::media {
 
-namespace {
-
-constexpr qsizetype longestResult = qsizetype{16} * 1024 * 1024;
-
-} // namespace
-
-QByteArray inflated(const QByteArray& bytes) {
+QByteArray inflated(const QByteArray& bytes, qsizetype limit) {
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK)
         return {};
@@ -20,9 +14,9 @@ QByteArray inflated(const QByteArray& bytes) {
     QByteArray result;
     int status = Z_OK;
     // Growing with what comes out, never by a length that the file claims.
-    while (status == Z_OK && result.size() < longestResult) {
+    while (status == Z_OK && result.size() < limit) {
         const qsizetype start = result.size();
-        const qsizetype room = std::clamp<qsizetype>(start, 4096, longestResult - start);
+        const qsizetype room = std::min(std::max<qsizetype>(start, 4096), limit - start);
         result.resize(start + room);
         stream.next_out = reinterpret_cast<Bytef*>(result.data() + start);
         stream.avail_out = static_cast<uInt>(room);
@@ -30,7 +24,7 @@ QByteArray inflated(const QByteArray& bytes) {
         result.truncate(start + room - static_cast<qsizetype>(stream.avail_out));
     }
     inflateEnd(&stream);
-    return status == Z_STREAM_END ? result : QByteArray();
+    return result;
 }
 
 } // namespace tamsy::media

@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Undoes zlib compression (RFC 1950). Gives at most 16 MiB, which no tag's value needs; empty if
-/// the bytes aren't a whole compressed value.
-[[nodiscard]] QByteArray inflated(const QByteArray& bytes);
+/// Undoes zlib compression (RFC 1950) up to `limit` bytes, a thousand of which may stand in one.
+/// Where the bytes are damaged or cut off, what came out before is given.
+[[nodiscard]] QByteArray inflated(const QByteArray& bytes, qsizetype limit);
 
 } // namespace tamsy::media

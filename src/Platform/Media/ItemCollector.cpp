@@ -47,9 +47,13 @@ bool ItemCollector::wants(std::optional<CommonKey> key) const {
     return key && *key != CommonKey::Artwork && found_.size() < mostCommonItems;
 }
 
-bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
+std::uint64_t ItemCollector::roomForText(std::optional<CommonKey> key) const {
     const bool isCommonText = key && *key != CommonKey::Artwork;
-    if (!wants(key) || length > textBudget_ || (isCommonText && length > longestCommonText))
+    return isCommonText ? std::min(longestCommonText, textBudget_) : textBudget_;
+}
+
+bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
+    if (!wants(key) || length > roomForText(key))
         return false;
     textBudget_ -= length;
     return true;

@@ -28,6 +28,13 @@ class ItemCollector {
     /// has 4 MiB of texts to show, or titles of 256 KiB: what claims so is passed over.
     [[nodiscard]] bool wantsText(std::optional<CommonKey> key, std::uint64_t length);
 
+    /// Bytes that a text with this meaning may have at the most.
+    [[nodiscard]] std::uint64_t roomForText(std::optional<CommonKey> key) const;
+
+    /// Whether one more compressed value may be unpacked when its bytes are asked for. No file has
+    /// more than a few; each may be a thousand times as large as what stands in the file.
+    [[nodiscard]] bool wantsPackedData() { return packedLeft_-- > 0; }
+
     /// Takes an item; a title, artist or album is named in the info dictionary by itself.
     void add(MediaItem item);
     void add(MediaItem item, TagText text);
@@ -61,6 +68,7 @@ class ItemCollector {
 
     Wanted wanted_;
     std::uint64_t textBudget_;
+    int packedLeft_ = 16;
     std::vector<Found> found_;
 };
 

@@ -19,8 +19,19 @@ namespace {
 constexpr double secondsToScan = 0.3;
 constexpr double secondsToReadAll = 1;
 
+// What a file's texts may fill memory with, in UTF-16 units.
+constexpr qsizetype lengthToScan = qsizetype{256} * 1024;
+constexpr qsizetype lengthToReadAll = qsizetype{8} * 1024 * 1024;
+
 double processorSeconds() {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+qsizetype lengthOfTexts(const MediaAsset& asset) {
+    qsizetype length = 0;
+    for (const MediaItem& item : asset.metadata(MetadataFormat::ID3))
+        length += item.text.value_or(QString()).size();
+    return length;
 }
 
 /// Reads everything that a file offers; gives its title.
@@ -28,7 +39,9 @@ QString readAll(const FileURL& url) {
     const double start = processorSeconds();
     const MediaAsset scanned(url, MediaAsset::Depth::CommonTexts);
     EXPECT_LT(processorSeconds() - start, secondsToScan);
+    EXPECT_LE(lengthOfTexts(scanned), lengthToScan);
     const MediaAsset asset(url, MediaAsset::Depth::Full);
+    EXPECT_LE(lengthOfTexts(asset), lengthToReadAll);
     for (const MediaItem& item : asset.commonMetadata())
         (void)item.data();
     using enum MetadataFormat;

@@ -2,6 +2,8 @@
 
 #include "MemoryFile.h"
 
+#include <QByteArray>
+
 #include <random>
 #include <string>
 #include <vector>
@@ -26,6 +28,17 @@ struct HostileFile {
     }
 };
 
+/// A compressed ID3v2.3 frame whose payload is `start` and 15 million bytes.
+inline std::string packedFrame(const std::string& name, const std::string& start) {
+    QByteArray payload = QByteArray::fromStdString(start);
+    payload.resize(15'000'000, 'a');
+    // Qt puts the payload's size in front of its compressed bytes, and so does the frame.
+    const std::string body = qCompress(payload).toStdString();
+    const auto size = static_cast<std::uint32_t>(body.size());
+    return name + char(size >> 24U) + char(size >> 16U) + char(size >> 8U) + char(size) +
+           std::string("\0\x80", 2) + body;
+}
+
 inline std::vector<HostileFile> hostileFiles() {
     using namespace std::string_literals;
     constexpr std::size_t framesSize = 34'000'000; // more frames than are counted
@@ -48,6 +61,9 @@ inline std::vector<HostileFile> hostileFiles() {
         {"noise.mp3", {}, noise},
         {"small-frames.mp3", tag, "TCON\0\0\0\1\0\0\0"s},
         {"long-titles.mp3", tag, "TIT2\0\0\xEA\x60\0\0\0"s + std::string(59'999, '\xC4')},
+        {"packed-titles.mp3", tag, packedFrame("TIT2", "\3")},
+        {"packed-texts.mp3", tag, packedFrame("TXXX", "\3key\0"s)},
+        {"packed-pictures.mp3", tag, packedFrame("APIC", "\0image/png\0\3\0"s)},
         {"unsynchronised.mp3",
          "ID3\3\0\x80\x7F\x7F\x7F\x7F"
          "APIC\0\x3F\0\0\0\0"s,
