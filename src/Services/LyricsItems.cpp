@@ -33,19 +33,17 @@ bool speaksOfLyrics(QStringView text) {
            text.contains(u"歌词");
 }
 
-std::optional<QString> textOf(const MediaItem& item) {
-    if (item.text && !item.text->isEmpty())
-        return item.text;
-    return decodeBestEffort(item.data());
-}
-
 std::optional<Lyrics> lyricsOf(const MediaItem& item, MetadataFormat format) {
     const QString identifier = item.identifier.toLower();
-    if (format == MetadataFormat::ID3 && containsAny(identifier, {u"uslt", u"unsynch"})) {
-        if (auto lyrics = parseID3USLT(item.data()))
+    const bool isFrame =
+        format == MetadataFormat::ID3 && containsAny(identifier, {u"uslt", u"unsynch"});
+    const bool hasText = item.text && !item.text->isEmpty();
+    const QByteArray data = isFrame || !hasText ? item.data() : QByteArray();
+    if (isFrame) {
+        if (auto lyrics = parseID3USLT(data))
             return lyrics;
     }
-    const auto text = textOf(item);
+    const auto text = hasText ? item.text : decodeBestEffort(data);
     if (!text)
         return std::nullopt;
     if (hasStamps(*text))

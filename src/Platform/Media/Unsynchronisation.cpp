@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace tamsy::media {
 
 namespace {
 
 constexpr std::byte mark{0xFF};
+constexpr std::uint64_t markStep = std::uint64_t{16} * 1024;
 
 } // namespace
 
@@ -27,7 +29,7 @@ QByteArray undoUnsynchronisation(QByteArray bytes) {
 std::size_t UnsynchronisedSource::read(std::uint64_t offset, std::span<std::byte> target) const {
     const std::scoped_lock lock(mutex_);
     if (offset < place_.plain)
-        place_ = {};
+        place_ = *std::prev(std::ranges::upper_bound(marks_, offset, {}, &Place::plain));
     std::array<std::byte, 4096> raw; // NOLINT(cppcoreguidelines-pro-type-member-init)
     std::size_t done = 0;
     while (done < target.size()) {
@@ -45,6 +47,8 @@ std::size_t UnsynchronisedSource::read(std::uint64_t offset, std::span<std::byte
             ++place_.plain;
         }
         place_.raw += used;
+        if (place_.raw >= marks_.size() * markStep)
+            marks_.push_back(place_);
         if (got == 0)
             break;
     }

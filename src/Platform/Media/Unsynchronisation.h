@@ -3,6 +3,7 @@
 #include "Platform/Media/ByteSource.h"
 
 #include <mutex>
+#include <vector>
 
 namespace tamsy::media {
 
@@ -10,8 +11,8 @@ namespace tamsy::media {
 [[nodiscard]] QByteArray undoUnsynchronisation(QByteArray bytes);
 
 /// A whole tag without those bytes. Where one of its bytes stands is known only by reading from the
-/// front, so reads that go forward cost one pass over the tag, and a read that goes back starts
-/// another. Its size is that of the bytes in the file; it reads short by what was taken out.
+/// front, so reads that go forward cost one pass over the tag; a read that goes back starts at the
+/// mark before it. Its size is that of the bytes in the file; it reads short by what was taken out.
 class UnsynchronisedSource : public ByteSource {
   public:
     UnsynchronisedSource(SharedSource file, std::uint64_t offset, std::uint64_t length)
@@ -32,8 +33,9 @@ class UnsynchronisedSource : public ByteSource {
     SharedSource file_;
     std::uint64_t offset_;
     std::uint64_t length_;
-    mutable std::mutex mutex_; // guards the place
+    mutable std::mutex mutex_; // guards the places
     mutable Place place_;
+    mutable std::vector<Place> marks_{Place()}; ///< where the pass has been, in even steps
 };
 
 } // namespace tamsy::media

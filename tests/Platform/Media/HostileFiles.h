@@ -44,6 +44,8 @@ inline std::vector<HostileFile> hostileFiles() {
     constexpr std::size_t framesSize = 34'000'000; // more frames than are counted
     const std::string smallestFrame = "\xFF\xE3\x18\xC4"s + std::string(20, '\0');
     const std::string tag = "ID3\3\0\0\x7F\x7F\x7F\x7F"s;
+    const std::string filledTag =
+        "ID3\3\0\x80\x7F\x7F\x7F\x7FPRIV\0\x30\0\0\0\0"s + std::string(0x300000, 'x');
     const std::string film = "\0\0\0\x10"
                              "ftypM4A \0\0\0\0"s;
     const std::string list = "\2\0\0\0moov\2\0\0\0udta\2\0\0\0meta\0\0\0\0\2\0\0\0ilst"s;
@@ -64,6 +66,8 @@ inline std::vector<HostileFile> hostileFiles() {
         {"packed-titles.mp3", tag, packedFrame("TIT2", "\3")},
         {"packed-texts.mp3", tag, packedFrame("TXXX", "\3key\0"s)},
         {"packed-pictures.mp3", tag, packedFrame("APIC", "\0image/png\0\3\0"s)},
+        {"far-titles.mp3", filledTag, "TIT2\0\0\x28\0\0\0"s + std::string(0x2800, 'x')},
+        {"far-lyrics.mp3", filledTag, "USLT\0\0\0\x0B\0\0\3zho[00:01]"s},
         {"unsynchronised.mp3",
          "ID3\3\0\x80\x7F\x7F\x7F\x7F"
          "APIC\0\x3F\0\0\0\0"s,
