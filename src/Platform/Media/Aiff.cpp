@@ -55,7 +55,7 @@ double readAiff(MediaParse& parse, std::uint64_t offset) {
         } else if (chunk->name == "SSND") {
             soundBytes = chunk->size > 8 ? chunk->size - 8 : 0;
         } else if (chunk->name == "ID3 " || chunk->name == "id3 ") {
-            readId3v2Tags(parse, chunk->body);
+            readId3v2Tags(parse, chunk->body, chunk->body + chunk->size);
         } else if (chunk->name == "ANNO") {
             addNamedChunk(parse, *chunk);
         } else if (chunk->name == "NAME" || chunk->name == "AUTH") {

@@ -84,7 +84,7 @@ double readCaf(MediaParse& parse, std::uint64_t offset) {
         else if (chunk->name == "info")
             readInfo(parse, *chunk);
         else if (chunk->name == "id3 " || chunk->name == "ID3 ")
-            readId3v2Tags(parse, chunk->body);
+            readId3v2Tags(parse, chunk->body, chunk->body + chunk->size);
     }
     if (description.bytesPerPacket != 0) {
         const std::uint64_t packets = dataBytes / description.bytesPerPacket;

@@ -25,7 +25,10 @@ struct TagHeader {
     std::uint64_t bodySize = 0;
 };
 
-std::optional<TagHeader> readTagHeader(ByteWindow& window, std::uint64_t offset) {
+std::optional<TagHeader> readTagHeader(ByteWindow& window, std::uint64_t offset,
+                                       std::uint64_t end) {
+    if (offset > end || end - offset < tagHeaderSize)
+        return std::nullopt;
     ByteCursor cursor(window.read(offset, tagHeaderSize));
     const auto signature = cursor.readU24();
     if (!signature || *signature != 0x494433) // "ID3"
@@ -133,9 +136,10 @@ class FrameWalk {
     ByteWindow& window_;
 };
 
-std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t offset) {
+std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t offset,
+                      std::uint64_t end) {
     const std::uint64_t body = offset + tagHeaderSize;
-    const std::uint64_t there = parse.window.size() - body;
+    const std::uint64_t there = end - body;
     const std::uint64_t size = std::min(header.bodySize, there);
     std::uint64_t lastFrame = body + size;
     if (header.isUnsynchronised && header.version < 4) {
@@ -150,18 +154,18 @@ std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t 
     }
     if (header.bodySize > there)
         return lastFrame;
-    return std::min(body + size + (header.hasFooter ? footerSize : 0), parse.window.size());
+    return std::min(body + size + (header.hasFooter ? footerSize : 0), end);
 }
 
 } // namespace
 
-std::uint64_t readId3v2Tags(MediaParse& parse, std::uint64_t offset) {
+std::uint64_t readId3v2Tags(MediaParse& parse, std::uint64_t offset, std::uint64_t end) {
     // Two or three tags in a row are an old writer's slip; more are no accident.
     for (int tags = 0; tags < 8; ++tags) {
-        const auto header = readTagHeader(parse.window, offset);
+        const auto header = readTagHeader(parse.window, offset, end);
         if (!header)
             break;
-        offset = readTag(parse, *header, offset);
+        offset = readTag(parse, *header, offset, end);
     }
     return offset;
 }

@@ -64,7 +64,7 @@ MediaAsset::MediaAsset(const FileURL& url, Depth depth) : url_(url) {
                      depth == Depth::CommonTexts ? ItemCollector::Wanted::CommonTexts
                                                  : ItemCollector::Wanted::Everything,
                      depth != Depth::Items);
-    const std::uint64_t content = media::readId3v2Tags(parse, 0);
+    const std::uint64_t content = media::readId3v2Tags(parse, 0, parse.window.size());
     const double seconds = readContent(parse, content);
     duration_ = parse.wantsDuration ? seconds : 0;
     items_ = parse.items.takeItems();

@@ -91,7 +91,7 @@ double readRiff(MediaParse& parse, std::uint64_t offset) {
         } else if (chunk->name == "LIST") {
             readInfo(parse, *chunk);
         } else if (chunk->name == "id3 " || chunk->name == "ID3 ") {
-            readId3v2Tags(parse, chunk->body);
+            readId3v2Tags(parse, chunk->body, chunk->body + chunk->size);
         }
     }
     return durationOf(wave);

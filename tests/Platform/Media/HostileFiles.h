@@ -83,6 +83,8 @@ inline std::vector<HostileFile> hostileFiles() {
         {"pages.ogg", vorbis, laterPage + "\1\xFF"s + std::string(255, '\0')},
         {"small-pages.ogg", vorbis, laterPage + "\0"s},
         {"chunks.wav", "RIFF\xFF\xFF\xFF\xFFWAVE"s, "LIST\0\0\0\0"s},
+        {"id3-chunks.wav", "RIFF\xFF\xFF\xFF\xFFWAVE"s,
+         "id3 \x14\0\0\0"s + tag + "APIC\0\x7A\0\0\0\0"s},
         {"chunks.aiff",
          "FORM\xFF\xFF\xFF\xFF"
          "AIFF"s,
