@@ -44,6 +44,8 @@ TEST(LyricsContainers, ReadTheUnsynchronisedLyricsFrame) {
         {"\3eng"_b, "nothing"},
         {"\3eng\0words"_b, "plain: words"},
         {"\3engwords"_b, "nothing"},
+        {"\3eng\0"_b, "nothing"},
+        {"\1eng\xFF\xFE\0\0\xFF\xFE"_b, "nothing"},
         {"\3eng\0 \r\n"_b, "nothing"},
         {"\0eng\0d\xE9"_b, "plain: dé"},
         {"\7eng\0\xC3\xA9"_b, "plain: é"},

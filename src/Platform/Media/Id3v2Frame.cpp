@@ -107,6 +107,13 @@ std::function<QByteArray()> dataReader(const Id3Frame& frame, const SharedSource
     };
 }
 
+void addDecoded(ItemCollector& items, MediaItem item, TagText text) {
+    // The bytes of a text that says nothing, its encoding and language, would be taken for one.
+    if (text.undecided.isEmpty() && joinedValues(text.decoded).isEmpty())
+        item.readData = nullptr;
+    items.add(std::move(item), std::move(text));
+}
+
 void addText(ItemCollector& items, MediaItem item, const Id3Frame& frame, QByteArrayView payload) {
     if (payload.isEmpty())
         return items.add(std::move(item));
@@ -115,18 +122,17 @@ void addText(ItemCollector& items, MediaItem item, const Id3Frame& frame, QByteA
     if (frame.name == "TXXX") {
         const auto [description, value] = splitAtTerminator(body, encoding);
         item.name = decode(description, encoding).decoded;
-        return items.add(std::move(item), decode(value, encoding));
+        return addDecoded(items, std::move(item), decode(value, encoding));
     }
     if (frame.name.front() == 'T')
-        return items.add(std::move(item), decode(body, encoding));
-    if ((frame.name == "USLT" || frame.name == "COMM") && body.size() > 3)
-        return items.add(std::move(item),
-                         decode(splitAtTerminator(body.sliced(3), encoding).second, encoding));
+        return addDecoded(items, std::move(item), decode(body, encoding));
     if (frame.name == "SYLT") {
-        if (auto lyrics = synchronisedLyricsText(payload))
-            return items.add(std::move(item), {.decoded = *lyrics, .undecided = {}});
+        const QString lyrics = synchronisedLyricsText(payload).value_or(QString());
+        return addDecoded(items, std::move(item), {.decoded = lyrics, .undecided = {}});
     }
-    items.add(std::move(item));
+    const QByteArrayView described = body.sliced(std::min<qsizetype>(3, body.size()));
+    addDecoded(items, std::move(item),
+               decode(splitAtTerminator(described, encoding).second, encoding));
 }
 
 bool isText(std::string_view name) {
