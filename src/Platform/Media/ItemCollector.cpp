@@ -22,6 +22,13 @@ bool saysSomething(const MediaItem& item) {
     return item.text && !trimmedOfWhitespaceAndNewlines(*item.text).isEmpty();
 }
 
+/// Whether the text may stand under its name: a title, artist or album of blanks is none, while any
+/// other text counts unless it is empty.
+bool isNamed(const MediaItem& item) {
+    const bool isOfTrack = item.name == u"title" || item.name == u"artist" || item.name == u"album";
+    return isOfTrack ? saysSomething(item) : item.text && !item.text->isEmpty();
+}
+
 QString infoName(CommonKey key) {
     switch (key) {
     case CommonKey::Title:
@@ -147,7 +154,7 @@ QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
             texts.insert(name, text);
     };
     for (const MediaItem& item : items) {
-        if (!saysSomething(item))
+        if (!isNamed(item))
             continue;
         offer(item.name, *item.text);
         // QuickTime's names are known with and without their sign.

@@ -72,7 +72,8 @@ class ItemCollector {
     std::vector<Found> found_;
 };
 
-/// The texts of `items` by their names, the first of each name that has more than white space.
+/// The texts of `items` by their names, the first of each name that isn't empty; a title, artist or
+/// album that is white space counts as empty.
 [[nodiscard]] QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items);
 
 } // namespace tamsy::media
