@@ -51,8 +51,9 @@ void addInfo(MediaParse& parse, const QByteArray& name, const QByteArray& value)
 
 /// Reads the pairs of terminated texts of an info chunk.
 void readInfo(MediaParse& parse, const Chunk& chunk) {
-    constexpr std::uint64_t longestInfo = std::uint64_t{1024} * 1024;
-    const QByteArray bytes = parse.window.copy(chunk.body, std::min(chunk.size, longestInfo));
+    // All that a scan is out for, and enough for the longest lyrics.
+    const std::uint64_t longest = (parse.items.listsEverything() ? 8U : 1U) * 1024U * 1024U;
+    const QByteArray bytes = parse.window.copy(chunk.body, std::min(chunk.size, longest));
     qsizetype position = 4; // behind the count, which the terminators tell as well
     for (int count = 0; count < mostEntries; ++count) {
         const qsizetype keyEnd = bytes.indexOf('\0', position);

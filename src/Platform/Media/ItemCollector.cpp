@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t longestCommonText = std::uint64_t{64} * 1024;
 constexpr std::uint64_t allCommonTexts = std::uint64_t{256} * 1024;
-constexpr std::uint64_t allTexts = std::uint64_t{4} * 1024 * 1024;
+constexpr std::uint64_t allTexts = std::uint64_t{8} * 1024 * 1024;
 constexpr int mostValues = 100;
 constexpr std::size_t mostCommonItems = 100;
 constexpr std::size_t mostItems = 10'000;

@@ -25,7 +25,7 @@ class ItemCollector {
     [[nodiscard]] bool listsEverything() const { return wanted_ == Wanted::Everything; }
 
     /// Whether a text of `length` bytes is to be read. No title is as long as 64 KiB, and no file
-    /// has 4 MiB of texts to show, or titles of 256 KiB: what claims so is passed over.
+    /// has 8 MiB of texts to show, or titles of 256 KiB: what claims so is passed over.
     [[nodiscard]] bool wantsText(std::optional<CommonKey> key, std::uint64_t length);
 
     /// Bytes that a text with this meaning may have at the most.
