@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QImageReader>
 
+#include <string_view>
 #include <utility>
 
 namespace tamsy {
@@ -19,9 +20,10 @@ constexpr qsizetype mostPasses = 100;
 /// The decoder for the bytes; empty for what is no cover's format. Naming it keeps out formats
 /// that are recognised by loose signs, or that may refer to other files.
 QByteArray formatOf(const QByteArray& bytes) {
-    const std::pair<QByteArrayView, const char*> signatures[] = {
-        {"\xFF\xD8\xFF", "jpeg"}, {"\x89PNG\r\n", "png"}, {"GIF8", "gif"}, {"BM", "bmp"},
-        {"II*\0", "tiff"},        {"MM\0*", "tiff"},
+    using namespace std::string_view_literals; // which have their NULs within
+    constexpr std::pair<std::string_view, const char*> signatures[] = {
+        {"\xFF\xD8\xFF"sv, "jpeg"}, {"\x89PNG\r\n"sv, "png"}, {"GIF8"sv, "gif"}, {"BM"sv, "bmp"},
+        {"II*\0"sv, "tiff"},        {"MM\0*"sv, "tiff"},
     };
     for (const auto& [signature, format] : signatures) {
         if (bytes.startsWith(signature))
