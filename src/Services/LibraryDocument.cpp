@@ -169,7 +169,6 @@ LibraryDocument::LibraryDocument() : LibraryDocument(leastMemory) {}
 LibraryDocument::LibraryDocument(qsizetype expectedSize)
     : storage_(std::make_unique<Storage>(expectedSize)) {}
 LibraryDocument::LibraryDocument(LibraryDocument&&) noexcept = default;
-LibraryDocument& LibraryDocument::operator=(LibraryDocument&&) noexcept = default;
 LibraryDocument::~LibraryDocument() = default;
 
 std::optional<LibraryDocument> LibraryDocument::decode(const QByteArray& json) {

@@ -41,7 +41,7 @@ class LibraryDocument {
   public:
     LibraryDocument();
     LibraryDocument(LibraryDocument&&) noexcept;
-    LibraryDocument& operator=(LibraryDocument&&) noexcept;
+    LibraryDocument& operator=(LibraryDocument&&) = delete; // would free the texts before the lists
     ~LibraryDocument();
 
     /// Nothing if `json` isn't such an array: a missing key or a wrong type anywhere counts.
