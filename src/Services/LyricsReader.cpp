@@ -20,7 +20,8 @@ namespace {
 constexpr std::size_t cacheLimit = std::size_t{64} * 1024 * 1024;
 
 MemoryCache<FileURL, Lyrics>& cache() {
-    static MemoryCache<FileURL, Lyrics> shared(cacheLimit);
+    // Never deleted: a late load may still ask for it while the process ends.
+    static auto& shared = *new MemoryCache<FileURL, Lyrics>(cacheLimit);
     return shared;
 }
 
