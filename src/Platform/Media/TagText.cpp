@@ -1,7 +1,6 @@
 #include "Platform/Media/TagText.h"
 
 #include <QStringDecoder>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -68,7 +67,13 @@ QString decodeUtf16BigEndian(QByteArrayView bytes) {
 QString joinedValues(const QString& text) {
     if (!text.contains(QChar(u'\0')))
         return text;
-    return text.split(QChar(u'\0'), Qt::SkipEmptyParts).join(QStringLiteral("; "));
+    QString joined;
+    for (const QStringView value : QStringView(text).tokenize(u'\0', Qt::SkipEmptyParts)) {
+        if (!joined.isEmpty())
+            joined += QStringLiteral("; ");
+        joined += value;
+    }
+    return joined;
 }
 
 } // namespace tamsy::media
