@@ -52,7 +52,8 @@ void addInfo(MediaParse& parse, const QByteArray& name, const QByteArray& value)
 /// Reads the pairs of terminated texts of an info chunk.
 void readInfo(MediaParse& parse, const Chunk& chunk) {
     // All that a scan is out for, and enough for the longest lyrics.
-    const std::uint64_t longest = (parse.items.listsEverything() ? 8U : 1U) * 1024U * 1024U;
+    constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
+    const std::uint64_t longest = (parse.items.listsEverything() ? 8 : 1) * mebibyte;
     const QByteArray bytes = parse.window.copy(chunk.body, std::min(chunk.size, longest));
     qsizetype position = 4; // behind the count, which the terminators tell as well
     for (int count = 0; count < mostEntries; ++count) {
