@@ -11,8 +11,8 @@ using namespace std::string_literals;
 
 namespace {
 
-TEST(LyricsItems, AreFoundOrNotInAnyFileWithinASecond) {
-    constexpr double seconds = 1; // of processor time, in an instrumented build
+TEST(LyricsItems, AreSoughtInHostileFilesWithAnEnd) {
+    constexpr double seconds = 3; // of processor time; an instrumented build is slow
     for (const HostileFile& hostile : hostileFiles()) {
         MemoryFile file;
         hostile.writeTo(file);
