@@ -68,6 +68,11 @@ void PlayerViewModel::play(const FileURL& url) {
     setCurrentTitle({});
     scheduleLockRelease();
     loadTrackInformation(url);
+    startEngine(url);
+}
+
+void PlayerViewModel::startEngine(const FileURL& url) {
+    ++startNumber_;
     engine_->load(url);
     engine_->play();
 }
@@ -82,9 +87,10 @@ void PlayerViewModel::togglePlayPause() {
 void PlayerViewModel::seek(double seconds) {
     setPendingSeekTarget(seconds);
     setCurrentTime(seconds);
-    QTimer::singleShot(pendingSeekLimit, this, [this, number = ++seekNumber_, url = currentURL_] {
-        giveUpPendingSeek(number, url);
-    });
+    QTimer::singleShot(pendingSeekLimit, this,
+                       [this, seekNumber = ++seekNumber_, startNumber = startNumber_] {
+                           giveUpPendingSeek(seekNumber, startNumber);
+                       });
     engine_->seek(seconds);
 }
 

@@ -126,11 +126,12 @@ class PlayerViewModel : public QObject {
     void setCurrentTime(double seconds);
     void setPendingSeekTarget(std::optional<double> seconds);
     void scheduleLockRelease();
+    void startEngine(const FileURL& url);
 
     // PlayerViewModelBinding.cpp
     void bindEngine();
     void handleTime(double time, bool visible, std::optional<double> pending);
-    void giveUpPendingSeek(unsigned seekNumber, const FileURL& url);
+    void giveUpPendingSeek(unsigned seekNumber, unsigned startNumber);
 
     // PlayerViewModelNavigation.cpp
     void detectTrackEnds();
@@ -173,6 +174,7 @@ class PlayerViewModel : public QObject {
     std::unique_ptr<NowPlayingWindow> nowPlayingWindow_;
     double lastBufferedTime_ = 0; // the position while nobody can see it
     unsigned seekNumber_ = 0;
+    unsigned startNumber_ = 0; // tells two playbacks of one file apart
 };
 
 } // namespace tamsy

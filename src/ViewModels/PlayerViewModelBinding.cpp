@@ -48,13 +48,13 @@ void PlayerViewModel::handleTime(double time, bool visible, std::optional<double
         lastBufferedTime_ = safeTime;
 }
 
-void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber, const FileURL& url) {
+void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber, unsigned startNumber) {
     const std::optional<double> target = pendingSeekTarget_.value();
     if (seekNumber != seekNumber_ || !target)
         return;
     setPendingSeekTarget(std::nullopt); // the display follows the engine's own position again
     setIsSeeking(false);
-    if (!isPlaying_ || !(currentURL_ == url))
+    if (!isPlaying_ || startNumber != startNumber_)
         return;
     if (navigation::trackHasEnded(*target, duration_, isPlaying_)) {
         // The user moved to the very end, where some decoders refuse to go.

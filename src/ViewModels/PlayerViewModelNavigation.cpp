@@ -109,10 +109,8 @@ void PlayerViewModel::restartCurrentTrack() {
     if (currentURL_.isEmpty())
         return;
     engine_->stop();
-    QTimer::singleShot(repeatDelay, Qt::PreciseTimer, this, [this, url = currentURL_] {
-        engine_->load(url);
-        engine_->play();
-    });
+    QTimer::singleShot(repeatDelay, Qt::PreciseTimer, this,
+                       [this, url = currentURL_] { startEngine(url); });
     QTimer::singleShot(repeatLockReleaseDelay, Qt::PreciseTimer, this,
                        [this] { isHandlingTrackEnd_ = false; });
 }

@@ -124,6 +124,24 @@ TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return other.currentTime() == 2; }));
     other.seek(10); // to the very end, in vain: the track has ended all the same
     EXPECT_TRUE(QTest::qWaitFor([&] { return other.currentURL() == url(1); }, 2000));
+
+    // The same file anew, by a click and by repeating: no seek of the playback before concerns it.
+    const auto givesUpQuietly = [&](const std::vector<std::string>& calls) {
+        return QTest::qWaitFor([&] { return !other.pendingSeekTarget(); }, 2000) &&
+               deaf->calls == calls;
+    };
+    for (const double target : {5.0, 10.0}) {
+        other.seek(target);
+        deaf->calls.clear();
+        other.play(url(1));
+        EXPECT_TRUE(givesUpQuietly({"stop", load(1), "play"})) << target;
+        EXPECT_EQ(other.currentURL(), url(1)) << target;
+    }
+    other.toggleRepeatOne();
+    other.seek(5);
+    deaf->calls.clear();
+    deaf->currentTimeSubject.send(9.9);
+    EXPECT_TRUE(givesUpQuietly({"stop", load(1), "play"}));
 }
 
 TEST_F(PlayerViewModelTest, EndsATrackOnTheReportThatWasSentWhilePlaying) {
