@@ -1,4 +1,5 @@
 #include "Platform/LargeMemory.h"
+#include "Platform/OperationQueue.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/UserDefaults.h"
 #include "Tamsy_MusicApp.h"
@@ -10,6 +11,9 @@
 #include <QLocale>
 #include <QQuickStyle>
 #include <QTranslator>
+
+#include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -48,8 +52,9 @@ int run(tamsy::SingleInstance& instance, tamsy::UserDefaults& defaults) {
 
 int main(int argc, char** argv) {
     tamsy::returnLargeBlocksToTheSystem();
-    tamsy::SingleInstance instance(tamsy::UserDefaults::configurationDirectory());
-    if (!instance.acquire())
+    auto instance =
+        std::make_unique<tamsy::SingleInstance>(tamsy::UserDefaults::configurationDirectory());
+    if (!instance->acquire())
         return 0;
     // Text is also drawn into layers above moving colours, where edges in single colours would
     // show.
@@ -63,9 +68,14 @@ int main(int argc, char** argv) {
         qEnvironmentVariable("FLATPAK_ID", QStringLiteral("tamsy-music")));
     QGuiApplication::setWindowIcon(applicationIcon());
     speakChinese(application);
-    instance.listen();
-    const int status = run(instance, tamsy::UserDefaults::standard());
+    instance->listen();
+    const int status = run(*instance, tamsy::UserDefaults::standard());
     static_cast<void>(
         tamsy::UserDefaults::standard().drain()); // the lock is held until everything is on disk
-    return status;
+    if (tamsy::OperationQueue::waitForAll(tamsy::OperationQueue::patience))
+        return status;
+    // A thread is stuck in a file. The system may keep what is open until it isn't, and the next
+    // start wants the lock; and nothing that the thread uses may end below it.
+    instance.reset();
+    std::_Exit(status);
 }

@@ -2,9 +2,33 @@
 
 #include <pthread.h>
 
+#include <condition_variable>
+#include <deque>
 #include <utility>
 
 namespace tamsy {
+namespace {
+
+/// What all queues together have to do. Made before the program's first step, so that it outlives
+/// every thread.
+struct Unfinished {
+    void add() {
+        const std::scoped_lock lock(mutex);
+        ++operations;
+    }
+
+    void finish() {
+        const std::scoped_lock lock(mutex);
+        --operations;
+        changed.notify_all();
+    }
+
+    std::mutex mutex; // guards the number
+    std::condition_variable changed;
+    std::size_t operations = 0;
+} unfinished;
+
+} // namespace
 
 void Operation::cancel() {
     Stage expected = Stage::Waiting;
@@ -21,54 +45,112 @@ void Operation::run() {
         hook();
 }
 
+/// What the queue and its threads hold, so that it outlives whichever ends first.
+struct OperationQueue::Shared {
+    void runThread();
+    void runOperations(std::unique_lock<std::mutex>& lock);
+
+    std::mutex mutex; // guards all that follows, and the queue's threads
+    std::condition_variable changed;
+    std::condition_variable threadEnded;
+    std::deque<std::shared_ptr<Operation>> waiting;
+    std::size_t idleThreads = 0;
+    std::size_t liveThreads = 0;
+    bool isEnding = false;
+};
+
 OperationQueue::OperationQueue(std::size_t maximumConcurrentOperations, std::string name)
-    : maximumConcurrentOperations_(maximumConcurrentOperations), name_(std::move(name)) {}
+    : maximumConcurrentOperations_(maximumConcurrentOperations),
+      name_(std::move(name)),
+      shared_(std::make_shared<Shared>()) {}
 
 OperationQueue::~OperationQueue() {
     end();
 }
 
 void OperationQueue::add(std::shared_ptr<Operation> operation) {
+    unfinished.add();
     {
-        const std::scoped_lock lock(mutex_);
-        if (isEnding_)
+        const std::scoped_lock lock(shared_->mutex);
+        if (shared_->isEnding)
             operation->cancel();
-        waiting_.push_back(std::move(operation));
-        if (waiting_.size() > idleThreads_ && threads_.size() < maximumConcurrentOperations_)
-            threads_.emplace_back([this] { runThread(); });
+        shared_->waiting.push_back(std::move(operation));
+        if (shared_->waiting.size() > shared_->idleThreads &&
+            threads_.size() < maximumConcurrentOperations_)
+            startThread();
     }
-    changed_.notify_one();
+    shared_->changed.notify_one();
 }
 
-void OperationQueue::end() {
+/// With the lock held.
+void OperationQueue::startThread() {
+    threads_.emplace_back([shared = shared_, name = name_] {
+        constexpr std::size_t nameLimit = 15;
+        if (!name.empty())
+            ::pthread_setname_np(::pthread_self(), name.substr(0, nameLimit).c_str());
+        shared->runThread();
+    });
+    ++shared_->liveThreads;
+}
+
+std::vector<std::thread> OperationQueue::takeThreads() {
     std::vector<std::thread> threads;
     {
-        const std::scoped_lock lock(mutex_);
-        isEnding_ = true;
-        for (const auto& operation : waiting_)
+        const std::scoped_lock lock(shared_->mutex);
+        shared_->isEnding = true;
+        for (const auto& operation : shared_->waiting)
             operation->cancel();
         threads.swap(threads_);
     }
-    changed_.notify_all();
-    for (std::thread& thread : threads)
+    shared_->changed.notify_all();
+    return threads;
+}
+
+void OperationQueue::end() {
+    for (std::thread& thread : takeThreads())
         thread.join();
 }
 
-void OperationQueue::runThread() {
-    constexpr std::size_t nameLimit = 15;
-    if (!name_.empty())
-        ::pthread_setname_np(::pthread_self(), name_.substr(0, nameLimit).c_str());
-    std::unique_lock lock(mutex_);
+bool OperationQueue::endWithin(std::chrono::milliseconds limit) {
+    std::vector<std::thread> threads = takeThreads();
+    std::unique_lock lock(shared_->mutex);
+    const bool haveEnded =
+        shared_->threadEnded.wait_for(lock, limit, [this] { return shared_->liveThreads == 0; });
+    lock.unlock();
+    for (std::thread& thread : threads) {
+        if (haveEnded)
+            thread.join();
+        else
+            thread.detach();
+    }
+    return haveEnded;
+}
+
+bool OperationQueue::waitForAll(std::chrono::milliseconds limit) {
+    std::unique_lock lock(unfinished.mutex);
+    return unfinished.changed.wait_for(lock, limit, [] { return unfinished.operations == 0; });
+}
+
+void OperationQueue::Shared::runThread() {
+    std::unique_lock lock(mutex);
+    runOperations(lock);
+    --liveThreads;
+    threadEnded.notify_all();
+}
+
+void OperationQueue::Shared::runOperations(std::unique_lock<std::mutex>& lock) {
     for (;;) {
-        ++idleThreads_;
-        changed_.wait(lock, [this] { return isEnding_ || !waiting_.empty(); });
-        --idleThreads_;
-        if (waiting_.empty())
+        ++idleThreads;
+        changed.wait(lock, [this] { return isEnding || !waiting.empty(); });
+        --idleThreads;
+        if (waiting.empty())
             return;
-        const auto operation = std::move(waiting_.front());
-        waiting_.pop_front();
+        auto operation = std::move(waiting.front());
+        waiting.pop_front();
         lock.unlock();
         operation->run();
+        operation.reset();
+        unfinished.finish();
         lock.lock();
     }
 }

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
+#include <chrono>
 #include <cstddef>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -60,17 +59,28 @@ class OperationQueue {
     /// waits for the interface thread must have been let go before.
     void end();
 
+    /// How long the program's end waits for an operation that reads the user's files: one on a
+    /// dead mount may hold its reader for ever.
+    static constexpr std::chrono::milliseconds patience{500};
+
+    /// The same, but waits at most so long. False if operations were left behind: they go on with
+    /// what they hold themselves, and may use nothing that ends with their owner.
+    bool endWithin(std::chrono::milliseconds limit);
+
+    /// Waits, at most so long, until no queue has anything to do, nor anything that was left
+    /// behind. False if something still runs: static objects mustn't end then, since it may use
+    /// them. Any thread but the queues' own.
+    [[nodiscard]] static bool waitForAll(std::chrono::milliseconds limit);
+
   private:
-    void runThread();
+    struct Shared;
+    void startThread();
+    [[nodiscard]] std::vector<std::thread> takeThreads();
 
     const std::size_t maximumConcurrentOperations_;
     const std::string name_;
-    std::mutex mutex_; // guards all that follows
-    std::condition_variable changed_;
-    std::deque<std::shared_ptr<Operation>> waiting_;
-    std::size_t idleThreads_ = 0;
-    bool isEnding_ = false;
-    std::vector<std::thread> threads_;
+    const std::shared_ptr<Shared> shared_;
+    std::vector<std::thread> threads_; // guarded by the mutex in there
 };
 
 } // namespace tamsy

@@ -8,12 +8,18 @@ namespace tamsy {
 
 /// Some threads for work that others wait for. Its owner has a pool of its own, so that nobody's
 /// blocked threads can take the places of those they wait for. Its end drops what hasn't started
-/// and joins what runs.
+/// and gives what runs a moment; what is stuck then is left behind.
 class WorkerPool {
   public:
     WorkerPool();
+    ~WorkerPool();
+    WorkerPool(const WorkerPool&) = delete;
+    WorkerPool& operator=(const WorkerPool&) = delete;
+    WorkerPool(WorkerPool&&) = delete;
+    WorkerPool& operator=(WorkerPool&&) = delete;
 
-    /// Runs `function` on one of the threads as soon as one is free. Any thread.
+    /// Runs `function`, which may outlive the pool's owner, on one of the threads as soon as one
+    /// is free. Any thread.
     void start(std::function<void()> function);
 
   private:

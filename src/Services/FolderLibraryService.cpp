@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <mutex>
 #include <numeric>
 #include <utility>
 
@@ -38,7 +39,64 @@ void share(QString& text, const QString& former) {
         text = former;
 }
 
+Track makeTrack(const FileURL& url, const FolderLibraryService::TagReader& readTags) {
+    AudioMetadata metadata = readTags(url);
+    QString title = std::move(metadata.title);
+    if (title.isEmpty())
+        title = url.nameWithoutExtensionText();
+    return {QUuid::createUuid(),
+            url,
+            std::move(title),
+            std::move(metadata.artist),
+            std::move(metadata.album),
+            metadata.duration,
+            QString::fromLatin1(url.pathExtension().toLower())};
+}
+
+TrackList scanFolder(const FileURL& url, const FolderLibraryService::TagReader& readTags,
+                     const std::stop_token& stop) {
+    TrackList tracks;
+    DirectoryWalk::visitFiles(url, stop, isAudioFile, [&](const FileURL& file) {
+        Track track = makeTrack(file, readTags);
+        if (!tracks.isEmpty()) {
+            const Track& former = tracks.constLast();
+            track.url.shareFolder(former.url);
+            share(track.artist, former.artist);
+            share(track.album, former.album);
+            share(track.fileExtension, former.fileExtension);
+        }
+        tracks.append(std::move(track));
+    });
+    tracks.squeeze();
+    return tracks;
+}
+
 } // namespace
+
+/// The way of the scans' results. A scan that is stuck on a dead mount may outlive the library.
+class FolderLibraryService::ScanResults {
+  public:
+    explicit ScanResults(FolderLibraryService* receiver) : receiver_(receiver) {}
+
+    /// Any thread.
+    void send(QUuid id, TrackList tracks) {
+        const std::scoped_lock lock(mutex_);
+        if (receiver_ != nullptr)
+            InterfaceThread::run(receiver_, [receiver = receiver_, id, found = std::move(tracks)] {
+                receiver->finishScan(id, found);
+            });
+    }
+
+    /// Nothing is sent to the receiver after this.
+    void close() {
+        const std::scoped_lock lock(mutex_);
+        receiver_ = nullptr;
+    }
+
+  private:
+    std::mutex mutex_; // guards the receiver
+    FolderLibraryService* receiver_;
+};
 
 FolderLibraryService::FolderLibraryService(QObject* parent)
     : FolderLibraryService(
@@ -50,7 +108,10 @@ FolderLibraryService::FolderLibraryService(QObject* parent)
 
 FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader readTags,
                                            QObject* parent)
-    : QObject(parent), persistence_(defaults), readTags_(std::move(readTags)) {
+    : QObject(parent),
+      persistence_(defaults),
+      readTags_(std::move(readTags)),
+      scanResults_(std::make_shared<ScanResults>(this)) {
     loadPersistedFolders();
     const qsizetype tracks = std::accumulate(
         folders_.cbegin(), folders_.cend(), qsizetype{0},
@@ -61,7 +122,8 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
 
 FolderLibraryService::~FolderLibraryService() {
     scanStop_.request_stop();
-    scanQueue_.end();
+    scanResults_->close();
+    scanQueue_.endWithin(OperationQueue::patience);
 }
 
 void FolderLibraryService::loadPersistedFolders() {
@@ -107,12 +169,11 @@ void FolderLibraryService::rescanFolder(QUuid id) {
     const auto folder = std::find_if(folders_.cbegin(), folders_.cend(), hasId(id));
     if (folder == folders_.cend())
         return;
-    // Our end joins the queue, so a scan never outlives this object.
-    const auto scan = [this, id, url = folder->url, stop = scanStop_.get_token()] {
-        TrackList tracks = scanFolder(url, stop);
+    const auto scan = [results = scanResults_, readTags = readTags_, id, url = folder->url,
+                       stop = scanStop_.get_token()] {
+        TrackList tracks = scanFolder(url, readTags, stop);
         if (!stop.stop_requested())
-            InterfaceThread::run(this,
-                                 [this, id, found = std::move(tracks)] { finishScan(id, found); });
+            results->send(id, std::move(tracks));
     };
     scanQueue_.add(std::make_shared<Operation>(scan));
 }
@@ -126,37 +187,6 @@ void FolderLibraryService::finishScan(QUuid id, const TrackList& tracks) {
     folder->tracks = tracks;
     setFolders(std::move(folders));
     persistence_.saveTracks(id, tracks);
-}
-
-TrackList FolderLibraryService::scanFolder(const FileURL& url, const std::stop_token& stop) const {
-    TrackList tracks;
-    DirectoryWalk::visitFiles(url, stop, isAudioFile, [&](const FileURL& file) {
-        Track track = makeTrack(file);
-        if (!tracks.isEmpty()) {
-            const Track& former = tracks.constLast();
-            track.url.shareFolder(former.url);
-            share(track.artist, former.artist);
-            share(track.album, former.album);
-            share(track.fileExtension, former.fileExtension);
-        }
-        tracks.append(std::move(track));
-    });
-    tracks.squeeze();
-    return tracks;
-}
-
-Track FolderLibraryService::makeTrack(const FileURL& url) const {
-    AudioMetadata metadata = readTags_(url);
-    QString title = std::move(metadata.title);
-    if (title.isEmpty())
-        title = url.nameWithoutExtensionText();
-    return {QUuid::createUuid(),
-            url,
-            std::move(title),
-            std::move(metadata.artist),
-            std::move(metadata.album),
-            metadata.duration,
-            QString::fromLatin1(url.pathExtension().toLower())};
 }
 
 } // namespace tamsy

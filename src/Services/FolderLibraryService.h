@@ -9,6 +9,7 @@
 #include <QObject>
 
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 namespace tamsy {
@@ -19,12 +20,13 @@ struct AudioMetadata;
 /// The library: the folders that the user added, with the tracks found in them. It restores them at
 /// construction, scans on a queue of its own, one file at a time, and stores each change when it
 /// happens. Lives on the interface thread. Its end stops a scan that is under way, without a
-/// result.
+/// result; one that is stuck in a file is left behind after a moment.
 class FolderLibraryService : public QObject {
     Q_OBJECT
 
   public:
-    /// Reads one file's tags. Called on the scan queue, for one file after another.
+    /// Reads one file's tags. Called on the scan queue, for one file after another. A reading that
+    /// is stuck may outlive the service, with a copy of this.
     using TagReader = std::function<AudioMetadata(const FileURL&)>;
 
     /// The user's own library: the standard store and the tags of real files.
@@ -56,18 +58,18 @@ class FolderLibraryService : public QObject {
     void rescanFolder(QUuid id);
 
   private:
+    class ScanResults;
     void loadPersistedFolders();
     void setFolders(QList<AudioFolder> folders);
     void finishScan(QUuid id, const TrackList& tracks);
-    [[nodiscard]] TrackList scanFolder(const FileURL& url, const std::stop_token& stop) const;
-    [[nodiscard]] Track makeTrack(const FileURL& url) const;
 
     QList<AudioFolder> folders_;
     ValueSubject<QList<AudioFolder>> foldersSubject_{{}};
     FolderPersistence persistence_;
     TagReader readTags_;
     std::stop_source scanStop_;
-    // One thread, so scans run one after another. Last, so that it ends before what scans use.
+    std::shared_ptr<ScanResults> scanResults_;
+    // One thread, so scans run one after another.
     OperationQueue scanQueue_{1, "library.scan.queue"};
 };
 

@@ -100,4 +100,30 @@ TEST(OperationQueueTest, ItsEndWaitsForWhatRunsAndCancelsTheRest) {
     releaser.join();
 }
 
+TEST(OperationQueueTest, LeavesBehindWhatIsStuck) {
+    using namespace std::chrono_literals;
+    std::latch begun(1);
+    std::latch goOn(1);
+    std::atomic<int> ran = 0;
+    {
+        OperationQueue queue(1);
+        queue.add(std::make_shared<Operation>([&] {
+            begun.count_down();
+            goOn.wait();
+            ++ran;
+        }));
+        queue.add(std::make_shared<Operation>([&] { ++ran; })); // never comes to its turn
+        begun.wait();
+        EXPECT_FALSE(queue.endWithin(1ms));
+        queue.add(std::make_shared<Operation>([&] { ++ran; }));
+    }
+    EXPECT_FALSE(OperationQueue::waitForAll(1ms));
+    goOn.count_down();
+    EXPECT_TRUE(OperationQueue::waitForAll(10s)) << "the thread needs nothing of the queue's";
+    EXPECT_EQ(ran, 1);
+    OperationQueue idle(1);
+    idle.add(std::make_shared<Operation>([] {}));
+    EXPECT_TRUE(idle.endWithin(10s));
+}
+
 } // namespace

@@ -1,3 +1,4 @@
+#include "Platform/OperationQueue.h"
 #include "Platform/TemporaryFolder.h"
 #include "Platform/UserDefaults.h"
 #include "Services/AudioMetadata.h"
@@ -157,6 +158,29 @@ TEST_F(FolderLibraryServiceTest, EndsSoonWhileScansAreUnderWay) {
     EXPECT_LT(timer.elapsed(), 1000);
     start();
     EXPECT_EQ(shown(), QStringList(u"a 0"_qs)) << "half a scan is no result";
+}
+
+TEST_F(FolderLibraryServiceTest, EndsSoonWhileAFileHoldsItsReader) {
+    music.write("a/1.mp3");
+    music.write("a/2.mp3");
+    std::binary_semaphore isRead(0);
+    std::binary_semaphore mayGoOn(0);
+    beforeEachFile = [&] {
+        isRead.release();
+        mayGoOn.acquire();
+    };
+    ASSERT_TRUE(service->addFolder(music.url("a")));
+    isRead.acquire();
+    QElapsedTimer timer;
+    timer.start();
+    service.reset();
+    EXPECT_LT(timer.elapsed(), 1000);
+    EXPECT_FALSE(OperationQueue::waitForAll({}));
+    mayGoOn.release();
+    EXPECT_TRUE(OperationQueue::waitForAll(std::chrono::seconds(10)));
+    EXPECT_FALSE(isRead.try_acquire()) << "it goes no further than its file";
+    start();
+    EXPECT_EQ(shown(), QStringList(u"a 0"_qs));
 }
 
 } // namespace
