@@ -228,7 +228,7 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     for (const auto& [step, size] : ends) {
         for (int i = 0; i < 20; ++i)
             (lyricsFontSize.*step)();
-        const auto fits = [&] {
+        const auto fits = [&, size = size] {
             const double height = item(QStringLiteral("10 short"))->height();
             return std::abs(topOf(11) - topOf(10) - height - size * 48 / 46) < 1;
         };
