@@ -4,8 +4,6 @@
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace tamsy {
@@ -17,14 +15,42 @@ constexpr QByteArrayView coverSize("512");
 /// The cover as a file for others to read, if there is one already.
 FileURL coverFile(const FileURL& track) {
     const QByteArray path =
-        ThumbnailFiles(ThumbnailFiles::applicationSupportDirectory()).diskPath(track, coverSize);
-    return QFile::exists(QFile::decodeName(path)) ? FileURL::fromPath(path) : FileURL();
+        ThumbnailFiles(ThumbnailFiles::applicationSupportDirectory()).storedPath(track, coverSize);
+    return path.isEmpty() ? FileURL() : FileURL::fromPath(path);
 }
 
 } // namespace
 
 RemoteControls::RemoteControls(PlayerViewModel& player, LibraryViewModel& library, Program program)
-    : player_(player), library_(library), program_(std::move(program)) {}
+    : player_(player), library_(library), program_(std::move(program)) {
+    forgetWhatChanges();
+}
+
+void RemoteControls::forgetWhatChanges() {
+    const auto forgetFile = [this] { currentFile_.reset(); };
+    const auto forgetList = [this] { hasListedTracks_.reset(); };
+    QObject::connect(&player_, &PlayerViewModel::currentURLChanged, &receiver_, forgetFile);
+    // The cover's file is written before its picture comes.
+    QObject::connect(&player_, &PlayerViewModel::currentArtworkChanged, &receiver_, forgetFile);
+    QObject::connect(&library_, &LibraryViewModel::foldersChanged, &receiver_, forgetFile);
+    QObject::connect(&library_, &LibraryViewModel::filteredTracksChanged, &receiver_, forgetList);
+}
+
+const RemoteControls::CurrentFile& RemoteControls::currentFile() const {
+    if (!currentFile_) {
+        const FileURL& url = player_.currentURL();
+        const Track* scanned = library_.findTrack(url);
+        currentFile_ = {scanned != nullptr ? std::optional(*scanned) : std::nullopt,
+                        coverFile(url)};
+    }
+    return *currentFile_;
+}
+
+bool RemoteControls::hasListedTracks() const {
+    if (!hasListedTracks_)
+        hasListedTracks_ = library_.hasFilteredTracks();
+    return *hasListedTracks_;
+}
 
 MediaState RemoteControls::state() const {
     MediaState state;
@@ -50,15 +76,15 @@ MediaTrack RemoteControls::currentTrack() const {
     track.url = player_.currentURL();
     track.title = player_.currentTitle();
     track.duration = player_.duration();
-    track.artwork = coverFile(track.url);
-    const Track* scanned = library_.findTrack(track.url);
-    if (scanned != nullptr) {
+    const auto& [scanned, cover] = currentFile();
+    track.artwork = cover;
+    if (scanned) {
         track.artist = scanned->artist;
         track.album = scanned->album;
     }
     // The player's own title comes when the tags have been read.
     if (track.title.isEmpty())
-        track.title = scanned != nullptr ? scanned->title : track.url.nameWithoutExtensionText();
+        track.title = scanned ? scanned->title : track.url.nameWithoutExtensionText();
     return track;
 }
 
@@ -68,7 +94,7 @@ bool RemoteControls::canSkip() const {
     if (player_.shuffleEnabled())
         return std::ranges::any_of(
             library_.folders(), [](const AudioFolder& folder) { return !folder.tracks.isEmpty(); });
-    return library_.hasFilteredTracks();
+    return hasListedTracks();
 }
 
 double RemoteControls::position() const {

@@ -1,17 +1,21 @@
 #pragma once
 
+#include "Models/Track.h"
 #include "Platform/Mpris/MediaControls.h"
 
+#include <QObject>
+
 #include <functional>
+#include <optional>
 
 namespace tamsy {
 
 class LibraryViewModel;
 class PlayerViewModel;
 
-/// The view models as the desktop's remote controls see them. It keeps nothing: every answer is
-/// read from what the view models publish, every wish becomes one of their operations. Interface
-/// thread.
+/// The view models as the desktop's remote controls see them. Every answer is read from what the
+/// view models publish, every wish becomes one of their operations. What takes looking for is kept
+/// until they announce that it may have changed: panels ask often. Interface thread.
 class RemoteControls : public MediaControls {
   public:
     /// What concerns the program and not its music.
@@ -41,6 +45,15 @@ class RemoteControls : public MediaControls {
     void quit() override;
 
   private:
+    /// What is looked for behind the current address.
+    struct CurrentFile {
+        std::optional<Track> scanned; // absent outside the folders
+        FileURL cover;                // a picture file; empty while there is none
+    };
+
+    void forgetWhatChanges();
+    [[nodiscard]] const CurrentFile& currentFile() const;
+    [[nodiscard]] bool hasListedTracks() const;
     [[nodiscard]] MediaState::Status status() const;
     [[nodiscard]] MediaTrack currentTrack() const;
     [[nodiscard]] bool canSkip() const;
@@ -48,6 +61,9 @@ class RemoteControls : public MediaControls {
     PlayerViewModel& player_;
     LibraryViewModel& library_;
     Program program_;
+    mutable std::optional<CurrentFile> currentFile_;
+    mutable std::optional<bool> hasListedTracks_;
+    QObject receiver_; // of the view models' signals
 };
 
 } // namespace tamsy

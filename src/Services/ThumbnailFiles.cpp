@@ -57,6 +57,12 @@ QByteArray jpegBytes(const QImage& image) {
     return writer.write(opaque) ? buffer.data() : QByteArray();
 }
 
+QByteArray fileName(const FileURL& url) {
+    FNV1a hash;
+    hash.add(url.absoluteString());
+    return '/' + hash.text() + ".jpg";
+}
+
 } // namespace
 
 QByteArray ThumbnailFiles::applicationSupportDirectory() {
@@ -64,17 +70,24 @@ QByteArray ThumbnailFiles::applicationSupportDirectory() {
     return chosen.startsWith('/') ? chosen : QByteArray(qgetenv("HOME") + "/.local/share");
 }
 
+QByteArray ThumbnailFiles::directory(QByteArrayView size) const {
+    return base_ + "/Tamsy Music/Thumbnails/" + size.toByteArray();
+}
+
 QByteArray ThumbnailFiles::cacheDirectory(QByteArrayView size) const {
-    QByteArray path = base_ + "/Tamsy Music/Thumbnails/" + size.toByteArray();
+    QByteArray path = directory(size);
     // Where it can't be made, reading and writing fail by themselves.
     static_cast<void>(makeDirectories(path));
     return path;
 }
 
 QByteArray ThumbnailFiles::diskPath(const FileURL& url, QByteArrayView size) const {
-    FNV1a hash;
-    hash.add(url.absoluteString());
-    return cacheDirectory(size) + '/' + hash.text() + ".jpg";
+    return cacheDirectory(size) + fileName(url);
+}
+
+QByteArray ThumbnailFiles::storedPath(const FileURL& url, QByteArrayView size) const {
+    QByteArray path = directory(size) + fileName(url);
+    return ::access(path.constData(), F_OK) == 0 ? path : QByteArray();
 }
 
 QImage ThumbnailFiles::read(const FileURL& url, QByteArrayView size) const {

@@ -26,6 +26,9 @@ class ThumbnailFiles {
     /// Where the thumbnail of `url` lies.
     [[nodiscard]] QByteArray diskPath(const FileURL& url, QByteArrayView size) const;
 
+    /// The same if it lies there, else empty. Makes no directory.
+    [[nodiscard]] QByteArray storedPath(const FileURL& url, QByteArrayView size) const;
+
     /// The kept picture. Null if there is none or it is broken.
     [[nodiscard]] QImage read(const FileURL& url, QByteArrayView size) const;
 
@@ -34,6 +37,8 @@ class ThumbnailFiles {
     void write(const QImage& image, const FileURL& url, QByteArrayView size) const;
 
   private:
+    [[nodiscard]] QByteArray directory(QByteArrayView size) const;
+
     QByteArray base_;
 };
 

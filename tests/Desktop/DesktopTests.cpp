@@ -85,10 +85,10 @@ class DesktopTest : public testing::Test, protected LibraryFixture {
 
 TEST_F(DesktopTest, ShowsWhatIsPlayedToARealClient) {
     EXPECT_EQ(playerctl(QStringLiteral("status")), "Stopped");
+    const ThumbnailFiles thumbnails(ThumbnailFiles::applicationSupportDirectory());
+    thumbnails.write(QImage(8, 8, QImage::Format_RGB32), tracks.at(0).url, "512");
     play(0);
     fake->advance(2.5);
-    const ThumbnailFiles thumbnails(ThumbnailFiles::applicationSupportDirectory());
-    thumbnails.write(QImage(8, 8, QImage::Format_RGB32), player.currentURL(), "512");
     const QByteArray picture =
         FileURL::fromPath(thumbnails.diskPath(player.currentURL(), "512")).absoluteString();
     EXPECT_EQ(playerctl(QStringLiteral(
@@ -97,6 +97,44 @@ TEST_F(DesktopTest, ShowsWhatIsPlayedToARealClient) {
                   "artUrl}}")),
               "Playing|一~甲~丙|甲|丙|100000000|0:02|0.5|None|false|" +
                   player.currentAddress().toStdString() + "|" + picture.toStdString());
+}
+
+TEST_F(DesktopTest, LooksForWhatIsPlayedOnlyWhenItMayHaveChanged) {
+    class CountedControls : public RemoteControls {
+      public:
+        using RemoteControls::RemoteControls;
+        [[nodiscard]] MediaState state() const override {
+            ++questions;
+            return RemoteControls::state();
+        }
+        mutable int questions = 0;
+    };
+    desktop.reset();
+    QDBusConnection::sessionBus().interface()->unregisterService(busName);
+    CountedControls controls(player, *library, {});
+    const MprisService service(controls, {{}, {}, {}, QStringLiteral("tamsy-music")});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return client.interface()->isServiceRegistered(busName); }));
+    const auto track = [&] { return controls.state().track.value_or(MediaTrack()); };
+    player.play(tracks.at(0).url);
+    EXPECT_TRUE(track().artwork.isEmpty()) << "nobody has read the file yet";
+    ThumbnailFiles(ThumbnailFiles::applicationSupportDirectory())
+        .write(QImage(8, 8, QImage::Format_RGB32), tracks.at(0).url, "512");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !player.currentArtwork().isNull(); }));
+    const FileURL cover = track().artwork;
+    EXPECT_TRUE(QFile::remove(QFile::decodeName(cover.path())));
+    EXPECT_EQ(track().artwork, cover) << "no file is looked at for each question";
+    EXPECT_EQ(track().artist, QStringLiteral("甲"));
+    EXPECT_TRUE(controls.state().canSkip);
+    library->removeFolder(library->folders().constFirst().id);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return library->folders().isEmpty(); }));
+    EXPECT_TRUE(track().artwork.isEmpty());
+    EXPECT_TRUE(track().artist.isEmpty());
+    EXPECT_FALSE(controls.state().canSkip);
+    controls.questions = 0;
+    EXPECT_EQ(error(mpris::propertiesInterface, QStringLiteral("Get"),
+                    {QString(mpris::playerInterface), QString(mpris::positionProperty)}),
+              "");
+    EXPECT_EQ(controls.questions, 0) << "the position, which panels poll, is no work";
 }
 
 TEST_F(DesktopTest, DoesWhatARealClientAsksFor) {

@@ -178,17 +178,29 @@ QDBusMessage MprisObject::answerProperties(const QDBusMessage& message) const {
     const QString call = message.member() + QLatin1Char('(') + message.signature();
     if (call == QLatin1String("Set(ssv"))
         return set(message);
-    const bool isGet = call == QLatin1String("Get(ss");
-    if (!isGet && call != QLatin1String("GetAll(s"))
+    if (call == QLatin1String("Get(ss"))
+        return get(message);
+    if (call != QLatin1String("GetAll(s"))
         return refusal(message, QDBusError::UnknownMethod);
     const QVariantMap all = properties(message.arguments().constFirst().toString());
-    if (all.isEmpty())
-        return refusal(message, QDBusError::UnknownInterface);
-    if (!isGet)
-        return message.createReply(all);
-    const QVariant value = all.value(message.arguments().at(1).toString());
-    return value.isValid() ? message.createReply(QVariant::fromValue(QDBusVariant(value)))
-                           : refusal(message, QDBusError::UnknownProperty);
+    return all.isEmpty() ? refusal(message, QDBusError::UnknownInterface)
+                         : message.createReply(all);
+}
+
+QDBusMessage MprisObject::get(const QDBusMessage& message) const {
+    const QString interface = message.arguments().at(0).toString();
+    const QString name = message.arguments().at(1).toString();
+    const auto reply = [&](const QVariant& value) {
+        return message.createReply(QVariant::fromValue(QDBusVariant(value)));
+    };
+    // Panels ask for it all the time.
+    if (interface == playerInterface && name == positionProperty)
+        return reply(microseconds(controls_.position()));
+    const QVariantMap all = properties(interface);
+    if (all.contains(name))
+        return reply(all.value(name));
+    return refusal(message,
+                   all.isEmpty() ? QDBusError::UnknownInterface : QDBusError::UnknownProperty);
 }
 
 QDBusMessage MprisObject::set(const QDBusMessage& message) const {

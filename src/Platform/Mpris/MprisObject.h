@@ -24,6 +24,7 @@ class MprisObject : public QDBusVirtualObject {
   private:
     [[nodiscard]] QDBusMessage answer(const QDBusMessage& message) const;
     [[nodiscard]] QDBusMessage answerProperties(const QDBusMessage& message) const;
+    [[nodiscard]] QDBusMessage get(const QDBusMessage& message) const;
     [[nodiscard]] QDBusMessage set(const QDBusMessage& message) const;
     [[nodiscard]] QVariantMap properties(const QString& interface) const;
 
