@@ -4,6 +4,7 @@
 #include "Playback/MiniaudioDecoders.h"
 #include "Playback/MpegAudioScan.h"
 #include "Playback/OggFlac.h"
+#include "Playback/OggVorbis.h"
 #include "Playback/ReadBudget.h"
 
 #include <algorithm>
@@ -68,7 +69,14 @@ ma_result AudioDecoder::open(const FileURL& url) {
             bindMpegSeekTable(decoder_, *scan);
             return MA_SUCCESS;
         }
-        const ReadBudget budget(openingBudget);
+        std::int64_t headers = 0;
+        if (*encoding == ma_encoding_format_vorbis) {
+            const auto bytes = vorbisHeaderBytes(file);
+            if (!bytes)
+                continue;
+            headers = static_cast<std::int64_t>(*bytes);
+        }
+        const ReadBudget budget(openingBudget + headers);
         if (openAs(*encoding, path) != MA_SUCCESS)
             continue;
         if (*encoding == ma_encoding_format_flac && isOgg(file))

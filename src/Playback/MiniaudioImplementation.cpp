@@ -5,6 +5,7 @@
 #include "Playback/ReadBudget.h"
 
 #include <cstdio>
+#include <cstdlib>
 
 // Both libraries read their files through this name alone; a decoder lost in a damaged file is thus
 // held to the budget of the call that it serves.
@@ -15,7 +16,10 @@
 #define MINIAUDIO_IMPLEMENTATION
 #include <miniaudio.h>
 #undef STB_VORBIS_HEADER_ONLY
+// When it gives up half-way it frees what it has and hasn't set alike; null is harmless then.
+#define malloc(size) std::calloc(1, size)
 #include <stb/stb_vorbis.h>
+#undef malloc
 
 namespace tamsy {
 

@@ -5,6 +5,7 @@
 #include "Playback/TestAudio.h"
 
 #include <QElapsedTimer>
+#include <QtEndian>
 
 #include <sys/stat.h>
 
@@ -25,6 +26,19 @@ constexpr qint64 huge = qint64(4) << 30;
 /// The first bytes of a test file, or all.
 QByteArray startOf(QByteArrayView name, qsizetype count = 1 << 30) {
     return bytesOf(testAudio(name).path()).left(count);
+}
+
+/// steps.ogg whose comments begin with `fields`, four bytes each: the length of the vendor's name,
+/// the number of comments, the first one's length. They hold 48 bytes more.
+QByteArray oggWithComments(std::array<quint32, 3> fields) {
+    QByteArray bytes = startOf("steps.ogg");
+    qsizetype at = bytes.indexOf("\3vorbis") + 7;
+    bytes.replace(at, 60, QByteArray(60, '\0'));
+    for (const quint32 field : fields) {
+        qToLittleEndian(field, bytes.data() + at);
+        at += 4;
+    }
+    return bytes;
 }
 
 /// A file `name` that begins with `bytes`, made as long as `size` by a hole.
@@ -58,6 +72,14 @@ TEST(HostileFile, IsRefusedAtOnce) {
     expectRefused(make("empty.mp3", {}), noBackend);
 }
 
+// The Vorbis decoder would write where it must not, or free what it never set.
+TEST(HostileFile, WithLyingVorbisCommentsIsRefusedAtOnce) {
+    expectRefused(make("vendor.ogg", oggWithComments({0x7FFFFFF0})), noBackend);
+    expectRefused(make("cut.ogg", oggWithComments({0, 3, 1000}).left(150)), noBackend);
+    for (const quint32 count : {1000U, 0x10000000U, 0x20000001U, 0x7FFFFFFFU})
+        expectRefused(make("count.ogg", oggWithComments({0, count})), noBackend);
+}
+
 TEST(HostileFile, IsNotEvenAFile) {
     const QByteArray pipe = fileWith("pipe", {}) + ".mp3";
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
@@ -66,11 +88,23 @@ TEST(HostileFile, IsNotEvenAFile) {
     expectRefused(testAudio("nothing.wav"), doesNotExist);
 }
 
+/// steps.ogg with a comment as long as a large cover.
+FileURL oggWithCover() {
+    const QByteArray tags =
+        fileWith("cover.txt", ";FFMETADATA1\nCOVER=" + QByteArray(4'000'000, 'x') + '\n');
+    const QByteArray path = tags + ".ogg";
+    ffmpeg("-i " + testAudio("steps.ogg").path() + " -i " + tags +
+           " -map 0:a -map_metadata:s 1 -c copy " + path);
+    EXPECT_GT(bytesOf(path).size(), 4'000'000);
+    return FileURL::fromPath(path);
+}
+
 TEST(HostileFile, PlaysUnderAWrongNameOrWithSomeDamage) {
     const std::pair<FileURL, double> rows[] = {
         {make("flac.mp3", startOf("steps.flac")), 20},
         {make("mpeg.ogg", startOf("steps.mp3")), 20},
         {make("\xB8\xE8\xFF.ogg", startOf("steps.ogg")), 20},
+        {oggWithCover(), 20},
         {make("cut.mp3", startOf("steps-cbr-no-header.mp3").mid(150)), 20},
         {make("hole.mp3", startOf("steps.mp3", 150'000) + QByteArray(500'000, '\0')), 20},
     };
