@@ -15,7 +15,8 @@ namespace tamsy {
 namespace {
 
 // What one call may read of a file. A sound file needs a fraction of each; a search through the
-// rest of a broken one stays short. In an Ogg file FLAC has to be read up to the target.
+// rest of a broken one stays short. In an Ogg file FLAC has to be read up to the target, and Vorbis
+// goes to the start by way of its headers.
 constexpr std::int64_t openingBudget = 1'048'576;
 constexpr std::int64_t readingBudget = 4'194'304;
 constexpr std::int64_t seekingBudget = 16'777'216;
@@ -57,7 +58,7 @@ ma_result AudioDecoder::open(const FileURL& url) {
     const AudioFile file(path);
     if (file.error() != 0)
         return resultOf(file.error());
-    seekingBudget_ = isOgg(file) ? seekingBudgetInOgg : seekingBudget;
+    seekingBudget_ = seekingBudget;
     const auto encodings = encodingsToTry(url.pathExtension().toLower());
     for (auto encoding = encodings.begin(); encoding != encodings.end(); ++encoding) {
         if (std::find(encodings.begin(), encoding, *encoding) != encoding)
@@ -79,8 +80,11 @@ ma_result AudioDecoder::open(const FileURL& url) {
         const ReadBudget budget(openingBudget + headers);
         if (openAs(*encoding, path) != MA_SUCCESS)
             continue;
-        if (*encoding == ma_encoding_format_flac && isOgg(file))
+        seekingBudget_ += headers;
+        if (*encoding == ma_encoding_format_flac && isOgg(file)) {
+            seekingBudget_ = seekingBudgetInOgg;
             tellFlacLength(decoder_, lastGranulePosition(file));
+        }
         return MA_SUCCESS;
     }
     return MA_NO_BACKEND;

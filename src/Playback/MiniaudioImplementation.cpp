@@ -7,9 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Both libraries read their files through this name alone; a decoder lost in a damaged file is thus
-// held to the budget of the call that it serves.
+// Both libraries read their files through these names alone; a decoder lost in a damaged file is
+// thus held to the budget of the call that it serves.
 #define fread(target, size, count, file) tamsy::ReadBudget::read(target, size, count, file)
+#define fgetc(file) tamsy::ReadBudget::readByte(file)
 
 #define STB_VORBIS_HEADER_ONLY
 #include <stb/stb_vorbis.h>

@@ -23,4 +23,12 @@ std::size_t ReadBudget::read(void* target, std::size_t size, std::size_t count, 
     return got;
 }
 
+int ReadBudget::readByte(std::FILE* file) {
+    if (left_ <= 0)
+        return EOF;
+    if (left_ != unlimited)
+        --left_;
+    return ::getc_unlocked(file);
+}
+
 } // namespace tamsy

@@ -12,7 +12,7 @@ namespace tamsy {
 /// read says "end of file", so the search ends at once. Budgets don't nest. No lock, no allocation.
 class ReadBudget {
   public:
-    /// `bytes` to be read; a read of few bytes counts as one of `leastCost`.
+    /// `bytes` to be read; a block of few bytes counts as one of `leastCost`.
     explicit ReadBudget(std::int64_t bytes);
     ~ReadBudget();
     ReadBudget(const ReadBudget&) = delete;
@@ -25,6 +25,9 @@ class ReadBudget {
 
     /// `std::fread` under this thread's budget; without one it reads freely.
     static std::size_t read(void* target, std::size_t size, std::size_t count, std::FILE* file);
+
+    /// `std::fgetc` likewise; each byte counts as one. `file` is this thread's alone.
+    static int readByte(std::FILE* file);
 
   private:
     static constexpr std::int64_t unlimited = INT64_MAX;
