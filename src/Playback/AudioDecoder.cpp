@@ -126,4 +126,14 @@ ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
     return std::min(framesRead, count);
 }
 
+double AudioDecoder::place() {
+    ma_uint64 frame = 0;
+    ma_uint32 rate = 0;
+    ma_data_source* file = decoder_.pBackend; // the decoder's own count believes every seek
+    if (ma_data_source_get_data_format(file, nullptr, nullptr, &rate, nullptr, 0) != MA_SUCCESS ||
+        ma_data_source_get_cursor_in_pcm_frames(file, &frame) != MA_SUCCESS || rate == 0)
+        return 0;
+    return static_cast<double>(frame) / rate;
+}
+
 } // namespace tamsy

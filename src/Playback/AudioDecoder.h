@@ -34,6 +34,10 @@ class AudioDecoder {
     /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
     [[nodiscard]] ma_uint64 read(void* output, ma_uint64 count);
 
+    /// Where the decoder stands in the file, in seconds; after a seek that may be elsewhere than it
+    /// was told. 0 when it can't be told. Takes no lock and no memory.
+    [[nodiscard]] double place();
+
   private:
     ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
 

@@ -45,8 +45,11 @@ void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
     const double position = player->positionSeconds.load(std::memory_order_relaxed);
     const auto rate = static_cast<double>(device->sampleRate);
     // A length that no header told shows here, so that such a file ends as any other does.
-    if (frames < frameCount && player->durationSeconds.load(std::memory_order_relaxed) == 0)
-        player->durationSeconds = position + static_cast<double>(frames) / rate;
+    if (frames < frameCount && player->durationSeconds.load(std::memory_order_relaxed) == 0) {
+        const double length = player->decoder.place();
+        player->durationSeconds =
+            length > 0 ? length : position + static_cast<double>(frames) / rate;
+    }
     player->positionSeconds = position + frameCount / rate;
 }
 

@@ -137,6 +137,17 @@ TEST(HostileFile, WithAHoleStopsWithoutWaiting) {
     }
 }
 
+TEST(UnknownLength, IsToldByThePlayedFileWhereverASeekWent) {
+    for (const double target : {0.0, 100.0}) {
+        const Player player(ma_createPlayer(testAudio("short-no-length.flac"), nullptr));
+        ASSERT_TRUE(player && ma_getState(player.get()).durationSeconds == 0);
+        ma_seek(player.get(), target, nullptr);
+        ma_play(player.get(), nullptr);
+        EXPECT_TRUE(waitUntil([&] { return ma_getState(player.get()).durationSeconds > 0; }));
+        EXPECT_NEAR(ma_getState(player.get()).durationSeconds, 0.5, 0.01) << target;
+    }
+}
+
 auto parsed(const char* hexadecimal) {
     const QByteArray bytes = QByteArray::fromHex(hexadecimal);
     return parseMpegFrameHeader(std::as_bytes(std::span(bytes)));
