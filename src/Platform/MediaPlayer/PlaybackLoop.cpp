@@ -128,6 +128,8 @@ void PlaybackLoop::start(const PlaybackRequest& request) {
             output_ = backend->openOutput(renderer_);
     }
     lostSince_.reset();
+    if (!output_)
+        lostSince_ = Clock::now(); // as if it had vanished at once
     run_ = request.run;
     endReported_ = false;
     if (requests_.letRun(request))
