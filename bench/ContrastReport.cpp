@@ -81,7 +81,8 @@ std::vector<bool> strokesOf(const QImage& title) {
 double contrast(const QImage& title, const std::vector<bool>& strokes) {
     constexpr int reach = 2;
     const auto isStroke = [&](int x, int y) {
-        return strokes[static_cast<std::size_t>(y * title.width() + x)];
+        return strokes[static_cast<std::size_t>(y) * static_cast<std::size_t>(title.width()) +
+                       static_cast<std::size_t>(x)];
     };
     const auto hasStrokeAt = [&](int x, int y, int distance) {
         return isStroke(x - distance, y) || isStroke(x + distance, y) ||
