@@ -68,6 +68,7 @@ ma_result AudioDecoder::open(const FileURL& url) {
             if (!scan || openAs(*encoding, path) != MA_SUCCESS)
                 continue;
             bindMpegSeekTable(decoder_, *scan);
+            scannedLength_ = untoldMpegLength(decoder_, *scan);
             return MA_SUCCESS;
         }
         std::int64_t headers = 0;
@@ -100,6 +101,8 @@ ma_result AudioDecoder::openAs(ma_encoding_format encoding, const QByteArray& pa
 }
 
 double AudioDecoder::length() {
+    if (scannedLength_)
+        return *scannedLength_;
     ma_uint64 frames = 0;
     // One that can't be told leaves 0.
     static_cast<void>(ma_decoder_get_length_in_pcm_frames(&decoder_, &frames));

@@ -5,6 +5,7 @@
 #include <miniaudio.h>
 
 #include <cstdint>
+#include <optional>
 
 namespace tamsy {
 
@@ -45,6 +46,7 @@ class AudioDecoder {
     bool isOpen_ = false;
     bool isLost_ = false; // nothing more is found from here on
     std::int64_t seekingBudget_ = 0;
+    std::optional<double> scannedLength_; // in seconds, where it was found on the way
 };
 
 } // namespace tamsy

@@ -48,6 +48,13 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
     backend.seekPointCount = count;
 }
 
+std::optional<double> untoldMpegLength(const ma_decoder& decoder, const MpegAudioScan& scan) {
+    const auto& mpeg = static_cast<const ma_mp3*>(decoder.pBackend)->dr;
+    if (mpeg.totalPCMFrameCount != MA_UINT64_MAX || mpeg.sampleRate == 0)
+        return std::nullopt;
+    return static_cast<double>(scan.pcmFrames) / mpeg.sampleRate;
+}
+
 void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {
     auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
     if (flac.totalPCMFrameCount == 0)

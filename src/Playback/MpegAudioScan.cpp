@@ -177,11 +177,11 @@ class Scanner {
         if (++frames_ % framesPerPoint == 0)
             pending_ = PendingPoint{position, {}};
         if (pending_ && pending_->reservoir.decodes(borrowed, own) && decodes) {
-            scan_.points.push_back({pending_->byte, pcmFrames_});
+            scan_.points.push_back({pending_->byte, scan_.pcmFrames});
             pending_.reset();
         }
         if (decodes)
-            pcmFrames_ += frame.pcmFrames;
+            scan_.pcmFrames += frame.pcmFrames;
     }
 
     /// What the side information says about data borrowed from frames before.
@@ -211,7 +211,6 @@ class Scanner {
     std::uint64_t audioBytes_ = 0;
     std::uint64_t junkBytes_ = 0;
     std::uint64_t frames_ = 0;
-    std::uint64_t pcmFrames_ = 0;
     std::uint32_t kind_ = 0;
     Reservoir reservoir_;
     std::optional<PendingPoint> pending_;

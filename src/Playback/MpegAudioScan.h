@@ -19,6 +19,7 @@ struct MpegAudioScan {
     std::vector<MpegSeekPoint> points; // rising; none is needed for the start
     std::uint64_t firstFrameEnd = 0;   // bytes from the file's start
     std::uint32_t firstFramePcmFrames = 0;
+    std::uint64_t pcmFrames = 0; // what all frames together come to
 };
 
 /// Walks the file from frame to frame, by their headers alone; nothing if it isn't MPEG audio
