@@ -82,7 +82,8 @@ ma_result AudioDecoder::open(const FileURL& url) {
         if (openAs(*encoding, path) != MA_SUCCESS)
             continue;
         seekingBudget_ += headers;
-        if (*encoding == ma_encoding_format_flac && isOgg(file)) {
+        isFlacInOgg_ = *encoding == ma_encoding_format_flac && isOgg(file);
+        if (isFlacInOgg_) {
             seekingBudget_ = seekingBudgetInOgg;
             tellFlacLength(decoder_, lastGranulePosition(file));
         }
@@ -114,8 +115,11 @@ ma_result AudioDecoder::seek(double seconds) {
     const double frames = seconds * static_cast<double>(decoder_.outputSampleRate);
     const ReadBudget budget(seekingBudget_);
     isLost_ = false;
-    return ma_decoder_seek_to_pcm_frame(&decoder_,
-                                        static_cast<ma_uint64>(std::min(frames, largest)));
+    const ma_result result =
+        ma_decoder_seek_to_pcm_frame(&decoder_, static_cast<ma_uint64>(std::min(frames, largest)));
+    if (isFlacInOgg_ && result != MA_SUCCESS)
+        leaveOggPage(decoder_);
+    return result;
 }
 
 ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {

@@ -44,6 +44,7 @@ class AudioDecoder {
 
     ma_decoder decoder_{};
     bool isOpen_ = false;
+    bool isFlacInOgg_ = false;
     bool isLost_ = false; // nothing more is found from here on
     std::int64_t seekingBudget_ = 0;
     std::optional<double> scannedLength_; // in seconds, where it was found on the way

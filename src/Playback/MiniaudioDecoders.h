@@ -24,4 +24,8 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
 /// end otherwise, and every seek for one to the start. `decoder` must have been opened as FLAC.
 void tellFlacLength(ma_decoder& decoder, std::uint64_t frames);
 
+/// Lets a decoder of FLAC in Ogg go on with the next page after a seek has failed: it may hold less
+/// of the present page than it believes, and would read in front of it.
+void leaveOggPage(ma_decoder& decoder);
+
 } // namespace tamsy

@@ -61,4 +61,10 @@ void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {
         flac.totalPCMFrameCount = frames;
 }
 
+void leaveOggPage(ma_decoder& decoder) {
+    auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
+    if (flac.container == ma_dr_flac_container_ogg)
+        static_cast<ma_dr_flac_oggbs*>(flac._oggbs)->bytesRemainingInPage = 0;
+}
+
 } // namespace tamsy
