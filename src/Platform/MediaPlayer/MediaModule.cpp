@@ -1,6 +1,7 @@
 #include "Platform/MediaPlayer/FFmpegDecoder.h"
 #include "Platform/MediaPlayer/MediaBackend.h"
 #include "Platform/MediaPlayer/SDLAudioOutput.h"
+#include "Platform/MediaPlayer/SilentOutput.h"
 
 extern "C" {
 #include <libavutil/log.h>
@@ -20,7 +21,9 @@ class FFmpegAndSDL : public MediaBackend {
     }
 
     std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer) override {
-        return SDLAudioOutput::open(renderer);
+        if (auto output = SDLAudioOutput::open(renderer))
+            return output;
+        return std::make_unique<SilentOutput>(renderer);
     }
 };
 

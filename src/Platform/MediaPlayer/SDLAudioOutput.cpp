@@ -4,7 +4,6 @@
 #include <SDL2/SDL_hints.h>
 
 #include <cstddef>
-#include <cstring>
 #include <mutex>
 
 #include <dlfcn.h>
@@ -17,16 +16,15 @@ constexpr Uint16 periodFrames = 1024; // 21 ms: no sound server had to hurry for
 std::mutex subsystemMutex; // guards the count below, and SDL's opening and closing
 int openDevices = 0;
 
-/// Starts SDL's audio with `driver`, or with whatever suits the machine; nothing to do while a
-/// device is open.
-bool enterSubsystem(const char* driver) {
+/// Starts SDL's audio with what suits the machine; nothing to do while a device is open.
+bool enterSubsystem() {
     if (openDevices > 0)
         return true;
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Tamsy Music");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Tamsy Music");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    return SDL_AudioInit(driver) == 0;
+    return SDL_AudioInit(nullptr) == 0;
 }
 
 void leaveSubsystem() {
@@ -55,8 +53,8 @@ void silenceALSA() {
 }
 
 /// Opens the default device and lets it run; 0 if there is none.
-SDL_AudioDeviceID openDevice(const char* driver, AudioRenderer& renderer) {
-    if (!enterSubsystem(driver))
+SDL_AudioDeviceID openDevice(AudioRenderer& renderer) {
+    if (!enterSubsystem())
         return 0;
     ++openDevices;
     SDL_AudioSpec wanted{};
@@ -74,22 +72,13 @@ SDL_AudioDeviceID openDevice(const char* driver, AudioRenderer& renderer) {
     return device;
 }
 
-bool isSilentDriver() {
-    const char* driver = SDL_GetCurrentAudioDriver();
-    return driver && std::strcmp(driver, "dummy") == 0;
-}
-
 } // namespace
 
 std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
     const std::scoped_lock lock(subsystemMutex);
     silenceALSA();
-    std::uint32_t device = openDevice(nullptr, renderer);
-    if (device == 0)
-        device = openDevice("dummy", renderer);
-    if (device == 0)
-        return nullptr;
-    return std::unique_ptr<SDLAudioOutput>(new SDLAudioOutput(device, isSilentDriver()));
+    const std::uint32_t device = openDevice(renderer);
+    return std::unique_ptr<SDLAudioOutput>(device == 0 ? nullptr : new SDLAudioOutput(device));
 }
 
 SDLAudioOutput::~SDLAudioOutput() {

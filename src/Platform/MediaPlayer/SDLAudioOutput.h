@@ -11,20 +11,19 @@ namespace tamsy {
 /// that a first opening looks afresh for what the machine has by then.
 class SDLAudioOutput : public AudioOutput {
   public:
-    /// Opens the default device; without any, SDL's own silent one. Nothing if both fail.
+    /// Opens the default device; nothing if there is none.
     [[nodiscard]] static std::unique_ptr<SDLAudioOutput> open(AudioRenderer& renderer);
     SDLAudioOutput(const SDLAudioOutput&) = delete;
     SDLAudioOutput& operator=(const SDLAudioOutput&) = delete;
     ~SDLAudioOutput() override;
 
     [[nodiscard]] bool isAlive() const override;
-    [[nodiscard]] bool isSilent() const override { return isSilent_; }
+    [[nodiscard]] bool isSilent() const override { return false; }
 
   private:
-    SDLAudioOutput(std::uint32_t device, bool isSilent) : device_(device), isSilent_(isSilent) {}
+    explicit SDLAudioOutput(std::uint32_t device) : device_(device) {}
 
     std::uint32_t device_; // SDL's number of the device, never 0
-    bool isSilent_;
 };
 
 } // namespace tamsy
