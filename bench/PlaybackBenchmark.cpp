@@ -23,6 +23,7 @@ using OpenDevice = std::unique_ptr<MemoryDevice> (*)();
 
 constexpr int listenedSeconds = 10;
 constexpr int secondsAMinute = 60;
+constexpr std::size_t framesAMinute = std::size_t{secondsAMinute} * mediaSampleRate;
 
 FileURL testAudio(const std::string& name) {
     return FileURL::fromPath(QByteArray(TEST_AUDIO "/").append(name.c_str()));
@@ -122,7 +123,7 @@ bool decodeWithFirst(const FileURL& url) {
     if (decoder.open(url) != MA_SUCCESS)
         return false;
     std::array<StereoFrame, 1024> frames{};
-    for (std::size_t read = 0; read < secondsAMinute * mediaSampleRate; read += frames.size())
+    for (std::size_t read = 0; read < framesAMinute; read += frames.size())
         static_cast<void>(decoder.read(frames.data(), frames.size()));
     return true;
 }
@@ -134,7 +135,7 @@ bool decodeWithSecond(const FileURL& url) {
     const auto decoder = backend ? backend->openFile(url.path().constData(), abandoned) : nullptr;
     if (!decoder)
         return false;
-    for (std::size_t read = 0; read < secondsAMinute * mediaSampleRate;)
+    for (std::size_t read = 0; read < framesAMinute;)
         read += decoder->decode().frames.size();
     return true;
 }
