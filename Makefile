@@ -11,7 +11,7 @@ help: ## lists the commands
 
 .PHONY: run
 run: ## builds the player and starts it; on a machine without a display, the demonstration
-	@tools/setup build run
+	@tools/setup build run $(if $(DISPLAY)$(WAYLAND_DISPLAY),,demo)
 	@$(MAKE) release
 	@tools/run
 

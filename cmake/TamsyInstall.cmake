@@ -33,18 +33,10 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CMAKE_MATCH_2}")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/debian/changelog)
 
 # The modules that QML loads by name aren't linked, so nothing else would find that they are needed.
-file(STRINGS packaging/packages.txt lines)
-set(depends "")
-set(group "")
-foreach(line IN LISTS lines)
-    if(line MATCHES "^\\[([a-z]+)\\]$")
-        set(group "${CMAKE_MATCH_1}")
-    elseif(group STREQUAL "run" AND line MATCHES "^([a-z0-9][a-z0-9.+-]*)")
-        list(APPEND depends "${CMAKE_MATCH_1}")
-    endif()
-endforeach()
-list(JOIN depends ", " depends)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/packages.txt)
+execute_process(COMMAND tools/setup --names run WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}"
+    OUTPUT_VARIABLE names OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\n" ", " depends "${names}")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/packages.txt tools/setup)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tamsy-music)

@@ -30,7 +30,7 @@ class SoundServer {
 
     void start() {
         server_.start(
-            u"pulseaudio"_qs,
+            QStringLiteral(TAMSY_TOOLS "/pulseaudio"),
             {u"--daemonize=no"_qs, u"--use-pid-file=no"_qs, u"--exit-idle-time=-1"_qs,
              u"--disallow-exit"_qs, u"-n"_qs, u"--log-target=null"_qs,
              u"--load=module-null-sink sink_name=tamsy norewinds=1"_qs,
