@@ -7,7 +7,8 @@ using namespace tamsy;
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     MemoryFile file;
     file.append(fuzz::asText(data, size));
-    (void)flacEmbeddedArtwork(file.url());
-    (void)parseFlacPictureBlock(std::as_bytes(std::span(data, size)));
+    PictureBudget budget;
+    (void)flacEmbeddedArtwork(file.url(), budget);
+    (void)parseFlacPictureBlock(std::as_bytes(std::span(data, size)), budget);
     return 0;
 }

@@ -20,7 +20,7 @@ bool skipText(ByteCursor& cursor) {
 
 } // namespace
 
-QImage flacEmbeddedArtwork(const FileURL& url) {
+QImage flacEmbeddedArtwork(const FileURL& url, PictureBudget& budget) {
     const media::SharedSource file = media::openFileSource(url);
     if (!file || file->size() < smallestFile)
         return {};
@@ -36,8 +36,10 @@ QImage flacEmbeddedArtwork(const FileURL& url) {
         if (!length || *length > window.size() - body)
             return {};
         if ((*flagAndType & ~lastBlockFlag) == pictureBlock) {
+            if (!budget.takeBytes(*length))
+                return {};
             const QByteArray block = file->copy(body, *length);
-            QImage image = parseFlacPictureBlock(std::as_bytes(std::span(block)));
+            QImage image = parseFlacPictureBlock(std::as_bytes(std::span(block)), budget);
             if (!image.isNull())
                 return image;
         }
@@ -47,7 +49,7 @@ QImage flacEmbeddedArtwork(const FileURL& url) {
     }
 }
 
-QImage parseFlacPictureBlock(ByteCursor::Bytes body) {
+QImage parseFlacPictureBlock(ByteCursor::Bytes body, PictureBudget& budget) {
     constexpr std::uint64_t dimensionsSize = 16; // width, height, depth, colours
     ByteCursor cursor(body);
     if (!cursor.readU32() || !skipText(cursor) || !skipText(cursor) || !cursor.skip(dimensionsSize))
@@ -56,8 +58,9 @@ QImage parseFlacPictureBlock(ByteCursor::Bytes body) {
     const auto picture = length ? cursor.readBytes(*length) : std::nullopt;
     if (!picture)
         return {};
-    return decodeImage(
-        {reinterpret_cast<const char*>(picture->data()), static_cast<qsizetype>(picture->size())});
+    return decodeImage(QByteArray::fromRawData(reinterpret_cast<const char*>(picture->data()),
+                                               static_cast<qsizetype>(picture->size())),
+                       budget);
 }
 
 } // namespace tamsy

@@ -62,41 +62,45 @@ OptionalText firstCommonString(CommonKey key, const Items& items) {
     return std::nullopt;
 }
 
-QImage decodedData(const MediaItem& item) {
-    return decodeImage(item.data());
+QImage decodedData(const MediaItem& item, PictureBudget& budget) {
+    const QByteArray data = item.data();
+    return budget.takeBytes(data.size()) ? decodeImage(data, budget) : QImage();
 }
 
 /// A picture that a tag holds as text.
-QImage decodedText(const MediaItem& item) {
+QImage decodedText(const MediaItem& item, PictureBudget& budget) {
     if (!item.text)
         return {};
     const auto bytes = QByteArray::fromBase64Encoding(item.text->toUtf8(),
                                                       QByteArray::AbortOnBase64DecodingErrors);
-    return bytes ? decodeImage(bytes.decoded) : QImage();
+    return bytes ? decodeImage(bytes.decoded, budget) : QImage();
 }
 
-QImage decodedItem(const MediaItem& item) {
-    QImage image = decodedData(item);
-    return image.isNull() ? decodedText(item) : image;
+QImage decodedItem(const MediaItem& item, PictureBudget& budget) {
+    if (!budget.hasTime())
+        return {};
+    QImage image = decodedData(item, budget);
+    return image.isNull() ? decodedText(item, budget) : image;
 }
 
 /// The cover: the first artwork item of the common list, else the first item of any format that is
 /// a picture, else the pictures of a FLAC file.
 QImage artworkImage(const MediaAsset& asset, const Items& common) {
+    PictureBudget budget;
     if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
-        QImage image = decodedItem(*item);
+        QImage image = decodedItem(*item, budget);
         if (!image.isNull())
             return image;
     }
     for (const MetadataFormat format : formats) {
         for (const MediaItem& item : asset.metadata(format)) {
-            QImage image = decodedItem(item);
+            QImage image = decodedItem(item, budget);
             if (!image.isNull())
                 return image;
         }
     }
     const bool isFlac = asset.url().pathExtension().toLower() == "flac";
-    return isFlac ? flacEmbeddedArtwork(asset.url()) : QImage();
+    return isFlac ? flacEmbeddedArtwork(asset.url(), budget) : QImage();
 }
 
 /// What the worker leaves in memory for the interface thread's steps.

@@ -1,9 +1,14 @@
 #include "Platform/Media/ImageDecoding.h"
 #include "Services/CoverFile.h"
 
+#include <QBuffer>
+#include <QImageWriter>
 #include <QtEndian>
 #include <gtest/gtest.h>
 #include <zlib.h>
+
+#include <chrono>
+#include <ctime>
 
 using namespace tamsy;
 
@@ -68,6 +73,48 @@ TEST(ImageDecoding, GivesAPictureOrNothing) {
     EXPECT_TRUE(decodeImage(jpeg.chopped(2) + pass.chopped(2).repeated(200)).isNull());
     for (const qsizetype length : {20, 200, 600})
         (void)decodeImage(jpeg.first(length)); // whole or null, but it comes back
+}
+
+QByteArray progressiveJpeg(QSize size) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setProgressiveScanWrite(true);
+    return writer.write(image) ? buffer.data() : QByteArray();
+}
+
+std::chrono::nanoseconds processorTime() {
+    timespec time = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+TEST(ImageDecoding, TheDamagedPicturesOfAFileShareOneBudget) {
+    const QByteArray damaged = encoded(square(2500), "png").chopped(20);
+    const auto start = processorTime();
+    PictureBudget budget;
+    for (int picture = 0; picture < 400; ++picture)
+        EXPECT_TRUE(decodeImage(damaged, budget).isNull());
+    EXPECT_LT(processorTime() - start, std::chrono::milliseconds(600));
+}
+
+TEST(ImageDecoding, HoldsAPicturesMemoryAgainstTheBudget) {
+    struct Row {
+        const char* name;
+        QByteArray bytes;
+        int longestSide; // 0: refused
+    };
+    const Row rows[] = {
+        {"progressive, with room for a smaller result", progressiveJpeg({4000, 4000}), 1024},
+        {"progressive, too large", progressiveJpeg({6500, 6500}), 0},
+        {"in one pass", encoded(square(6500), "jpg"), 2048},
+        {"scaled row by row", encoded(square(3000), "png"), 2048},
+        {"converted first", encoded(square(4500).convertToFormat(QImage::Format_Indexed8), "png"),
+         0},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(decodeImage(row.bytes).width(), row.longestSide) << row.name;
 }
 
 } // namespace
