@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Threads/FileWatch.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstddef>
@@ -34,6 +36,7 @@ class Operation {
     void run();
 
     std::atomic<Stage> stage_{Stage::Waiting};
+    FileWatch watch_;
     std::function<void()> work_;
     std::function<void()> completionHook_;
 };
@@ -45,6 +48,16 @@ class OperationQueue {
     /// The threads bear `name`, of which the system keeps 15 bytes.
     explicit OperationQueue(std::size_t maximumConcurrentOperations, std::string name = {});
 
+    /// A file that hasn't answered an operation for this long is taken for silent.
+    static constexpr std::chrono::milliseconds longestSilence{2000};
+
+    /// Lets an operation whose file has been silent for `silence` give up its place to the next;
+    /// when the file answers after all, it goes on as soon as there is a place again. At most
+    /// `mostWithoutPlace` do, the next one keeps its place. To be called before the first `add`.
+    void givePlacesUpAfter(std::chrono::milliseconds silence = longestSilence);
+
+    static constexpr std::size_t mostWithoutPlace = 16;
+
     /// Ends it.
     ~OperationQueue();
     OperationQueue(const OperationQueue&) = delete;
@@ -52,8 +65,10 @@ class OperationQueue {
     OperationQueue(OperationQueue&&) = delete;
     OperationQueue& operator=(OperationQueue&&) = delete;
 
+    enum class Place { Last, First };
+
     /// Any thread. Returns at once.
-    void add(std::shared_ptr<Operation> operation);
+    void add(std::shared_ptr<Operation> operation, Place place = Place::Last);
 
     /// Cancels what hasn't started, now and from now on, and waits for what has. An operation that
     /// waits for the interface thread must have been let go before.
@@ -74,13 +89,9 @@ class OperationQueue {
 
   private:
     struct Shared;
-    void startThread();
     [[nodiscard]] std::vector<std::thread> takeThreads();
 
-    const std::size_t maximumConcurrentOperations_;
-    const std::string name_;
     const std::shared_ptr<Shared> shared_;
-    std::vector<std::thread> threads_; // guarded by the mutex in there
 };
 
 } // namespace tamsy

@@ -126,4 +126,86 @@ TEST(OperationQueueTest, LeavesBehindWhatIsStuck) {
     EXPECT_TRUE(idle.endWithin(10s));
 }
 
+TEST(OperationQueueTest, SilentFilesGiveUpTheirPlacesUntilTheyAnswer) {
+    using namespace std::chrono_literals;
+    OperationQueue queue(3);
+    queue.givePlacesUpAfter(50ms);
+    std::latch fileAnswers(1);
+    std::atomic<int> working = 0;
+    std::atomic<int> most = 0;
+    const auto work = [&] { // slow, but its file answers
+        most = std::max(most.load(), ++working);
+        for (int read = 0; read < 10; ++read) {
+            const FileWatch::Call call;
+            std::this_thread::sleep_for(10ms);
+        }
+        --working;
+    };
+    std::latch answered(20);
+    const auto add = [&](bool isSilent) {
+        queue.add(std::make_shared<Operation>([&, isSilent] {
+            if (isSilent) {
+                const FileWatch::Call call;
+                fileAnswers.wait();
+            }
+            work();
+            answered.count_down();
+        }));
+    };
+    for (int file = 0; file < 10; ++file)
+        add(true);
+    std::latch othersDone(1);
+    for (int file = 0; file < 10; ++file)
+        add(false);
+    queue.add(std::make_shared<Operation>([&] { othersDone.count_down(); }));
+    othersDone.wait();
+    fileAnswers.count_down();
+    answered.wait();
+    EXPECT_LE(most, 3);
+}
+
+TEST(OperationQueueTest, LeavesALimitedNumberOfThreadsWithoutAPlaceAndEndsWithThem) {
+    using namespace std::chrono_literals;
+    constexpr std::size_t most = OperationQueue::mostWithoutPlace + 2;
+    const auto fileAnswers = std::make_shared<std::latch>(1);
+    const auto begun = std::make_shared<std::atomic<std::size_t>>(0);
+    const auto wasAbandoned = std::make_shared<std::atomic<int>>(0);
+    OperationQueue queue(2);
+    queue.givePlacesUpAfter(5ms);
+    for (std::size_t file = 0; file < 2 * most; ++file) {
+        queue.add(std::make_shared<Operation>([=] {
+            {
+                const FileWatch::Call call;
+                ++*begun;
+                fileAnswers->wait();
+            }
+            *wasAbandoned += FileWatch::isCurrentAbandoned() ? 1 : 0;
+        }));
+    }
+    while (*begun < most)
+        std::this_thread::yield();
+    EXPECT_FALSE(queue.endWithin(100ms));
+    EXPECT_EQ(*begun, most);
+    fileAnswers->count_down();
+    EXPECT_TRUE(OperationQueue::waitForAll(10s));
+    EXPECT_EQ(*wasAbandoned, OperationQueue::mostWithoutPlace);
+}
+
+TEST(OperationQueueTest, WhatIsAddedFirstOvertakes) {
+    std::vector<int> order; // of the queue's one thread
+    std::latch added(1);
+    OperationQueue queue(1);
+    queue.add(std::make_shared<Operation>([&] { added.wait(); }));
+    for (const int number : {2, 3})
+        queue.add(std::make_shared<Operation>([&, number] { order.push_back(number); }));
+    std::latch done(1);
+    queue.add(std::make_shared<Operation>([&] { done.count_down(); }));
+    queue.add(std::make_shared<Operation>([&] { order.push_back(1); }),
+              OperationQueue::Place::First);
+    added.count_down();
+    done.wait();
+    EXPECT_EQ(order.back(), 3);
+    EXPECT_LT(std::ranges::find(order, 1), std::ranges::find(order, 3));
+}
+
 } // namespace

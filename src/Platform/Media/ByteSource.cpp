@@ -1,6 +1,9 @@
 #include "Platform/Media/ByteSource.h"
 
+#include "Platform/Threads/FileWatch.h"
+
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -22,15 +25,20 @@ class FileSource : public ByteSource {
 
     [[nodiscard]] std::uint64_t size() const override { return size_; }
 
+    [[nodiscard]] bool hasFailed() const override {
+        return hasFailed_.load(std::memory_order_relaxed);
+    }
+
     [[nodiscard]] std::size_t read(std::uint64_t offset,
                                    std::span<std::byte> target) const override {
         std::size_t done = 0;
         while (done < target.size() && offset + done < size_) {
-            const ssize_t got = ::pread(descriptor_, target.data() + done, target.size() - done,
-                                        static_cast<off_t>(offset + done));
+            const ssize_t got = readOnce(offset + done, target.subspan(done));
             if (got < 0 && errno == EINTR)
                 continue;
-            if (got <= 0)
+            if (got < 0)
+                hasFailed_.store(true, std::memory_order_relaxed);
+            if (got <= 0 || FileWatch::isCurrentAbandoned())
                 break;
             done += static_cast<std::size_t>(got);
         }
@@ -38,8 +46,14 @@ class FileSource : public ByteSource {
     }
 
   private:
+    [[nodiscard]] ssize_t readOnce(std::uint64_t offset, std::span<std::byte> target) const {
+        const FileWatch::Call call;
+        return ::pread(descriptor_, target.data(), target.size(), static_cast<off_t>(offset));
+    }
+
     int descriptor_;
     std::uint64_t size_;
+    mutable std::atomic<bool> hasFailed_{false};
 };
 
 } // namespace
@@ -53,6 +67,7 @@ QByteArray ByteSource::copy(std::uint64_t offset, std::uint64_t length) const {
 }
 
 SharedSource openFileSource(const FileURL& url) {
+    const FileWatch::Call call;
     // Without O_NONBLOCK the opening of a fifo would wait for a writer.
     const int descriptor =
         ::open(url.path().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);

@@ -27,6 +27,9 @@ class ByteSource {
     [[nodiscard]] virtual std::size_t read(std::uint64_t offset,
                                            std::span<std::byte> target) const = 0;
 
+    /// Whether a read has failed, so that what was found may not be all there is.
+    [[nodiscard]] virtual bool hasFailed() const { return false; }
+
     /// The `length` bytes at `offset`; empty if they aren't all there or are more than a value of
     /// a tag may reasonably have (64 MiB).
     [[nodiscard]] QByteArray copy(std::uint64_t offset, std::uint64_t length) const;
