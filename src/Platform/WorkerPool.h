@@ -7,8 +7,9 @@
 namespace tamsy {
 
 /// Some threads for work that others wait for. Its owner has a pool of its own, so that nobody's
-/// blocked threads can take the places of those they wait for. Its end drops what hasn't started
-/// and gives what runs a moment; what is stuck then is left behind.
+/// blocked threads can take the places of those they wait for. The latest work starts first, and a
+/// file that doesn't answer soon holds nobody up. Its end drops what hasn't started and gives what
+/// runs a moment; what is stuck then is left behind.
 class WorkerPool {
   public:
     WorkerPool();

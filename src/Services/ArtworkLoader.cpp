@@ -1,10 +1,15 @@
 #include "Services/ArtworkLoader.h"
 
 #include "Platform/InterfaceThread.h"
+#include "Platform/MemoryCache.h"
+#include "Platform/Threads/FileWatch.h"
 #include "Services/FallbackCover.h"
+#include "Services/ThumbnailFiles.h"
 
 #include <QCoreApplication>
+#include <QHash>
 
+#include <mutex>
 #include <utility>
 
 namespace tamsy {
@@ -30,6 +35,10 @@ Measure measureOf(ArtworkLoader::Variant variant) {
     return variant == ArtworkLoader::Variant::thumb64 ? Measure{"64", 64} : Measure{"512", 512};
 }
 
+QByteArray cacheKey(const FileURL& url, ArtworkLoader::Variant variant) {
+    return url.absoluteString() + '#' + measureOf(variant).text;
+}
+
 /// The whole picture, stretched into the square.
 QImage resize(const QImage& image, const QSize& size) {
     return image.isNull() ? image
@@ -37,8 +46,8 @@ QImage resize(const QImage& image, const QSize& size) {
 }
 
 ArtworkLoader::Sources standardSources() {
-    return {.readMetadata = [reader =
-                                 MetadataReader()](const FileURL& url) { return reader.load(url); },
+    return {.readMetadata = [reader = MetadataReader()](
+                                const FileURL& url) { return reader.loadIfReadable(url); },
             .fallbackCover = fallbackCover,
             .applicationSupportDirectory = ThumbnailFiles::applicationSupportDirectory()};
 }
@@ -58,91 +67,121 @@ ArtworkLoader& ArtworkLoader::shared() {
     return loader;
 }
 
-ArtworkLoader::ArtworkLoader(Sources sources)
-    : sources_(std::move(sources)),
-      files_(sources_.applicationSupportDirectory),
-      cache_(totalCostLimit),
-      queue_(maximumConcurrentOperations) {}
+/// What the loader and its operations hold.
+struct ArtworkLoader::Kept {
+    explicit Kept(Sources from)
+        : sources(std::move(from)),
+          files(sources.applicationSupportDirectory),
+          cache(totalCostLimit) {}
 
-QByteArray ArtworkLoader::load(const FileURL& url, Variant variant, Completion completion) {
+    [[nodiscard]] QImage image(const FileURL& url, Variant variant);
+    void readArtwork(const FileURL& url, Variant variant, const Completion& completion);
+    void store(const QImage& scaled, const FileURL& url, Variant variant);
+    void forget(const QByteArray& key, const Operation* operation);
+
+    const Sources sources;
+    const ThumbnailFiles files;
+    MemoryCache<QByteArray, QImage> cache;
+    std::mutex accessLock; // guards tasks; never held during a file operation or a callback
+    QHash<QByteArray, std::shared_ptr<Operation>> tasks; // what is in flight for each key
+};
+
+ArtworkLoader::ArtworkLoader(Sources sources)
+    : kept_(std::make_shared<Kept>(std::move(sources))),
+      queue_(maximumConcurrentOperations, "covers") {
+    queue_.givePlacesUpAfter();
+}
+
+ArtworkLoader::~ArtworkLoader() {
+    end();
+}
+
+void ArtworkLoader::end() {
+    queue_.endWithin(OperationQueue::patience);
+}
+
+QByteArray ArtworkLoader::load(const FileURL& url, Variant variant, Completion completion,
+                               Urgency urgency) {
     QByteArray key = cacheKey(url, variant);
-    if (const QImage kept = image(url, variant); !kept.isNull()) {
-        completion(kept);
+    if (const QImage found = image(url, variant); !found.isNull()) {
+        completion(found);
         return key;
     }
-    const auto operation = makeOperation(url, variant, std::move(completion));
+    auto operation = std::make_shared<Operation>(
+        [weak = std::weak_ptr(kept_), url, variant, completion = std::move(completion)] {
+            if (const auto kept = weak.lock())
+                kept->readArtwork(url, variant, completion);
+        });
+    operation->setCompletionHook([weak = std::weak_ptr(kept_), key, self = operation.get()] {
+        if (const auto kept = weak.lock())
+            kept->forget(key, self);
+    });
     std::shared_ptr<Operation> former; // ends outside the lock, with all that its closures hold
     {
-        const std::scoped_lock lock(accessLock_);
-        former = std::exchange(tasks_[key], operation);
+        const std::scoped_lock lock(kept_->accessLock);
+        former = std::exchange(kept_->tasks[key], operation);
         if (former)
             former->cancel();
     }
-    queue_.add(operation);
+    queue_.add(std::move(operation), urgency == Urgency::PlayingFile ? OperationQueue::Place::First
+                                                                     : OperationQueue::Place::Last);
     return key;
 }
 
 QImage ArtworkLoader::image(const FileURL& url, Variant variant) {
-    const QByteArray key = cacheKey(url, variant);
-    if (auto kept = cache_.object(key))
-        return *std::move(kept);
-    const Measure measure = measureOf(variant);
-    QImage stored = files_.read(url, measure.text);
-    if (!stored.isNull())
-        cache_.setObject(stored, key, measure.cost());
-    return stored;
+    return kept_->image(url, variant);
 }
 
 void ArtworkLoader::cancel(const FileURL& url, Variant variant) {
     std::shared_ptr<Operation> operation;
     {
-        const std::scoped_lock lock(accessLock_);
-        operation = tasks_.take(cacheKey(url, variant));
+        const std::scoped_lock lock(kept_->accessLock);
+        operation = kept_->tasks.take(cacheKey(url, variant));
     }
     if (operation)
         operation->cancel();
 }
 
-QByteArray ArtworkLoader::cacheKey(const FileURL& url, Variant variant) {
-    return url.absoluteString() + '#' + measureOf(variant).text;
-}
-
-std::shared_ptr<Operation> ArtworkLoader::makeOperation(const FileURL& url, Variant variant,
-                                                        Completion completion) {
-    auto operation =
-        std::make_shared<Operation>([this, url, variant, completion = std::move(completion)] {
-            readArtwork(url, variant, completion);
-        });
-    operation->setCompletionHook(
-        [this, key = cacheKey(url, variant), self = operation.get()] { forget(key, self); });
-    return operation;
-}
-
-void ArtworkLoader::readArtwork(const FileURL& url, Variant variant, const Completion& completion) {
-    QImage artwork = sources_.readMetadata(url).artwork;
-    // A reading that the program's end has cut short says nothing about the cover, and must not
-    // leave the fallback in its place for ever.
-    if (artwork.isNull() && InterfaceThread::isReleased())
-        return;
-    if (artwork.isNull())
-        artwork = sources_.fallbackCover();
+QImage ArtworkLoader::Kept::image(const FileURL& url, Variant variant) {
+    const QByteArray key = cacheKey(url, variant);
+    if (auto found = cache.object(key))
+        return *std::move(found);
     const Measure measure = measureOf(variant);
-    const QImage scaled = resize(artwork, measure.targetSize());
-    if (!scaled.isNull()) {
-        cache_.setObject(scaled, cacheKey(url, variant), measure.cost());
-        files_.write(scaled, url, measure.text);
-    }
+    QImage stored = files.read(url, measure.text);
+    if (!stored.isNull())
+        cache.setObject(stored, key, measure.cost());
+    return stored;
+}
+
+void ArtworkLoader::Kept::readArtwork(const FileURL& url, Variant variant,
+                                      const Completion& completion) {
+    const std::optional<AudioMetadata> metadata = sources.readMetadata(url);
+    // A reading that was cut short says nothing about the cover, and must not leave the fallback in
+    // its place for ever.
+    if (!metadata && (InterfaceThread::isReleased() || FileWatch::isCurrentAbandoned()))
+        return;
+    const bool hasArtwork = metadata && !metadata->artwork.isNull();
+    const QImage artwork = hasArtwork ? metadata->artwork : sources.fallbackCover();
+    const QImage scaled = resize(artwork, measureOf(variant).targetSize());
+    if (metadata && !scaled.isNull())
+        store(scaled, url, variant);
     InterfaceThread::run([completion, scaled] { completion(scaled); });
 }
 
-void ArtworkLoader::forget(const QByteArray& key, const Operation* operation) {
+void ArtworkLoader::Kept::store(const QImage& scaled, const FileURL& url, Variant variant) {
+    const Measure measure = measureOf(variant);
+    cache.setObject(scaled, cacheKey(url, variant), measure.cost());
+    files.write(scaled, url, measure.text);
+}
+
+void ArtworkLoader::Kept::forget(const QByteArray& key, const Operation* operation) {
     std::shared_ptr<Operation> finished;
-    const std::scoped_lock lock(accessLock_);
-    const auto found = tasks_.find(key);
-    if (found == tasks_.end() || found->get() != operation)
+    const std::scoped_lock lock(accessLock);
+    const auto found = tasks.find(key);
+    if (found == tasks.end() || found->get() != operation)
         return;
     finished = std::move(*found);
-    tasks_.erase(found);
+    tasks.erase(found);
 }
 
 } // namespace tamsy

@@ -1,19 +1,16 @@
 #pragma once
 
-#include "Platform/MemoryCache.h"
 #include "Platform/OperationQueue.h"
 #include "Services/AudioMetadata.h"
 #include "Services/MetadataReader.h"
-#include "Services/ThumbnailFiles.h"
 #include "Utils/FileURL.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QImage>
 
 #include <functional>
 #include <memory>
-#include <mutex>
+#include <optional>
 
 namespace tamsy {
 
@@ -26,12 +23,17 @@ class ArtworkLoader {
     /// The sizes that are kept; each picture is stretched to a square of 64 or 512 pixels a side.
     enum class Variant { thumb64, medium512 };
 
+    /// Whether a request waits for those before it.
+    enum class Urgency { InOrder, PlayingFile };
+
     /// Takes the picture; null if there is none, not even a fallback.
     using Completion = std::function<void(const QImage& image)>;
 
     /// Where the pictures come from and where they are kept; a test puts its own.
     struct Sources {
-        std::function<AudioMetadata(const FileURL&)> readMetadata;
+        /// Nothing if the file couldn't be read, so that the fallback isn't kept in its cover's
+        /// place.
+        std::function<std::optional<AudioMetadata>(const FileURL&)> readMetadata;
         std::function<QImage()> fallbackCover;
         QByteArray applicationSupportDirectory;
     };
@@ -42,7 +44,7 @@ class ArtworkLoader {
     explicit ArtworkLoader(Sources sources);
 
     /// Ends it.
-    ~ArtworkLoader() = default;
+    ~ArtworkLoader();
     ArtworkLoader(const ArtworkLoader&) = delete;
     ArtworkLoader& operator=(const ArtworkLoader&) = delete;
     ArtworkLoader(ArtworkLoader&&) = delete;
@@ -51,8 +53,10 @@ class ArtworkLoader {
     /// Asks for a picture and gives its key. `completion` runs at most once: within this call if a
     /// cache has the picture, which may take a file read, else later on the interface thread. It
     /// never runs if the operation is cancelled before it starts, by `cancel` or by another `load`
-    /// for the same file and size: the latest request wins.
-    QByteArray load(const FileURL& url, Variant variant, Completion completion);
+    /// for the same file and size: the latest request wins. Nor does it run as long as the file
+    /// doesn't answer; other requests then go ahead.
+    QByteArray load(const FileURL& url, Variant variant, Completion completion,
+                    Urgency urgency = Urgency::InOrder);
 
     /// The picture if a cache has it, else null. It may read a file.
     [[nodiscard]] QImage image(const FileURL& url, Variant variant);
@@ -60,23 +64,16 @@ class ArtworkLoader {
     /// Gives up a request that hasn't started; one that has is answered all the same.
     void cancel(const FileURL& url, Variant variant);
 
-    /// Ends the operations: those that haven't started never will, those that have are waited for.
-    /// What waits for the interface thread must have been released before.
-    void end() { queue_.end(); }
+    /// Ends the operations: those that haven't started never will, those that have are waited for,
+    /// but not longer than the program's end may take. What waits for the interface thread must
+    /// have been released before.
+    void end();
 
   private:
-    [[nodiscard]] static QByteArray cacheKey(const FileURL& url, Variant variant);
-    [[nodiscard]] std::shared_ptr<Operation> makeOperation(const FileURL& url, Variant variant,
-                                                           Completion completion);
-    void readArtwork(const FileURL& url, Variant variant, const Completion& completion);
-    void forget(const QByteArray& key, const Operation* operation);
+    struct Kept;
 
-    const Sources sources_;
-    const ThumbnailFiles files_;
-    MemoryCache<QByteArray, QImage> cache_;
-    std::mutex accessLock_; // guards tasks_; never held during a file operation or a callback
-    QHash<QByteArray, std::shared_ptr<Operation>> tasks_; // what is in flight for each key
-    OperationQueue queue_; // last, so that it ends before what its operations use
+    const std::shared_ptr<Kept> kept_; // shared with the operations, which may be left behind
+    OperationQueue queue_;
 };
 
 } // namespace tamsy

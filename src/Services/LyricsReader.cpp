@@ -3,15 +3,15 @@
 #include "Platform/InterfaceThread.h"
 #include "Platform/Media/MediaAsset.h"
 #include "Platform/MemoryCache.h"
-#include "Platform/WorkerPool.h"
+#include "Platform/Threads/FileWatch.h"
 #include "Services/LyricsContainers.h"
 #include "Services/LyricsItems.h"
 #include "Services/LyricsSidecar.h"
 
-#include <QPromise>
+#include <QFuture>
 
 #include <cassert>
-#include <memory>
+#include <utility>
 
 namespace tamsy {
 namespace {
@@ -23,11 +23,6 @@ MemoryCache<FileURL, Lyrics>& cache() {
     // Never deleted: a late load may still ask for it while the process ends.
     static auto& shared = *new MemoryCache<FileURL, Lyrics>(cacheLimit);
     return shared;
-}
-
-WorkerPool& workers() {
-    static WorkerPool pool;
-    return pool;
 }
 
 /// Roughly the bytes that an entry of the cache holds.
@@ -54,7 +49,10 @@ Lyrics LyricsReader::load(const FileURL& url) const {
         return *std::move(kept);
     for (const auto source :
          {readM4AItem, readEmbeddedLyricsAV, readFlacComments, readEmbeddedLyrics, readLRCFile}) {
-        if (auto found = source(url)) {
+        auto found = source(url);
+        if (FileWatch::isCurrentAbandoned())
+            break; // what was read may be a part only
+        if (found) {
             cache().setObject(*found, url, costOf(url, *found));
             return *std::move(found);
         }
@@ -66,22 +64,12 @@ LyricsReader::Found LyricsReader::readM4AItem(const FileURL& url) {
     return hasExtension(url, "m4a") ? readM4ALyrics(url) : std::nullopt;
 }
 
+/// The answer goes by way of the interface thread, which takes part in every load.
 LyricsReader::Found LyricsReader::readEmbeddedLyricsAV(const FileURL& url) {
-    return InterfaceThread::waitFor<Found>([url] { return readEmbeddedLyricsAVAsync(url); })
+    Found found = lyricsAmongItems(MediaAsset(url, MediaAsset::Depth::Items));
+    return InterfaceThread::waitFor<Found>(
+               [found = std::move(found)] { return QtFuture::makeReadyFuture(found); })
         .value_or(std::nullopt);
-}
-
-QFuture<LyricsReader::Found> LyricsReader::readEmbeddedLyricsAVAsync(const FileURL& url) {
-    const auto promise = std::make_shared<QPromise<Found>>();
-    promise->start();
-    workers().start([promise, url] {
-        Found found = lyricsAmongItems(MediaAsset(url, MediaAsset::Depth::Items));
-        InterfaceThread::run([promise, found = std::move(found)] {
-            promise->addResult(found);
-            promise->finish();
-        });
-    });
-    return promise->future();
 }
 
 LyricsReader::Found LyricsReader::readFlacComments(const FileURL& url) {

@@ -3,8 +3,6 @@
 #include "Models/Lyrics.h"
 #include "Utils/FileURL.h"
 
-#include <QFuture>
-
 #include <optional>
 
 namespace tamsy {
@@ -17,7 +15,7 @@ class LyricsReader {
   public:
     /// Blocks until the answer is known, since one step waits for the interface thread; so it may
     /// never be called there, which is asserted and gives `Lyrics::empty`. Never fails: what can't
-    /// be read is passed over. Any other thread, also several for one file.
+    /// be read is passed over, but not kept. Any other thread, also several for one file.
     [[nodiscard]] Lyrics load(const FileURL& url) const;
 
   private:
@@ -25,7 +23,6 @@ class LyricsReader {
 
     [[nodiscard]] static Found readM4AItem(const FileURL& url);
     [[nodiscard]] static Found readEmbeddedLyricsAV(const FileURL& url);
-    [[nodiscard]] static QFuture<Found> readEmbeddedLyricsAVAsync(const FileURL& url);
     [[nodiscard]] static Found readFlacComments(const FileURL& url);
     [[nodiscard]] static Found readEmbeddedLyrics(const FileURL& url);
 };

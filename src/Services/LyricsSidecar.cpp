@@ -2,6 +2,7 @@
 
 #include "Platform/DirectoryStream.h"
 #include "Platform/Media/ByteSource.h"
+#include "Platform/Threads/FileWatch.h"
 #include "Services/LyricsDecoding.h"
 #include "Services/LyricsParsing.h"
 
@@ -33,6 +34,7 @@ bool existsAndIsNoFolder(int folder, const char* name) {
 
 /// The one visible sidecar file of `folder`; nothing if there are none or several.
 std::optional<FileURL> onlySidecar(const FileURL& folder) {
+    const FileWatch::Call call;
     DirectoryStream entries(
         FileDescriptor(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
     std::optional<FileURL> found;

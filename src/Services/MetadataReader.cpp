@@ -10,7 +10,9 @@
 #include <QPromise>
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -105,10 +107,10 @@ QImage artworkImage(const MediaAsset& asset, const Items& common) {
 
 /// What the worker leaves in memory for the interface thread's steps.
 struct LoadedFile {
-    explicit LoadedFile(const FileURL& url)
-        : asset(url, MediaAsset::Depth::Full),
-          common(asset.commonMetadata()),
-          artwork(artworkImage(asset, common)) {}
+    LoadedFile(const FileURL& url, MediaAsset::Depth depth)
+        : asset(url, depth), common(asset.commonMetadata()) {}
+
+    void decodeArtwork() { artwork = artworkImage(asset, common); }
 
     MediaAsset asset;
     Items common;
@@ -124,11 +126,6 @@ OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     return std::nullopt;
 }
 
-WorkerPool& workers() {
-    static WorkerPool pool;
-    return pool;
-}
-
 AudioMetadata chosen(const LoadedFile& file) {
     AudioMetadata metadata;
     for (const Field& field : fields) {
@@ -142,6 +139,42 @@ AudioMetadata chosen(const LoadedFile& file) {
     metadata.duration = finiteOrZero(file.asset.duration());
     metadata.artwork = file.artwork;
     return metadata;
+}
+
+/// The player's loads, which wait for nobody else's.
+WorkerPool& playerLoads() {
+    static WorkerPool pool;
+    return pool;
+}
+
+QFuture<AudioMetadata> startLoad(std::function<LoadedFile()> read) {
+    const auto promise = std::make_shared<QPromise<AudioMetadata>>();
+    promise->start();
+    playerLoads().start([promise, read = std::move(read)] {
+        const auto file = std::make_shared<const LoadedFile>(read());
+        InterfaceThread::run([promise, file] {
+            promise->addResult(chosen(*file));
+            promise->finish();
+        });
+    });
+    return promise->future();
+}
+
+struct LoadedHere {
+    AudioMetadata metadata;
+    bool wasRead = false;
+};
+
+LoadedHere loadedHere(const FileURL& url) {
+    assert(!InterfaceThread::isCurrent());
+    if (InterfaceThread::isCurrent())
+        return {};
+    const auto file = std::make_shared<LoadedFile>(url, MediaAsset::Depth::Full);
+    file->decodeArtwork();
+    const auto metadata = InterfaceThread::waitFor<AudioMetadata>(
+        [file] { return QtFuture::makeReadyFuture(chosen(*file)); });
+    return {.metadata = metadata.value_or(AudioMetadata()),
+            .wasRead = metadata && file->asset.wasRead()};
 }
 
 } // namespace
@@ -160,22 +193,24 @@ AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
 }
 
 QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
-    const auto promise = std::make_shared<QPromise<AudioMetadata>>();
-    promise->start();
-    workers().start([promise, url] {
-        const auto file = std::make_shared<const LoadedFile>(url);
-        InterfaceThread::run([promise, file] {
-            promise->addResult(chosen(*file));
-            promise->finish();
-        });
+    return startLoad([url] {
+        LoadedFile file(url, MediaAsset::Depth::Full);
+        file.decodeArtwork();
+        return file;
     });
-    return promise->future();
+}
+
+QFuture<AudioMetadata> MetadataReader::loadTextsAsync(const FileURL& url) const {
+    return startLoad([url] { return LoadedFile(url, MediaAsset::Depth::Items); });
 }
 
 AudioMetadata MetadataReader::load(const FileURL& url) const {
-    return InterfaceThread::waitFor<AudioMetadata>(
-               [url] { return MetadataReader().loadAsync(url); })
-        .value_or(AudioMetadata());
+    return loadedHere(url).metadata;
+}
+
+std::optional<AudioMetadata> MetadataReader::loadIfReadable(const FileURL& url) const {
+    const LoadedHere loaded = loadedHere(url);
+    return loaded.wasRead ? std::optional(loaded.metadata) : std::nullopt;
 }
 
 } // namespace tamsy

@@ -5,6 +5,8 @@
 
 #include <QFuture>
 
+#include <optional>
+
 namespace tamsy {
 
 /// Turns an audio file into an `AudioMetadata` record. It holds no state and keeps no cache: each
@@ -21,10 +23,19 @@ class MetadataReader {
     /// The future is cancelled, and has no result, if the program quits first.
     [[nodiscard]] QFuture<AudioMetadata> loadAsync(const FileURL& url) const;
 
-    /// The same as `loadAsync`, but blocks until the interface thread has done its part; a blank
-    /// record if the program quits first. Never to be called on the interface thread, which would
-    /// wait for itself: that is asserted and gives a blank record.
+    /// The texts of `loadAsync` alone, for whoever shows a title at once: neither a picture nor the
+    /// audio frames are read.
+    [[nodiscard]] QFuture<AudioMetadata> loadTextsAsync(const FileURL& url) const;
+
+    /// The same as `loadAsync`, but reads on the calling thread and blocks until the interface
+    /// thread has done its part; a blank record if the program quits first. Never to be called on
+    /// the interface thread, which would wait for itself: that is asserted and gives a blank
+    /// record.
     [[nodiscard]] AudioMetadata load(const FileURL& url) const;
+
+    /// The same as `load`, but nothing if the file couldn't be read to its tags' end, so that an
+    /// absent artwork says nothing about the file.
+    [[nodiscard]] std::optional<AudioMetadata> loadIfReadable(const FileURL& url) const;
 };
 
 } // namespace tamsy

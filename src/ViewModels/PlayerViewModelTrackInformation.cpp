@@ -21,7 +21,7 @@ void PlayerViewModel::loadTrackInformation(const FileURL& url) {
         setCurrentTitle(tagged.isEmpty() ? url.nameWithoutExtensionText() : tagged.toString());
         showArtwork(url, nullptr);
     });
-    watcher->setFuture(metadataReader_.loadAsync(url));
+    watcher->setFuture(metadataReader_.loadTextsAsync(url));
 }
 
 void PlayerViewModel::ensureCurrentArtwork() {
@@ -38,14 +38,17 @@ void PlayerViewModel::showArtwork(const FileURL& url, QImage (*fallback)()) {
         setCurrentArtwork(kept);
         return;
     }
-    loader.load(url, variant, [player = QPointer(this), url, fallback](const QImage& image) {
-        if (player.isNull() || !(player->currentURL_ == url))
-            return;
-        if (!image.isNull())
-            player->setCurrentArtwork(image);
-        else if (fallback != nullptr)
-            player->setCurrentArtwork(fallback());
-    });
+    loader.load(
+        url, variant,
+        [player = QPointer(this), url, fallback](const QImage& image) {
+            if (player.isNull() || !(player->currentURL_ == url))
+                return;
+            if (!image.isNull())
+                player->setCurrentArtwork(image);
+            else if (fallback != nullptr)
+                player->setCurrentArtwork(fallback());
+        },
+        ArtworkLoader::Urgency::PlayingFile);
 }
 
 void PlayerViewModel::setCurrentArtwork(const QImage& image) {

@@ -50,23 +50,25 @@ class ArtworkLoaderTest : public testing::Test {
     QByteArray base = QFile::encodeName(directory.path());
     QImage cover = filled({100, 100}, Qt::green);
     QImage fallback = filled({10, 10}, Qt::gray);
+    std::atomic<bool> isReadable = true;
     QSemaphore entered; // a reading has begun
     QSemaphore gate{1000};
     std::unique_ptr<ArtworkLoader> loader = makeLoader();
     std::vector<int> answers; // which requests were answered, in order
 
     std::unique_ptr<ArtworkLoader> makeLoader() {
-        return std::make_unique<ArtworkLoader>(
-            ArtworkLoader::Sources{.readMetadata =
-                                       [this](const FileURL&) {
-                                           entered.release();
-                                           gate.acquire();
-                                           AudioMetadata metadata;
-                                           metadata.artwork = cover;
-                                           return metadata;
-                                       },
-                                   .fallbackCover = [this] { return fallback; },
-                                   .applicationSupportDirectory = base});
+        return std::make_unique<ArtworkLoader>(ArtworkLoader::Sources{
+            .readMetadata = [this](const FileURL&) -> std::optional<AudioMetadata> {
+                entered.release();
+                gate.acquire();
+                if (!isReadable)
+                    return std::nullopt;
+                AudioMetadata metadata;
+                metadata.artwork = cover;
+                return metadata;
+            },
+            .fallbackCover = [this] { return fallback; },
+            .applicationSupportDirectory = base});
     }
 
     void TearDown() override {
@@ -172,12 +174,13 @@ TEST_F(ArtworkLoaderTest, TheLatestRequestWinsAndWhatHasStartedIsAnswered) {
     loader->cancel(fileURL(5), Variant::thumb64);
     loader->load(fileURL(1), Variant::thumb64, answer(10)); // the first one runs already
     loader->cancel(fileURL(2), Variant::thumb64);           // so does this
-    EXPECT_FALSE(entered.tryAcquire(1, 50));                // three at once, no more
+    loader->load(fileURL(6), Variant::thumb64, answer(6), ArtworkLoader::Urgency::PlayingFile);
+    EXPECT_FALSE(entered.tryAcquire(1, 50)); // three at once, no more
     gate.release(1000);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return answers.size() == 5; }));
-    EXPECT_THAT(answers, testing::UnorderedElementsAre(1, 2, 3, 10, 41));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answers.size() == 6; }));
+    EXPECT_THAT(answers, testing::UnorderedElementsAre(1, 2, 3, 6, 10, 41));
     loader->end();
-    EXPECT_EQ(entered.available(), 2); // of 4 and the second reading of 1
+    EXPECT_EQ(entered.available(), 3); // of 4, 6 and the second reading of 1
 }
 
 TEST_F(ArtworkLoaderTest, WithoutACoverTheFallbackIsKept) {
@@ -190,6 +193,14 @@ TEST_F(ArtworkLoaderTest, WithoutACoverTheFallbackIsKept) {
     cover = filled({10, 10}, Qt::red);
     EXPECT_TRUE(isNear(fetched(fileURL(1), Variant::thumb64).pixelColor(1, 1), Qt::magenta));
     EXPECT_EQ(filesOnDisk("64").size(), 1);
+}
+
+TEST_F(ArtworkLoaderTest, AFileThatCanNotBeReadLeavesNoFallback) {
+    isReadable = false;
+    EXPECT_TRUE(isNear(fetched(fileURL(1), Variant::thumb64).pixelColor(1, 1), Qt::gray));
+    EXPECT_TRUE(filesOnDisk("64").isEmpty());
+    isReadable = true;
+    EXPECT_TRUE(isNear(fetched(fileURL(1), Variant::thumb64).pixelColor(1, 1), Qt::green));
 }
 
 TEST_F(ArtworkLoaderTest, ABrokenThumbnailIsReadAnew) {
@@ -263,7 +274,7 @@ TEST_F(ArtworkLoaderTest, TheProgramsEndLeavesNoFallbackInPlaceOfACover) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto quit = [this] {
         gate.acquire(1000);
-        cover = {}; // what a reading gives that was cut short
+        isReadable = false; // a reading that was cut short
         loader->load(fileURL(1), Variant::thumb64, answer(1));
         entered.acquire();
         InterfaceThread::releaseWaiters();

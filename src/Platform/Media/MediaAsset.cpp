@@ -56,11 +56,11 @@ std::vector<MediaItem> selected(const std::vector<MediaItem>& items, auto&& pred
 
 } // namespace
 
-MediaAsset::MediaAsset(const FileURL& url, Depth depth) : url_(url) {
-    media::SharedSource source = media::openFileSource(url);
-    if (!source)
+MediaAsset::MediaAsset(const FileURL& url, Depth depth)
+    : url_(url), source_(media::openFileSource(url)) {
+    if (!source_)
         return;
-    MediaParse parse(std::move(source),
+    MediaParse parse(source_,
                      depth == Depth::CommonTexts ? ItemCollector::Wanted::CommonTexts
                                                  : ItemCollector::Wanted::Everything,
                      depth != Depth::Items);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Media/ByteSource.h"
 #include "Platform/Media/MediaItem.h"
 #include "Utils/FileURL.h"
 
@@ -27,6 +28,10 @@ class MediaAsset {
 
     [[nodiscard]] const FileURL& url() const { return url_; }
 
+    /// Whether the file could be opened and no read of it has failed so far, those of items' bytes
+    /// counted.
+    [[nodiscard]] bool wasRead() const { return source_ && !source_->hasFailed(); }
+
     /// Seconds; 0 if it isn't known. Not finite where a file's own figures aren't.
     [[nodiscard]] double duration() const { return duration_; }
 
@@ -42,6 +47,7 @@ class MediaAsset {
 
   private:
     FileURL url_;
+    media::SharedSource source_;
     double duration_ = 0;
     std::vector<MediaItem> items_;
     QHash<QString, QString> info_;
