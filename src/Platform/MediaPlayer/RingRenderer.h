@@ -25,7 +25,8 @@ class RingRenderer : public AudioRenderer {
     FrameRing ring_;
     std::atomic<bool> running_ = false;
     std::atomic<float> volume_ = 1;
-    float gain_ = 0; // where the last buffer ended; the device's thread
+    float gain_ = 0;        // where the last buffer ended; the device's thread
+    bool wasSilent_ = true; // the last buffer; the device's thread
 };
 
 } // namespace tamsy
