@@ -22,6 +22,9 @@ constexpr std::int64_t readingBudget = 4'194'304;
 constexpr std::int64_t seekingBudget = 16'777'216;
 constexpr std::int64_t seekingBudgetInOgg = 1'073'741'824;
 
+/// Decoded at a time, in frames.
+constexpr std::size_t blockFrames = 1024;
+
 ma_result resultOf(int systemError) {
     switch (systemError) {
     case ENOENT:
@@ -44,6 +47,17 @@ std::array<ma_encoding_format, 5> encodingsToTry(const QByteArray& extension) {
                                          : ma_encoding_format_wav;
     return {named, ma_encoding_format_wav, ma_encoding_format_flac, ma_encoding_format_mp3,
             ma_encoding_format_vorbis};
+}
+
+std::vector<Speaker> speakersOf(const ma_decoder& decoder) {
+    std::array<ma_channel, MA_MAX_CHANNELS> map{};
+    // Without a map all speakers are unknown.
+    static_cast<void>(ma_data_source_get_data_format(decoder.pBackend, nullptr, nullptr, nullptr,
+                                                     map.data(), map.size()));
+    std::vector<Speaker> speakers;
+    for (const ma_channel channel : std::span(map).first(decoder.outputChannels))
+        speakers.push_back(speakerAt(channel - MA_CHANNEL_FRONT_LEFT));
+    return speakers;
 }
 
 } // namespace
@@ -93,12 +107,31 @@ ma_result AudioDecoder::open(const FileURL& url) {
 }
 
 ma_result AudioDecoder::openAs(ma_encoding_format encoding, const QByteArray& path) {
-    ma_decoder_config config = ma_decoder_config_init(format, channels, sampleRate);
+    // In the file's own channels and rate; the conversion from them is ours.
+    ma_decoder_config config = ma_decoder_config_init(format, 0, 0);
     // Named, so that no other decoder is tried: one of them takes anything for sound.
     config.encodingFormat = encoding;
     const ma_result result = ma_decoder_init_file(path.constData(), &config, &decoder_);
     isOpen_ = result == MA_SUCCESS;
-    return result;
+    if (!isOpen_ || startConversion())
+        return result;
+    static_cast<void>(ma_decoder_uninit(&decoder_));
+    isOpen_ = false;
+    return MA_FORMAT_NOT_SUPPORTED;
+}
+
+bool AudioDecoder::startConversion() {
+    mix_.emplace(speakersOf(decoder_));
+    resampler_.emplace(decoder_.outputSampleRate);
+    decoded_.resize(blockFrames * mix_->channels());
+    return resampler_->isUsable();
+}
+
+void AudioDecoder::restartConversion(std::uint64_t skippedFrames) {
+    resampler_->restart();
+    converted_ = {};
+    skippedFrames_ = skippedFrames;
+    hasEnded_ = false;
 }
 
 double AudioDecoder::length() {
@@ -107,30 +140,51 @@ double AudioDecoder::length() {
     ma_uint64 frames = 0;
     // One that can't be told leaves 0.
     static_cast<void>(ma_decoder_get_length_in_pcm_frames(&decoder_, &frames));
-    return static_cast<double>(frames) / static_cast<double>(decoder_.outputSampleRate);
+    return static_cast<double>(resampler_->outputFrames(frames)) / sampleRate;
 }
 
 ma_result AudioDecoder::seek(double seconds) {
-    constexpr double largest = 18'446'744'073'709'549'568.0; // the last one below 2^64
-    const double frames = seconds * static_cast<double>(decoder_.outputSampleRate);
+    constexpr double largest = 1'099'511'627'776.0; // in frames: 265 days
+    const double frame = std::min(seconds * sampleRate, largest);
+    const auto restart = resampler_->restartFor(static_cast<std::uint64_t>(frame));
     const ReadBudget budget(seekingBudget_);
     isLost_ = false;
-    const ma_result result =
-        ma_decoder_seek_to_pcm_frame(&decoder_, static_cast<ma_uint64>(std::min(frames, largest)));
+    restartConversion(restart.skippedOutput);
+    const ma_result result = ma_decoder_seek_to_pcm_frame(&decoder_, restart.inputFrame);
     if (isFlacInOgg_ && result != MA_SUCCESS)
         leaveOggPage(decoder_);
     return result;
 }
 
 ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
-    ma_uint64 framesRead = 0;
     if (isLost_)
         return 0;
     const ReadBudget budget(readingBudget);
-    // An error in the middle reads as the end.
-    static_cast<void>(ma_decoder_read_pcm_frames(&decoder_, output, count, &framesRead));
+    std::span rest(static_cast<StereoFrame*>(output), count);
+    while (!rest.empty() && (!converted_.empty() || !hasEnded_)) {
+        if (converted_.empty())
+            convertMore();
+        const std::size_t given = std::min(rest.size(), converted_.size());
+        std::ranges::copy(converted_.first(given), rest.begin());
+        converted_ = converted_.subspan(given);
+        rest = rest.subspan(given);
+    }
     isLost_ = ReadBudget::isSpent();
-    return std::min(framesRead, count);
+    return count - rest.size();
+}
+
+/// Decodes a block. It may give nothing: the resampler holds frames back.
+void AudioDecoder::convertMore() {
+    ma_uint64 count = 0;
+    // An error in the middle reads as the end.
+    static_cast<void>(ma_decoder_read_pcm_frames(&decoder_, decoded_.data(), blockFrames, &count));
+    hasEnded_ = count == 0;
+    const std::size_t samples = std::min<std::size_t>(count, blockFrames) * mix_->channels();
+    const std::span<const float> decoded = std::span(decoded_).first(samples);
+    converted_ = hasEnded_ ? resampler_->drain() : resampler_->process(mix_->mix(decoded));
+    const auto skipped = std::min<std::uint64_t>(skippedFrames_, converted_.size());
+    skippedFrames_ -= skipped;
+    converted_ = converted_.subspan(skipped);
 }
 
 double AudioDecoder::place() {

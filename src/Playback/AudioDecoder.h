@@ -1,11 +1,15 @@
 #pragma once
 
+#include "Platform/Resampling/DownMix.h"
+#include "Platform/Resampling/Resampler.h"
 #include "Utils/FileURL.h"
 
 #include <miniaudio.h>
 
 #include <cstdint>
 #include <optional>
+#include <span>
+#include <vector>
 
 namespace tamsy {
 
@@ -16,7 +20,7 @@ class AudioDecoder {
   public:
     static constexpr ma_format format = ma_format_f32;
     static constexpr ma_uint32 channels = 2;
-    static constexpr ma_uint32 sampleRate = 48'000;
+    static constexpr ma_uint32 sampleRate = mediaSampleRate;
 
     AudioDecoder() = default;
     ~AudioDecoder();
@@ -29,7 +33,8 @@ class AudioDecoder {
     /// In seconds; 0 when it can't be told. May read the whole file: ask once.
     [[nodiscard]] double length();
 
-    /// Moves to a place in seconds, not below 0, truncated to a frame.
+    /// Moves to a place in seconds, not below 0, truncated to a frame. What `read` gives then
+    /// equals what it would have given there without the seek.
     [[nodiscard]] ma_result seek(double seconds);
 
     /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
@@ -41,8 +46,17 @@ class AudioDecoder {
 
   private:
     ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
+    [[nodiscard]] bool startConversion();
+    void restartConversion(std::uint64_t skippedFrames);
+    void convertMore();
 
-    ma_decoder decoder_{};
+    ma_decoder decoder_{}; // gives the file's own sample rate and channels
+    std::optional<DownMix> mix_;
+    std::optional<Resampler> resampler_;
+    std::vector<float> decoded_;             // a block as the file has it
+    std::span<const StereoFrame> converted_; // not yet read
+    std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
+    bool hasEnded_ = false;                  // nothing more is decoded
     bool isOpen_ = false;
     bool isFlacInOgg_ = false;
     bool isLost_ = false; // nothing more is found from here on

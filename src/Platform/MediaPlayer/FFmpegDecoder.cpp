@@ -18,8 +18,6 @@ constexpr int packetsPerCall = 32;
 /// Frames in a packet where the file doesn't say: those of the commonest codec.
 constexpr int usualPacketFrames = 1024;
 
-constexpr AVRational deviceTimeBase{1, mediaSampleRate};
-
 } // namespace
 
 void FFmpegDecoder::CodecDeleter::operator()(AVCodecContext* codec) const {
@@ -89,7 +87,7 @@ MediaDecoder::Block FFmpegDecoder::decodeBlock() {
     for (int packets = 0; packets < packetsPerCall; ++packets) {
         const int result = avcodec_receive_frame(codec_.get(), frame_.get());
         if (result == AVERROR_EOF)
-            return {resampler_.drain(), true};
+            return {converter_.drain(), true};
         if (result == AVERROR(EAGAIN)) {
             feed();
             continue;
@@ -98,9 +96,11 @@ MediaDecoder::Block FFmpegDecoder::decodeBlock() {
             continue;
         if (!origin_)
             origin_ = frame_->best_effort_timestamp;
-        if (!position_)
-            position_ = startOf(*frame_);
-        const auto frames = resampler_.convert(*frame_);
+        if (!position_) {
+            restart_ = converter_.restart(*frame_, numberOf(*frame_));
+            position_ = restart_;
+        }
+        const auto frames = converter_.convert(*frame_);
         if (!frames.empty())
             return {frames, false};
     }
@@ -117,11 +117,12 @@ void FFmpegDecoder::feed() {
     }
 }
 
-std::int64_t FFmpegDecoder::startOf(const AVFrame& frame) const {
+/// The number of its first sample in the stream.
+std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
     const std::int64_t time = frame.best_effort_timestamp;
-    return time == AV_NOPTS_VALUE
-               ? 0
-               : av_rescale_q(time - firstTime(), file_->timeBase(), deviceTimeBase);
+    return time == AV_NOPTS_VALUE ? 0
+                                  : av_rescale_q(time - firstTime(), file_->timeBase(),
+                                                 AVRational{1, std::max(1, frame.sample_rate)});
 }
 
 std::int64_t FFmpegDecoder::firstTime() const {
@@ -132,20 +133,20 @@ double FFmpegDecoder::preRoll() const {
     const AVCodecParameters& parameters = file_->codecParameters();
     const int rate = std::max(1, parameters.sample_rate);
     const int packet = parameters.frame_size > 0 ? parameters.frame_size : usualPacketFrames;
-    return std::max(2.0 * packet, static_cast<double>(parameters.seek_preroll)) / rate;
+    return std::max(2.0 * packet, static_cast<double>(parameters.seek_preroll)) / rate +
+           static_cast<double>(converter_.seekLead()) / mediaSampleRate;
 }
 
 void FFmpegDecoder::restartAt(double seconds) {
     const double units = seconds / av_q2d(file_->timeBase());
     file_->seek(firstTime() + static_cast<std::int64_t>(units));
     avcodec_flush_buffers(codec_.get());
-    resampler_.reset();
     position_.reset();
     pending_.reset();
 }
 
 /// Decodes up to `target` and keeps what lies behind it as the next block. False if the first sound
-/// came after the target already.
+/// came too late for the target.
 bool FFmpegDecoder::reach(std::int64_t target) {
     Block block;
     do {
@@ -155,7 +156,7 @@ bool FFmpegDecoder::reach(std::int64_t target) {
     const std::int64_t start = position_.value_or(0) - size;
     const std::int64_t skipped = std::clamp<std::int64_t>(target - start, 0, size);
     pending_ = {block.frames.subspan(static_cast<std::size_t>(skipped)), block.ended};
-    return size == 0 || start <= target;
+    return size == 0 || restart_ == 0 || restart_ + converter_.seekLead() <= target;
 }
 
 double FFmpegDecoder::seek(double seconds) {

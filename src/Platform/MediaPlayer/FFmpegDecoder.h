@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Platform/MediaPlayer/FrameConverter.h"
 #include "Platform/MediaPlayer/MediaBackend.h"
 #include "Platform/MediaPlayer/PacketReader.h"
-#include "Platform/MediaPlayer/StereoResampler.h"
 
 #include <cstdint>
 #include <memory>
@@ -46,14 +46,15 @@ class FFmpegDecoder : public MediaDecoder {
     [[nodiscard]] bool reach(std::int64_t target);
     [[nodiscard]] double preRoll() const;
     [[nodiscard]] std::int64_t firstTime() const;
-    [[nodiscard]] std::int64_t startOf(const AVFrame& frame) const;
+    [[nodiscard]] std::int64_t numberOf(const AVFrame& frame) const;
 
     std::unique_ptr<PacketReader> file_;
     Codec codec_;
     std::unique_ptr<AVPacket, PacketDeleter> packet_;
     std::unique_ptr<AVFrame, FrameDeleter> frame_;
-    StereoResampler resampler_;
-    std::optional<std::int64_t> origin_;   // time stamp of the first sound, in the file's time base
+    FrameConverter converter_;
+    std::optional<std::int64_t> origin_; // time stamp of the first sound, in the file's time base
+    std::int64_t restart_ = 0; // frames at the device's rate, where decoding was last begun
     std::optional<std::int64_t> position_; // frames at the device's rate, where the next block is
     std::optional<Block> pending_;         // found by a seek, given by the next `decode`
 };

@@ -1,19 +1,12 @@
 #pragma once
 
+#include "Platform/Resampling/StereoFrame.h"
+
 #include <atomic>
 #include <memory>
 #include <span>
 
 namespace tamsy {
-
-/// What every part of the media player speaks: two channels of 32-bit floats.
-struct StereoFrame {
-    float left = 0;
-    float right = 0;
-};
-
-/// Frames a second, in the ring and at the device.
-inline constexpr int mediaSampleRate = 48'000;
 
 /// Fills the device's buffers. Called on the device's real-time thread.
 class AudioRenderer {
