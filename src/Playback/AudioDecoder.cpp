@@ -96,8 +96,8 @@ ma_result AudioDecoder::open(const FileURL& url) {
         if (openAs(*encoding, path) != MA_SUCCESS)
             continue;
         seekingBudget_ += headers;
-        isFlacInOgg_ = *encoding == ma_encoding_format_flac && isOgg(file);
-        if (isFlacInOgg_) {
+        isFlac_ = *encoding == ma_encoding_format_flac;
+        if (isFlac_ && isOgg(file)) {
             seekingBudget_ = seekingBudgetInOgg;
             tellFlacLength(decoder_, lastGranulePosition(file));
         }
@@ -145,14 +145,23 @@ double AudioDecoder::length() {
 
 ma_result AudioDecoder::seek(double seconds) {
     constexpr double largest = 1'099'511'627'776.0; // in frames: 265 days
-    const double frame = std::min(seconds * sampleRate, largest);
-    const auto restart = resampler_->restartFor(static_cast<std::uint64_t>(frame));
+    const auto target = static_cast<std::uint64_t>(std::min(seconds * sampleRate, largest));
+    const bool wasLost = isLost_;
+    const ma_result result = seekToFrame(target);
+    if (result == MA_SUCCESS)
+        nextFrame_ = target;
+    // A decoder that fails stands anywhere.
+    isLost_ = result != MA_SUCCESS && (wasLost || seekToFrame(nextFrame_) != MA_SUCCESS);
+    return result;
+}
+
+ma_result AudioDecoder::seekToFrame(std::uint64_t frame) {
+    const auto restart = resampler_->restartFor(frame);
     const ReadBudget budget(seekingBudget_);
-    isLost_ = false;
     restartConversion(restart.skippedOutput);
     const ma_result result = ma_decoder_seek_to_pcm_frame(&decoder_, restart.inputFrame);
-    if (isFlacInOgg_ && result != MA_SUCCESS)
-        leaveOggPage(decoder_);
+    if (isFlac_ && result != MA_SUCCESS)
+        dropFlacFrame(decoder_);
     return result;
 }
 
@@ -170,6 +179,7 @@ ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
         rest = rest.subspan(given);
     }
     isLost_ = ReadBudget::isSpent();
+    nextFrame_ += count - rest.size();
     return count - rest.size();
 }
 

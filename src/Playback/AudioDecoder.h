@@ -34,7 +34,8 @@ class AudioDecoder {
     [[nodiscard]] double length();
 
     /// Moves to a place in seconds, not below 0, truncated to a frame. What `read` gives then
-    /// equals what it would have given there without the seek.
+    /// equals what it would have given there without the seek. After a failure `read` goes on where
+    /// it was, or gives nothing more.
     [[nodiscard]] ma_result seek(double seconds);
 
     /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
@@ -46,6 +47,7 @@ class AudioDecoder {
 
   private:
     ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
+    ma_result seekToFrame(std::uint64_t frame);
     [[nodiscard]] bool startConversion();
     void restartConversion(std::uint64_t skippedFrames);
     void convertMore();
@@ -58,8 +60,9 @@ class AudioDecoder {
     std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
     bool hasEnded_ = false;                  // nothing more is decoded
     bool isOpen_ = false;
-    bool isFlacInOgg_ = false;
-    bool isLost_ = false; // nothing more is found from here on
+    bool isFlac_ = false;
+    std::uint64_t nextFrame_ = 0; // of the output
+    bool isLost_ = false;         // nothing more is found from here on
     std::int64_t seekingBudget_ = 0;
     std::optional<double> scannedLength_; // in seconds, where it was found on the way
 };

@@ -24,8 +24,9 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
 /// end otherwise, and every seek for one to the start. `decoder` must have been opened as FLAC.
 void tellFlacLength(ma_decoder& decoder, std::uint64_t frames);
 
-/// Lets a decoder of FLAC in Ogg go on with the next page after a seek has failed: it may hold less
-/// of the present page than it believes, and would read in front of it.
-void leaveOggPage(ma_decoder& decoder);
+/// Makes an open FLAC decoder forget the frame it was in, after a seek has failed: of that frame,
+/// and of the Ogg page around it, it may hold less than it believes. It must be sought anew before
+/// it is read. `decoder` must have been opened as FLAC.
+void dropFlacFrame(ma_decoder& decoder);
 
 } // namespace tamsy

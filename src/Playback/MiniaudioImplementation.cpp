@@ -61,8 +61,11 @@ void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {
         flac.totalPCMFrameCount = frames;
 }
 
-void leaveOggPage(ma_decoder& decoder) {
+void dropFlacFrame(ma_decoder& decoder) {
     auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
+    flac.currentFLACFrame.pcmFramesRemaining = 0;
+    flac.currentFLACFrame.header.blockSizeInPCMFrames = 0;
+    flac.currentPCMFrame = UINT64_MAX;
     if (flac.container == ma_dr_flac_container_ogg)
         static_cast<ma_dr_flac_oggbs*>(flac._oggbs)->bytesRemainingInPage = 0;
 }
