@@ -47,6 +47,7 @@ TEST(MetadataReader, GivesTheSameTextsOnBothPathsAndTheCoverOnOne) {
     const std::pair<const char*, bool> rows[] = {
         {"mp3-v24.mp3", true},        {"mp3-v23.mp3", true},
         {"mp3-v22.mp3", true},        {"mp3-v23-unsynchronised.mp3", true},
+        {"mp3-ape.mp3", true},        {"mp3-v23-three-letters.mp3", true},
         {"m4a-movie-last.m4a", true}, {"m4a-user-data.m4a", false},
         {"flac-plain.flac", true},    {"ogg-vorbis.ogg", true},
         {"ogg-opus.ogg", true},       {"wav-info.wav", false},

@@ -57,7 +57,9 @@ class FrameWalk {
         if (header_.hasExtendedHeader)
             position = behindExtendedHeader(position, end);
         for (int count = 0; count < mostEntries; ++count) {
-            const auto frame = readFrameAt(position, end);
+            auto frame = readFrameAt(position, end);
+            if (!frame && !isPadding(position, end))
+                frame = findFrameAfter(position, end);
             if (!frame)
                 break;
             readFrame(parse_.items, *frame, source_, window_);
@@ -81,13 +83,14 @@ class FrameWalk {
         const Bytes bytes = window_.read(position, headerSize);
         ByteCursor cursor(bytes);
         const auto name = cursor.readBytes(header_.version == 2 ? 3 : 4);
-        if (!name || !isFrameName(asText(*name)))
+        const auto letters = name ? nameLetters(asText(*name)) : std::nullopt;
+        if (!letters)
             return std::nullopt;
         Id3Frame frame;
-        frame.name = fourLetterName(asText(*name));
+        frame.name = fourLetterName(*letters);
         frame.offset = position + headerSize;
-        frame.isVersion22 = header_.version == 2;
-        if (frame.isVersion22) {
+        frame.isVersion22 = letters->size() == 3;
+        if (header_.version == 2) {
             frame.size = cursor.readU24().value_or(0);
         } else {
             const std::uint32_t size = cursor.readU32().value_or(0);
@@ -95,6 +98,40 @@ class FrameWalk {
             frame.size = header_.version == 4 ? sizeOfV24(size, frame.offset, end) : size;
         }
         return frame.size <= end - frame.offset ? std::optional(frame) : std::nullopt;
+    }
+
+    /// The name's letters: four, or three of version 2.2, which some writers fill up with a NUL in
+    /// later versions.
+    static std::optional<std::string_view> nameLetters(std::string_view name) {
+        if (name.size() == 4 && name.back() == '\0')
+            name.remove_suffix(1);
+        return isFrameName(name) ? std::optional(name) : std::nullopt;
+    }
+
+    bool isPadding(std::uint64_t position, std::uint64_t end) {
+        const Bytes bytes = window_.readUpTo(
+            position, position < end ? std::min<std::uint64_t>(4, end - position) : 0);
+        return std::ranges::all_of(bytes, [](std::byte byte) { return byte == std::byte{0}; });
+    }
+
+    /// The next frame after damage: a text, or what another frame, padding or the end follows.
+    std::optional<Id3Frame> findFrameAfter(std::uint64_t position, std::uint64_t end) {
+        constexpr std::uint64_t farthest = 4096;
+        const std::uint64_t last = std::min(end, position + farthest);
+        for (++position; position < last; ++position) {
+            const auto frame = readFrameAt(position, end);
+            const bool isPlain = frame && frame->size > 0 && !frame->isCompressed &&
+                                 !frame->isEncrypted && !frame->isGrouped;
+            if (isPlain && (isText(*frame) || leadsOn(frame->offset + frame->size, end)))
+                return frame;
+        }
+        return std::nullopt;
+    }
+
+    bool isText(const Id3Frame& frame) {
+        constexpr std::byte lastEncoding{3};
+        const Bytes encoding = window_.read(frame.offset, 1);
+        return frame.name.front() == 'T' && !encoding.empty() && encoding.front() <= lastEncoding;
     }
 
     void setFlags(Id3Frame& frame, unsigned flags) const {
@@ -127,7 +164,7 @@ class FrameWalk {
         if (position >= end)
             return position == end;
         const Bytes next = window_.readUpTo(position, std::min<std::uint64_t>(4, end - position));
-        return !next.empty() && (next.front() == std::byte{0} || isFrameName(asText(next)));
+        return !next.empty() && (next.front() == std::byte{0} || nameLetters(asText(next)));
     }
 
     MediaParse& parse_;

@@ -89,8 +89,10 @@ TagText decode(QByteArrayView bytes, char encoding) {
 QByteArray pictureOf(QByteArrayView payload, bool isVersion22) {
     if (payload.size() < 5)
         return {};
+    // Some writers mix the name of the one with the body of the other.
+    const bool isFormatTerminated = !isVersion22 || payload.sliced(1).startsWith("image/");
     const QByteArrayView behindFormat =
-        isVersion22 ? payload.sliced(4) : splitAtTerminator(payload.sliced(1), 0).second;
+        !isFormatTerminated ? payload.sliced(4) : splitAtTerminator(payload.sliced(1), 0).second;
     if (behindFormat.isEmpty())
         return {};
     return splitAtTerminator(behindFormat.sliced(1), payload.front()).second.toByteArray();

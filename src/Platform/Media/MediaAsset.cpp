@@ -1,6 +1,7 @@
 #include "Platform/Media/MediaAsset.h"
 
 #include "Platform/Media/Aiff.h"
+#include "Platform/Media/Ape.h"
 #include "Platform/Media/Caf.h"
 #include "Platform/Media/Flac.h"
 #include "Platform/Media/FrameStream.h"
@@ -21,6 +22,9 @@ using media::ItemCollector;
 using media::MediaParse;
 
 double readFrames(MediaParse& parse, std::uint64_t offset) {
+    const bool hasId3v2 = offset > 0;
+    if (!hasId3v2)
+        media::readApeTag(parse);
     media::readId3v1(parse);
     const auto first =
         parse.wantsDuration ? media::findFirstFrame(parse, offset) : std::optional<std::uint64_t>();
@@ -37,7 +41,8 @@ double readContent(MediaParse& parse, std::uint64_t offset) {
         return media::readFlac(parse, offset);
     if (signature == "OggS")
         return media::readOgg(parse, offset);
-    if ((signature == "RIFF" || signature == "RF64" || signature == "BW64") && kind == "WAVE")
+    if ((signature == "RIFF" || signature == "RF64" || signature == "BW64") &&
+        (kind == "WAVE" || kind == "RMP3"))
         return media::readRiff(parse, offset);
     if (signature == "FORM" && (kind == "AIFF" || kind == "AIFC"))
         return media::readAiff(parse, offset);

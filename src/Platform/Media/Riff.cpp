@@ -1,9 +1,11 @@
 #include "Platform/Media/Riff.h"
 
 #include "Platform/Media/Chunks.h"
+#include "Platform/Media/FrameStream.h"
 #include "Platform/Media/Id3v2.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tamsy::media {
 
@@ -12,6 +14,10 @@ namespace {
 constexpr std::uint64_t sizeIsElsewhere = 0xFFFFFFFF;
 constexpr std::uint16_t formatPcm = 1;
 constexpr std::uint16_t formatFloat = 3;
+constexpr std::uint16_t formatALaw = 6;
+constexpr std::uint16_t formatMuLaw = 7;
+constexpr std::uint16_t formatMpeg = 0x50;
+constexpr std::uint16_t formatMp3 = 0x55;
 constexpr std::uint16_t formatExtensible = 0xFFFE;
 
 struct WaveFormat {
@@ -19,7 +25,9 @@ struct WaveFormat {
     std::uint32_t sampleRate = 0;
     std::uint32_t bytesPerSecond = 0;
     std::uint16_t blockSize = 0;
-    std::uint32_t notedFrames = 0; ///< by a fact chunk
+    std::uint16_t framesPerBlock = 0; ///< of a compressed format
+    std::uint32_t notedFrames = 0;    ///< by a fact chunk
+    std::uint64_t data = 0;           ///< offset of the sound
     std::uint64_t dataBytes = 0;
     std::uint64_t longDataBytes = 0;
 };
@@ -31,19 +39,41 @@ void readFormat(ByteCursor cursor, WaveFormat& wave) {
     wave.sampleRate = cursor.readU32le().value_or(0);
     wave.bytesPerSecond = cursor.readU32le().value_or(0);
     wave.blockSize = cursor.readU16le().value_or(0);
+    constexpr std::uint64_t sampleSizeAndExtensionSize = 4;
+    if (cursor.skip(sampleSizeAndExtensionSize))
+        wave.framesPerBlock = cursor.readU16le().value_or(0);
+}
+
+bool isPlain(std::uint16_t format) {
+    constexpr std::uint16_t plain[] = {formatPcm, formatFloat, formatALaw, formatMuLaw,
+                                       formatExtensible};
+    return std::ranges::find(plain, format) != std::end(plain);
 }
 
 double durationOf(const WaveFormat& wave) {
     const auto bytes = static_cast<double>(wave.dataBytes);
-    const bool isPlain =
-        wave.format == formatPcm || wave.format == formatFloat || wave.format == formatExtensible;
-    if (isPlain && wave.blockSize != 0 && wave.sampleRate != 0)
+    if (wave.blockSize == 0 || wave.sampleRate == 0)
+        return wave.bytesPerSecond != 0 ? bytes / wave.bytesPerSecond : 0;
+    if (isPlain(wave.format))
         return bytes / wave.blockSize / wave.sampleRate;
     const double byRate = wave.bytesPerSecond != 0 ? bytes / wave.bytesPerSecond : 0;
-    const double noted =
-        wave.sampleRate != 0 ? wave.notedFrames / static_cast<double>(wave.sampleRate) : 0;
-    // The rate is an average; a note that is far from it was never right.
-    return noted > 0 && noted < byRate * 2 ? noted : byRate;
+    const double blocks = bytes / wave.blockSize * wave.framesPerBlock / wave.sampleRate;
+    const double told = wave.notedFrames / static_cast<double>(wave.sampleRate);
+    const double expected = blocks > 0 ? blocks : byRate;
+    // The note leaves out what fills the last block; one that is far from the rest was never right.
+    const double tolerance =
+        std::max(0.05, 2.0 * wave.framesPerBlock / static_cast<double>(wave.sampleRate));
+    const double farthest = blocks > 0 ? tolerance : expected;
+    return told > 0 && std::abs(told - expected) < farthest ? told : expected;
+}
+
+/// MPEG frames in a WAVE file count as they do in a file of their own.
+double durationOf(MediaParse& parse, const WaveFormat& wave) {
+    const bool isMpeg = wave.format == formatMp3 || wave.format == formatMpeg || wave.format == 0;
+    if (!parse.wantsDuration || !isMpeg || wave.data == 0)
+        return durationOf(wave);
+    const auto first = findFirstFrame(parse, wave.data);
+    return first ? frameStreamDuration(parse, *first) : durationOf(wave);
 }
 
 std::optional<CommonKey> commonKeyOf(const std::string& name) {
@@ -87,6 +117,7 @@ double readRiff(MediaParse& parse, std::uint64_t offset) {
         } else if (chunk->name == "data") {
             if (chunk->claimed == sizeIsElsewhere && wave.longDataBytes != 0)
                 walk.resize(*chunk, wave.longDataBytes);
+            wave.data = chunk->body;
             wave.dataBytes = chunk->size;
         } else if (chunk->name == "LIST") {
             readInfo(parse, *chunk);
@@ -94,7 +125,7 @@ double readRiff(MediaParse& parse, std::uint64_t offset) {
             readId3v2Tags(parse, chunk->body, chunk->body + chunk->size);
         }
     }
-    return durationOf(wave);
+    return durationOf(parse, wave);
 }
 
 } // namespace tamsy::media
