@@ -108,7 +108,7 @@ std::optional<std::uint64_t> vorbisHeaderBytes(const AudioFile& file) {
         return std::nullopt;
     const auto setupPacket = reader.next();
     const auto setup = bodyOf(setupPacket, "\5vorbis");
-    if (!setup || !codebooksFit(*setup))
+    if (!setup || !setupFits(*setup))
         return std::nullopt;
     return reader.position();
 }

@@ -1,7 +1,11 @@
 #include "Playback/VorbisCodebooks.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace tamsy {
 namespace {
@@ -47,7 +51,7 @@ bool skipOrderedLengths(BitCursor& bits, std::uint32_t entries) {
     return true;
 }
 
-/// The same, told one by one. A book that has none at all is null to the decoder, which uses it.
+/// The same, told one by one; whether any entry has one.
 bool skipLengths(BitCursor& bits, std::uint32_t entries) {
     const bool isSparse = bits.read(1) != 0;
     bool isUsed = false;
@@ -72,37 +76,125 @@ std::uint64_t gridSide(std::uint64_t entries, std::uint64_t dimensions) {
     }
 }
 
-/// Passes over a book. `values` counts those of all books.
-bool skipBook(BitCursor& bits, std::uint64_t& values) {
+struct Book {
+    bool isUsable = false; // has a code word
+};
+
+/// Passes over a book; nothing if it can't be read. `values` counts those of all books.
+std::optional<Book> readBook(BitCursor& bits, std::uint64_t& values) {
     if (bits.read(24) != 0x564342)
-        return false;
+        return std::nullopt;
     const std::uint32_t dimensions = bits.read(16);
     const std::uint32_t entries = bits.read(24);
     const std::uint64_t size = std::uint64_t{entries} * dimensions;
     values += size;
     if (size == 0 || entries > mostEntries || values > mostValues)
-        return false;
-    if (!(bits.read(1) != 0 ? skipOrderedLengths(bits, entries) : skipLengths(bits, entries)))
-        return false;
+        return std::nullopt;
+    const bool isOrdered = bits.read(1) != 0;
+    const bool isUsable =
+        isOrdered ? skipOrderedLengths(bits, entries) : skipLengths(bits, entries);
+    if (isOrdered && !isUsable)
+        return std::nullopt;
     if (const std::uint32_t lookup = bits.read(4); lookup != 0) {
         bits.skip(64); // the least value and the step, as floats
         const std::uint32_t width = bits.read(4) + 1;
         bits.skip(1 + width * (lookup == 1 ? gridSide(entries, dimensions) : size));
     }
-    return !bits.isPastEnd();
+    return bits.isPastEnd() ? std::nullopt : std::optional(Book{isUsable});
 }
+
+/// Reads what stands behind the books (Vorbis I, 4.2.4), as far as it names books that the decoder
+/// looks into without asking whether they have an entry.
+class BookUses {
+  public:
+    BookUses(BitCursor& bits, std::span<const Book> books) : bits_(bits), books_(books) {}
+
+    bool areSafe() {
+        bits_.skip(16 * (std::uint64_t{bits_.read(6)} + 1)); // time transforms: placeholders
+        return repeat(bits_.read(6) + 1, [this] { return readFloor(); }) &&
+               repeat(bits_.read(6) + 1, [this] { return readResidue(); }) && !bits_.isPastEnd();
+    }
+
+  private:
+    template <typename Read>
+    static bool repeat(std::uint32_t count, Read read) {
+        for (std::uint32_t i = 0; i < count; ++i) {
+            if (!read())
+                return false;
+        }
+        return true;
+    }
+
+    bool isUsable(std::uint32_t book) const {
+        return book < books_.size() && books_[book].isUsable;
+    }
+
+    bool readFloor() {
+        if (bits_.read(16) != 1) // no encoder has used the other type since 2001
+            return false;
+        std::array<std::uint32_t, 31> partitions{};
+        const std::uint32_t count = bits_.read(5);
+        std::uint32_t classes = 0;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            partitions[i] = bits_.read(4);
+            classes = std::max(classes, partitions[i] + 1);
+        }
+        std::array<std::uint32_t, 16> dimensions{};
+        for (std::uint32_t i = 0; i < classes; ++i) {
+            dimensions[i] = bits_.read(3) + 1;
+            if (!readFloorClass())
+                return false;
+        }
+        bits_.skip(2);
+        const std::uint32_t width = bits_.read(4);
+        for (std::uint32_t i = 0; i < count; ++i)
+            bits_.skip(std::uint64_t{width} * dimensions[partitions[i]]);
+        return true;
+    }
+
+    bool readFloorClass() {
+        const std::uint32_t subclasses = bits_.read(2);
+        if (subclasses != 0 && !isUsable(bits_.read(8)))
+            return false;
+        return repeat(1U << subclasses, [this] {
+            const std::uint32_t book = bits_.read(8); // 0 for none, else counted from 1
+            return book == 0 || isUsable(book - 1);
+        });
+    }
+
+    bool readResidue() {
+        bits_.skip(16 + 3 * 24); // type, start, end, size of a partition
+        const std::uint32_t classifications = bits_.read(6) + 1;
+        if (!isUsable(bits_.read(8)))
+            return false;
+        int stages = 0;
+        for (std::uint32_t i = 0; i < classifications; ++i) {
+            const std::uint32_t low = bits_.read(3);
+            const std::uint32_t high = bits_.read(1) != 0 ? bits_.read(5) : 0;
+            stages += std::popcount(low) + std::popcount(high);
+        }
+        bits_.skip(8 * static_cast<std::uint64_t>(stages)); // an empty book ends the packet there
+        return true;
+    }
+
+    BitCursor& bits_;
+    std::span<const Book> books_;
+};
 
 } // namespace
 
-bool codebooksFit(std::span<const std::byte> body) {
+bool setupFits(std::span<const std::byte> body) {
     BitCursor bits(body);
     std::uint64_t values = 0;
     const std::uint32_t count = bits.read(8) + 1;
-    for (std::uint32_t book = 0; book < count; ++book) {
-        if (!skipBook(bits, values))
+    std::vector<Book> books;
+    for (std::uint32_t index = 0; index < count; ++index) {
+        const auto book = readBook(bits, values);
+        if (!book)
             return false;
+        books.push_back(*book);
     }
-    return true;
+    return BookUses(bits, books).areSafe();
 }
 
 } // namespace tamsy

@@ -5,9 +5,10 @@
 
 namespace tamsy {
 
-/// Whether the codebooks that a setup header begins with (Vorbis I, 3.2.1) are all there and of a
-/// size that music has. The decoder multiplies their sizes without a look at what comes of it.
+/// Whether a setup header (Vorbis I, 4.2.4) is safe for the decoder: its codebooks are all there
+/// and of a size that music has, and none without entries is used where the decoder doesn't ask for
+/// that. Early encoders wrote such books at low qualities.
 /// @param body what stands behind the packet's type and name.
-[[nodiscard]] bool codebooksFit(std::span<const std::byte> body);
+[[nodiscard]] bool setupFits(std::span<const std::byte> body);
 
 } // namespace tamsy
