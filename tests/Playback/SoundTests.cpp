@@ -1,6 +1,8 @@
+#include "Platform/MediaPlayer/SoundFiles.h"
 #include "Playback/CompositePlaybackEngine.h"
 #include "Playback/SoundRecording.h"
 #include "Playback/TestAudio.h"
+#include "Playback/Tones.h"
 
 #include <QElapsedTimer>
 
@@ -12,7 +14,6 @@ using namespace tamsy::test;
 
 namespace {
 
-constexpr double toneAmplitude = 0.5;
 constexpr std::size_t millisecond = 48;
 constexpr std::size_t window = 10 * millisecond; // tells tones 100 Hz apart
 
@@ -93,6 +94,19 @@ class Sound : public testing::Test {
     /// Records until a tone is heard.
     void recordUntil(std::size_t first, double hertz) {
         ASSERT_TRUE(waitUntil([&] { return heard(first, hertz).first >= 0; })) << hertz;
+    }
+
+    /// Plays a file of a second; what is heard from its first sound on.
+    std::span<const float> heardOf(const FileURL& url) {
+        recording.recordMore(0.3); // the last file's end
+        const std::size_t start = recording.size();
+        engine.load(url);
+        engine.play();
+        recording.recordMore(1.2);
+        engine.stop();
+        const auto heard = recording.from(start);
+        const auto first = std::ranges::find_if(heard, [](float value) { return value != 0; });
+        return {first, heard.end()};
     }
 
     SoundRecording recording;
@@ -191,6 +205,44 @@ TEST_F(Sound, VolumeIsLinearAndTheSameInBothEngines) {
             EXPECT_NEAR(usualAmplitude(steady, hertz), toneAmplitude * volume, 0.005)
                 << name << " at " << volume;
         }
+    }
+}
+
+/// A file for each engine with a second of `signal`.
+std::array<FileURL, 2> filesOf(const Signal& signal, int sampleRate) {
+    const QByteArray wave = fileWith("sound.wav", waveFile(signal, sampleRate, sampleRate));
+    const QByteArray other = wave + ".caf";
+    ffmpeg("-i " + wave + " -c:a pcm_f32be " + other);
+    return {FileURL::fromPath(wave), FileURL::fromPath(other)};
+}
+
+TEST_F(Sound, ReachesTheOutputUnchangedFromItsFirstFrame) {
+    const Signal sine = tone(997, mediaSampleRate);
+    const Signal signal = [&](std::int64_t i) { return sine(i + 20); }; // begins loud
+    for (const FileURL& url : filesOf(signal, mediaSampleRate)) {
+        const auto heard = heardOf(url);
+        ASSERT_GT(heard.size(), 4800U) << url.absoluteString().toStdString();
+        for (std::size_t i = 0; i < 4800; ++i)
+            ASSERT_EQ(heard[i], static_cast<float>(signal(static_cast<std::int64_t>(i))))
+                << i << " in " << url.absoluteString().toStdString();
+    }
+}
+
+TEST_F(Sound, AToneStaysPureUpToTheOutput) {
+    constexpr double hertz = 15'000;
+    for (const FileURL& url : filesOf(tone(hertz, 44'100), 44'100)) {
+        // A gap that a busy machine leaves is no fault of the tone's.
+        Purity found;
+        for (int attempt = 0; attempt < 3 && found.loudestLine > -120; ++attempt) {
+            const auto heard = heardOf(url);
+            ASSERT_GT(heard.size(), 20'000U) << url.absoluteString().toStdString();
+            Frames frames;
+            for (const float value : heard.subspan(2000)) // past the onset
+                frames.push_back({value, value});
+            found = purity(frames, hertz);
+        }
+        EXPECT_NEAR(found.levelError, 0, 0.05) << url.absoluteString().toStdString();
+        EXPECT_LT(found.loudestLine, -120) << url.absoluteString().toStdString();
     }
 }
 
