@@ -104,8 +104,8 @@ TEST(FailedSeek, LeavesFlacInOggReadable) {
 
 TEST(EmptyCodebook, WhereTheDecoderNeedsOneHarmsNothing) {
     AudioDecoder decoder;
-    if (decoder.open(foreignAudio("empty-floor-book.ogg")) == MA_SUCCESS)
-        EXPECT_LE(readAll(decoder).size(), 2U * 21 * AudioDecoder::sampleRate);
+    const bool isOpen = decoder.open(foreignAudio("empty-floor-book.ogg")) == MA_SUCCESS;
+    EXPECT_TRUE(!isOpen || readAll(decoder).size() <= 2U * 21 * AudioDecoder::sampleRate);
 }
 
 struct ForeignFile {
