@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Platform/MediaPlayer/FrameRing.h"
+#include "Platform/MediaPlayer/MediaBackend.h"
+#include "Playback/Output/FrameRing.h"
 
 #include <atomic>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/MediaPlayer/MediaBackend.h"
+#include "Platform/Resampling/StereoFrame.h"
 
 #include <array>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "Platform/MediaPlayer/FrameRing.h"
+#include "Playback/Output/FrameRing.h"
 
 #include <algorithm>
 
