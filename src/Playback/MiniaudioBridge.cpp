@@ -1,6 +1,7 @@
 #include "Playback/MiniaudioBridge.h"
 
 #include "Playback/AudioDecoder.h"
+#include "Playback/Miniaudio/DecodeAhead.h"
 #include "Playback/SoundServerNoise.h"
 
 #include <miniaudio.h>
@@ -9,16 +10,22 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <span>
 
 namespace tamsy {
 
 struct BridgePlayer {
-    AudioDecoder decoder; // the device's thread while the device runs, else the caller's
+    explicit BridgePlayer(const FileURL& url) : file(url) {}
+
+    DecodeAhead file; // knows the duration, too
     ma_device device{};
     std::atomic<bool> isPlaying = false;
-    std::atomic<double> durationSeconds = 0;
     std::atomic<double> positionSeconds = 0;
     std::atomic<float> volume = 0.5F;
+    // What the caller has been told was done and isn't yet; its own thread's.
+    bool isOpening = false;
+    bool isSeeking = false;
+    double soughtFrom = 0; // seconds
 };
 
 namespace {
@@ -28,29 +35,44 @@ void fail(BridgeErrorOut error, ma_result code, std::string_view description) {
         *error = BridgeError{"miniaudio", code, description};
 }
 
+/// A file shows its true length at its end, before the position does, so that one which told none
+/// or too much ends as any other does.
+void correctLength(BridgePlayer& player, double position) {
+    constexpr double tolerance = 0.05; // seconds by which a header may round
+    const double told = player.file.length();
+    const double end = player.file.endPosition();
+    const double length = end > 0 ? end : position;
+    if (told == 0 || length < told - tolerance)
+        player.file.setLength(length);
+}
+
+/// Counts what a callback has put out. The silence after the end counts, the silence of a file that
+/// owes frames doesn't.
+void count(BridgePlayer& player, std::size_t frames, std::size_t wanted) {
+    const auto rate = static_cast<double>(AudioDecoder::sampleRate);
+    const double position = player.positionSeconds.load(std::memory_order_relaxed);
+    const bool hasEnded = frames < wanted && player.file.hasEnded();
+    if (hasEnded)
+        correctLength(player, position + static_cast<double>(frames) / rate);
+    player.positionSeconds = position + static_cast<double>(hasEnded ? wanted : frames) / rate;
+}
+
 void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
                       ma_uint32 frameCount) {
     auto* player = static_cast<BridgePlayer*>(device->pUserData);
     if (player == nullptr)
         return;
-    const auto frames = static_cast<std::size_t>(player->decoder.read(output, frameCount));
     auto* samples = static_cast<float*>(output);
     const std::size_t width = device->playback.channels;
+    const std::size_t frames =
+        player->file.read(std::span(static_cast<StereoFrame*>(output), frameCount));
     const float volume = player->volume.load(std::memory_order_relaxed);
     if (volume != 1.0F) {
         for (std::size_t i = 0; i < frames * width; ++i)
             samples[i] *= volume;
     }
     std::fill(samples + frames * width, samples + frameCount * width, 0.0F);
-    const double position = player->positionSeconds.load(std::memory_order_relaxed);
-    const auto rate = static_cast<double>(device->sampleRate);
-    // A length that no header told shows here, so that such a file ends as any other does.
-    if (frames < frameCount && player->durationSeconds.load(std::memory_order_relaxed) == 0) {
-        const double length = player->decoder.place();
-        player->durationSeconds =
-            length > 0 ? length : position + static_cast<double>(frames) / rate;
-    }
-    player->positionSeconds = position + frameCount / rate;
+    count(*player, frames, frameCount);
 }
 
 ma_result openDevice(BridgePlayer& player) {
@@ -70,6 +92,7 @@ ma_result openDevice(BridgePlayer& player) {
 /// Starts the device. One that won't start has lost its sound server; a fresh one finds the server
 /// that has come back, or another way out.
 ma_result startDevice(BridgePlayer& player) {
+    player.file.wake();
     if (ma_device_start(&player.device) == MA_SUCCESS)
         return MA_SUCCESS;
     ma_device_uninit(&player.device);
@@ -111,12 +134,13 @@ bool ma_isAvailable() {
 }
 
 BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
-    auto player = std::make_unique<BridgePlayer>();
-    if (const ma_result result = player->decoder.open(url); result != MA_SUCCESS) {
-        fail(error, result, "Failed to open audio file");
+    auto player = std::make_unique<BridgePlayer>(url);
+    const std::optional<ma_result> opened = player->file.waitUntilOpened();
+    if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
+        fail(error, *opened, "Failed to open audio file");
         return nullptr;
     }
-    player->durationSeconds = player->decoder.length();
+    player->isOpening = !opened;
     if (const ma_result result = openDevice(*player); result != MA_SUCCESS) {
         fail(error, result, "Failed to init audio device");
         return nullptr;
@@ -156,7 +180,8 @@ void ma_stop(BridgePlayer* player) {
     if (player == nullptr)
         return;
     static_cast<void>(ma_device_stop(&player->device));
-    static_cast<void>(player->decoder.seek(0));
+    player->file.seek(0, 0);
+    player->isSeeking = false;
     player->positionSeconds = 0;
     player->isPlaying = false;
 }
@@ -168,13 +193,14 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
     const bool wasPlaying = player->isPlaying;
     if (wasPlaying)
         static_cast<void>(ma_device_stop(&player->device));
-    // Some decoders refuse a place behind their end and some don't. With all of them at the end, a
-    // slider dragged to the far right ends the file.
-    const double duration = player->durationSeconds;
-    const double reachable = duration > 0 ? std::min(target, duration) : target;
-    const ma_result result = player->decoder.seek(reachable);
-    if (result != MA_SUCCESS) {
-        fail(error, result, "Failed to seek");
+    if (!player->isSeeking)
+        player->soughtFrom = player->positionSeconds;
+    player->file.seek(target, player->soughtFrom);
+    const std::optional<ma_result> result = player->file.waitUntilSought();
+    player->isSeeking = !result;
+    if (result.value_or(MA_SUCCESS) != MA_SUCCESS) {
+        player->positionSeconds = player->soughtFrom;
+        fail(error, *result, "Failed to seek");
         return false;
     }
     player->positionSeconds = target;
@@ -186,7 +212,7 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
 BridgeState ma_getState(const BridgePlayer* player) {
     if (player == nullptr)
         return {};
-    return {player->durationSeconds, player->positionSeconds, player->isPlaying};
+    return {player->file.length(), player->positionSeconds, player->isPlaying};
 }
 
 void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error) {
@@ -222,6 +248,30 @@ void ma_getStateRaw(const void* player, double* durationSeconds, double* positio
         *positionSeconds = state.positionSeconds;
     if (isPlaying != nullptr)
         *isPlaying = state.isPlaying;
+}
+
+BridgeFile ma_lookAtFileRaw(void* handle, BridgeErrorOut error) {
+    BridgePlayer* player = asPlayer(handle);
+    if (player == nullptr)
+        return BridgeFile::Ready;
+    if (player->isOpening) {
+        const std::optional<ma_result> opened = player->file.opened();
+        player->isOpening = !opened;
+        if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
+            fail(error, *opened, "Failed to open audio file");
+            return BridgeFile::NotOpened;
+        }
+    }
+    if (player->isSeeking) {
+        const std::optional<ma_result> sought = player->file.sought();
+        player->isSeeking = !sought;
+        if (sought.value_or(MA_SUCCESS) != MA_SUCCESS) {
+            player->positionSeconds = player->soughtFrom;
+            fail(error, *sought, "Failed to seek");
+            return BridgeFile::NotSought;
+        }
+    }
+    return player->file.isWaiting() ? BridgeFile::Waiting : BridgeFile::Ready;
 }
 
 bool ma_replaceOutputRaw(void* player) {

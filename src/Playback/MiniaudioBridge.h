@@ -11,14 +11,17 @@ namespace tamsy {
 /// caller owns it and calls the functions below on one thread, the interface thread. Stopped when
 /// fresh and after `ma_stop`, else playing or paused.
 ///
-/// The file is decoded on the device's own thread, which pulls frames straight from the decoder.
+/// The device's own thread pulls frames from the decoder, which keeps them ready in memory. Opening
+/// and seeking wait 50 ms for a slow file; then they have succeeded for the time being, and the
+/// player is waiting. While it waits, and wherever the file owes frames, a running device plays
+/// silence that doesn't count; `ma_lookAtFileRaw` tells.
 /// There is no end event: at the end of the file the device goes on playing silence and the
 /// position goes on rising past the duration.
 struct BridgePlayer;
 
 /// What a player is doing.
 struct BridgeState {
-    double durationSeconds = 0; // 0 when it can't be told before the file has been played through
+    double durationSeconds = 0; // 0 when it can't be told yet; corrected at an end before it
     double positionSeconds = 0; // output produced since the last seek or stop
     bool isPlaying = false;     // the device was started and not stopped since
 };
@@ -39,7 +42,8 @@ using BridgeErrorOut = std::optional<BridgeError>*;
 [[nodiscard]] bool ma_isAvailable();
 
 /// Opens the file, by its bytes, and the default output device, not started. Whatever the file
-/// holds comes out as stereo 32-bit float at 48,000 Hz. Bounded in time for any file.
+/// holds comes out as stereo 32-bit float at 48,000 Hz. A file that isn't open after 50 ms is
+/// opened on.
 /// @return the handle, or null with "Failed to open audio file" or "Failed to init audio device".
 [[nodiscard]] BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error);
 
@@ -76,6 +80,17 @@ bool ma_seekRaw(void* player, double seconds, BridgeErrorOut error);
 /// Writes each part of the state whose pointer isn't null.
 void ma_getStateRaw(const void* player, double* durationSeconds, double* positionSeconds,
                     bool* isPlaying);
+
+/// How a player's file is doing.
+enum class BridgeFile {
+    Ready,
+    Waiting,   // frames are owed
+    NotOpened, // opening has failed after all: nothing will come, the player can only be destroyed
+    NotSought, // a seek has failed after all; told once, the position is what it was before
+};
+
+/// Asked from time to time while a player waits. The error is that of the call that failed.
+[[nodiscard]] BridgeFile ma_lookAtFileRaw(void* player, BridgeErrorOut error);
 
 /// Gives a playing player, whose output has died, the one that is the default by now. False as long
 /// as there is none but silence: nothing is heard then, and the position stands still.

@@ -13,6 +13,7 @@ namespace tamsy {
 namespace {
 
 constexpr double leastUpdateInterval = 0.05; // seconds
+constexpr int waitInterval = 20;             // milliseconds between two looks at a slow file
 
 void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
     const std::string_view text = error ? error->description : "unknown";
@@ -56,6 +57,7 @@ void MiniaudioPlaybackEngine::load(const FileURL& url) {
     }
     ma_setVolumeRaw(handle_.get(), currentVolume_);
     sendState();
+    waitForFile();
 }
 
 void MiniaudioPlaybackEngine::play() {
@@ -67,6 +69,7 @@ void MiniaudioPlaybackEngine::play() {
         return;
     }
     outputWatch_.reset();
+    playsWhenReady_ = false;
     isPlayingSubject_.send(true);
     startTimer();
 }
@@ -75,6 +78,7 @@ void MiniaudioPlaybackEngine::pause() {
     if (!handle_)
         return;
     ma_pauseRaw(handle_.get());
+    playsWhenReady_ = false;
     isPlayingSubject_.send(false);
     timer_.stop();
 }
@@ -84,9 +88,11 @@ void MiniaudioPlaybackEngine::stop() {
         ma_stopRaw(handle_.get());
         handle_.reset();
     }
+    playsWhenReady_ = false;
     isPlayingSubject_.send(false);
     currentTimeSubject_.send(0);
     timer_.stop();
+    waitTimer_.stop();
 }
 
 void MiniaudioPlaybackEngine::seek(double seconds) {
@@ -96,6 +102,7 @@ void MiniaudioPlaybackEngine::seek(double seconds) {
     outputWatch_.reset();
     if (ma_seekRaw(handle_.get(), seconds, &error)) {
         sendState();
+        waitForFile();
         return;
     }
     logFailure(QLatin1String("seek"), error);
@@ -154,11 +161,25 @@ void MiniaudioPlaybackEngine::seeToOutput(double position) {
 }
 
 void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != timer_.timerId())
-        return;
+    if (event->timerId() == timer_.timerId())
+        tick();
+    else if (event->timerId() == waitTimer_.timerId() && isFileReady())
+        goOn();
+}
+
+void MiniaudioPlaybackEngine::tick() {
     double duration = 0;
     double position = 0;
     bool playing = false;
+    ma_getStateRaw(handle_.get(), nullptr, nullptr, &playing);
+    if (playing && !isFileReady()) {
+        if (!handle_)
+            return;
+        ma_pauseRaw(handle_.get());
+        timer_.stop();
+        playsWhenReady_ = true;
+        waitTimer_.start(waitInterval, this);
+    }
     ma_getStateRaw(handle_.get(), &duration, &position, &playing);
     currentTimeSubject_.send(position);
     isPlayingSubject_.send(playing);
@@ -166,6 +187,45 @@ void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
         durationSubject_.send(duration);
     if (playing)
         seeToOutput(position);
+}
+
+/// Looks after a file that opens or moves more slowly than its caller waits.
+void MiniaudioPlaybackEngine::waitForFile() {
+    if (!isFileReady() && handle_)
+        waitTimer_.start(waitInterval, this);
+}
+
+/// Tells late failures: a file that can't be opened leaves what a failed load does, a seek that
+/// can't be done lets the sound go on where it was.
+bool MiniaudioPlaybackEngine::isFileReady() {
+    std::optional<BridgeError> error;
+    switch (ma_lookAtFileRaw(handle_.get(), &error)) {
+    case BridgeFile::Ready:
+        return true;
+    case BridgeFile::Waiting:
+        return false;
+    case BridgeFile::NotOpened:
+        logFailure(QLatin1String("create"), error);
+        stop();
+        return false;
+    case BridgeFile::NotSought:
+        logFailure(QLatin1String("seek"), error);
+        returnToPosition();
+        sendState();
+        return false;
+    }
+    return true;
+}
+
+/// The file is there: what it held up goes on, and its length is known.
+void MiniaudioPlaybackEngine::goOn() {
+    waitTimer_.stop();
+    double duration = 0;
+    ma_getStateRaw(handle_.get(), &duration, nullptr, nullptr);
+    if (duration > 0 && duration != durationSubject_.value())
+        durationSubject_.send(duration);
+    if (playsWhenReady_)
+        play();
 }
 
 } // namespace tamsy

@@ -44,11 +44,17 @@ class MiniaudioPlaybackEngine final : public QObject, public AudioPlaybackEngine
 
     void startTimer();
     void sendState();
+    void tick();
+    void waitForFile();
+    [[nodiscard]] bool isFileReady();
+    void goOn();
     void returnToPosition();
     void seeToOutput(double position);
 
     std::unique_ptr<void, HandleDeleter> handle_; // the open player
     QBasicTimer timer_;                           // runs only while playing
+    QBasicTimer waitTimer_;                       // runs only while the file owes frames
+    bool playsWhenReady_ = false;                 // playing was held up by the file
     OutputWatch outputWatch_;
     float currentVolume_ = 0.5F;  // given to each new player
     double updateInterval_ = 0.2; // seconds

@@ -1,5 +1,6 @@
 #include "Platform/MediaPlayer/PlaybackLoop.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tamsy {
@@ -17,9 +18,6 @@ constexpr auto lossPeriod = milliseconds(250);
 
 /// How soon to look again when the device should have taken frames and has not yet.
 constexpr auto devicePeriod = milliseconds(10);
-
-/// Enough sound to start with: the device asks for half as much at a time.
-constexpr std::uint64_t startFrames = 2048;
 
 PlaybackRequests::Clock::duration durationOf(std::uint64_t frames) {
     return milliseconds(frames * 1000 / mediaSampleRate);
@@ -92,7 +90,7 @@ void PlaybackLoop::settle(const PlaybackRequest& request) {
         return;
     }
     fill();
-    const bool hasEnough = hasAllSound() || ring_.unread() >= startFrames;
+    const bool hasEnough = hasAllSound() || ring_.unread() >= FrameRing::startFrames;
     if (request.running && request.run != run_ && hasEnough)
         start(request);
     keepOutput(request.running);
@@ -104,7 +102,7 @@ void PlaybackLoop::fill() {
     const std::uint64_t unread = ring_.unread();
     if (unread >= FrameRing::fillTarget)
         filling_ = false;
-    else if (unread <= FrameRing::fillTarget / 2)
+    else if (unread <= FrameRing::refillLevel)
         filling_ = true;
     if (filling_ && !hasAllSound())
         decodeOnce();
@@ -117,6 +115,8 @@ void PlaybackLoop::decodeOnce() {
         drained_ = block.ended;
     }
     pending_ = pending_.subspan(ring_.write(pending_));
+    if (hasAllSound())
+        ring_.markEnd();
 }
 
 void PlaybackLoop::start(const PlaybackRequest& request) {
@@ -187,9 +187,10 @@ PlaybackLoop::Clock::time_point PlaybackLoop::deadline(bool running) const {
     if (decoder_ && filling_ && !hasAllSound())
         return pending_.empty() ? now : now + devicePeriod;
     if (running && !endReported_) {
-        const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::fillTarget / 2;
+        const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::refillLevel;
         const std::uint64_t unread = ring_.unread();
-        return now + devicePeriod + durationOf(unread > kept ? unread - kept : 0);
+        const auto spare = durationOf(unread > kept ? unread - kept : 0);
+        return now + devicePeriod + std::min<Clock::duration>(spare, lossPeriod);
     }
     return output_ ? idleSince_ + idleLimit : Clock::time_point::max();
 }

@@ -25,15 +25,26 @@ std::size_t FrameRing::write(std::span<const StereoFrame> frames) {
     return count;
 }
 
+void FrameRing::markEnd() {
+    end_.store(written(), std::memory_order_release);
+}
+
 void FrameRing::discardUnread() {
+    end_.store(noEnd, std::memory_order_release);
     discardedUpTo_.store(written(), std::memory_order_release);
 }
 
 std::size_t FrameRing::read(std::span<StereoFrame> out) {
     skipDiscarded();
     const std::uint64_t start = consumed_.load(std::memory_order_relaxed);
+    // Before the frames, so that an end is never seen without them.
+    const std::uint64_t end = end_.load(std::memory_order_acquire);
     const std::uint64_t available = written_.load(std::memory_order_acquire) - start;
+    const bool isAll = start + available == end;
+    if (hasRunDry() && available < startFrames && !isAll)
+        return 0;
     const std::size_t count = std::min<std::size_t>(out.size(), available);
+    hasRunDry_.store(count < out.size() && !isAll, std::memory_order_release);
     const std::span<const StereoFrame> all(frames_);
     const std::size_t offset = start % capacity;
     const std::size_t untilWrap = std::min<std::size_t>(count, capacity - offset);
@@ -41,6 +52,21 @@ std::size_t FrameRing::read(std::span<StereoFrame> out) {
     std::ranges::copy(all.first(count - untilWrap), out.data() + untilWrap);
     consumed_.store(start + count, std::memory_order_release);
     return count;
+}
+
+bool FrameRing::isAtEnd() const {
+    return end_.load(std::memory_order_acquire) == consumed();
+}
+
+void FrameRing::skipWritten() {
+    consumed_.store(written_.load(std::memory_order_acquire), std::memory_order_release);
+}
+
+bool FrameRing::canStart() const {
+    const std::uint64_t end = end_.load(std::memory_order_acquire);
+    const std::uint64_t frames = written_.load(std::memory_order_acquire);
+    const std::uint64_t discarded = discardedUpTo_.load(std::memory_order_acquire);
+    return frames == end || frames - std::max(consumed(), discarded) >= startFrames;
 }
 
 void FrameRing::skipDiscarded() {

@@ -1,0 +1,274 @@
+#include "Playback/Miniaudio/DecodeAhead.h"
+
+#include "Playback/AudioDecoder.h"
+#include "Playback/Output/FrameRing.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+namespace tamsy {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How long the interface thread waits for a file.
+constexpr auto patience = std::chrono::milliseconds(50);
+
+/// Threads that hang in a file system which never answers, and those at work.
+constexpr int maxWorkers = 16;
+std::atomic<int> workerCount = 0;
+
+/// Decoded at a time: a new request waits for no more, in frames.
+constexpr std::size_t blockFrames = 4096;
+
+struct Request {
+    std::uint64_t number = 0; // counts the seeks
+    double target = 0;        // seconds
+    double returnTo = 0;      // seconds, if the target can't be reached
+};
+
+} // namespace
+
+struct DecodeAhead::Shared {
+    FrameRing ring;
+    std::atomic<bool> isPending = true; // what is in the ring isn't what is wanted
+    std::atomic<double> length = 0;
+    std::atomic<double> endPosition = 0;
+    std::atomic<bool> hasRequest = false;
+
+    mutable std::mutex mutex; // guards what follows; never taken by the device's thread
+    mutable std::condition_variable changed;
+    Request request;
+    std::optional<ma_result> opened;
+    std::uint64_t soughtNumber = 0;
+    ma_result sought = MA_SUCCESS;
+    bool isAbandoned = false;
+    bool isAwake = false;
+
+    template <typename Change>
+    void change(Change change) {
+        const std::scoped_lock lock(mutex);
+        change();
+        changed.notify_all();
+    }
+
+    [[nodiscard]] std::optional<ma_result> soughtResult() const {
+        return soughtNumber == request.number ? std::optional(sought) : std::nullopt;
+    }
+};
+
+/// What runs on the file's thread.
+class DecodeAhead::Worker {
+  public:
+    explicit Worker(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
+    ~Worker() { --workerCount; }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    void run(const FileURL& url) {
+        if (!open(url))
+            return;
+        while (const std::optional<Request> request = waitForWork()) {
+            if (request->number != soughtNumber_)
+                seek(*request);
+            else
+                fill();
+        }
+    }
+
+  private:
+    bool open(const FileURL& url) {
+        const ma_result result = decoder_.open(url);
+        if (result == MA_SUCCESS) {
+            shared_->length = decoder_.length();
+            fillToStart();
+        }
+        shared_->change([&] {
+            shared_->opened = result;
+            if (result == MA_SUCCESS && shared_->request.number == 0)
+                shared_->isPending.store(false, std::memory_order_release);
+        });
+        return result == MA_SUCCESS;
+    }
+
+    void seek(const Request& request) {
+        soughtNumber_ = request.number;
+        shared_->hasRequest = false;
+        // Some decoders refuse a position after their end and some don't. With all of them at the
+        // end, a slider dragged to the far right ends the file.
+        const double length = shared_->length;
+        ma_result result =
+            decoder_.seek(length > 0 ? std::min(request.target, length) : request.target);
+        shared_->ring.discardUnread();
+        hasEnded_ = false;
+        if (result != MA_SUCCESS && decoder_.seek(request.returnTo) != MA_SUCCESS)
+            markEnd();
+        fillToStart();
+        shared_->change([&] {
+            shared_->soughtNumber = request.number;
+            shared_->sought = result;
+            if (shared_->request.number == request.number)
+                shared_->isPending.store(false, std::memory_order_release);
+        });
+    }
+
+    void fillToStart() {
+        isFilling_ = true;
+        while (!hasEnded_ && !shared_->hasRequest && !shared_->ring.canStart())
+            decodeBlock();
+    }
+
+    void fill() {
+        const std::uint64_t unread = shared_->ring.unread();
+        if (unread + blockFrames > FrameRing::fillTarget)
+            isFilling_ = false;
+        else if (unread <= FrameRing::refillLevel)
+            isFilling_ = true;
+        if (isFilling_ && !hasEnded_)
+            decodeBlock();
+    }
+
+    void decodeBlock() {
+        const auto count = static_cast<std::size_t>(decoder_.read(block_.data(), block_.size()));
+        for (std::span<const StereoFrame> rest(block_.data(), count); !rest.empty();) {
+            const std::size_t taken = shared_->ring.write(rest);
+            rest = rest.subspan(taken);
+            // Only a ring full of frames that a seek has dropped, with nobody to let go of them.
+            if (taken == 0)
+                return;
+        }
+        if (count == 0)
+            markEnd();
+    }
+
+    void markEnd() {
+        hasEnded_ = true;
+        shared_->endPosition = decoder_.place();
+        shared_->ring.markEnd();
+    }
+
+    /// Waits until there is something to do; nothing once nobody wants the file.
+    std::optional<Request> waitForWork() {
+        std::unique_lock lock(shared_->mutex);
+        const auto isWanted = [this] {
+            return shared_->isAbandoned || shared_->isAwake ||
+                   shared_->request.number != soughtNumber_;
+        };
+        if (isFilling_ && !hasEnded_) {
+            // No wait: there is room for more.
+        } else if (hasEnded_ || !isConsumed()) {
+            shared_->changed.wait(lock, isWanted);
+        } else {
+            shared_->changed.wait_for(lock, timeToRefill(), isWanted);
+        }
+        isAwake_ = std::exchange(shared_->isAwake, false);
+        return shared_->isAbandoned ? std::nullopt : std::optional(shared_->request);
+    }
+
+    /// Whether a device takes frames: it has since the last look, or is about to.
+    bool isConsumed() {
+        const std::uint64_t consumed = shared_->ring.consumed();
+        return std::exchange(lastConsumed_, consumed) != consumed || isAwake_;
+    }
+
+    [[nodiscard]] std::chrono::milliseconds timeToRefill() const {
+        const std::uint64_t unread = shared_->ring.unread();
+        const std::uint64_t spare = unread - std::min(unread, FrameRing::refillLevel);
+        return std::chrono::milliseconds(spare * 1000 / mediaSampleRate + 1);
+    }
+
+    const std::shared_ptr<Shared> shared_;
+    AudioDecoder decoder_;
+    std::array<StereoFrame, blockFrames> block_{};
+    std::uint64_t soughtNumber_ = 0;
+    std::uint64_t lastConsumed_ = 0;
+    bool isFilling_ = true;
+    bool isAwake_ = false;
+    bool hasEnded_ = false;
+};
+
+DecodeAhead::DecodeAhead(const FileURL& url) : shared_(std::make_shared<Shared>()) {
+    if (++workerCount > maxWorkers) {
+        --workerCount;
+        shared_->opened = MA_TOO_MANY_OPEN_FILES;
+        return;
+    }
+    auto worker = std::make_unique<Worker>(shared_); // counts itself out
+    try {
+        std::thread([worker = std::move(worker), url] { worker->run(url); }).detach();
+    } catch (const std::system_error&) {
+        shared_->opened = MA_OUT_OF_MEMORY;
+    }
+}
+
+DecodeAhead::~DecodeAhead() {
+    shared_->hasRequest = true;
+    shared_->change([this] { shared_->isAbandoned = true; });
+}
+
+std::optional<ma_result> DecodeAhead::opened() const {
+    const std::scoped_lock lock(shared_->mutex);
+    return shared_->opened;
+}
+
+std::optional<ma_result> DecodeAhead::waitUntilOpened() const {
+    std::unique_lock lock(shared_->mutex);
+    shared_->changed.wait_for(lock, patience, [this] { return shared_->opened.has_value(); });
+    return shared_->opened;
+}
+
+void DecodeAhead::seek(double seconds, double returnTo) {
+    shared_->isPending.store(true, std::memory_order_release);
+    shared_->hasRequest = true;
+    shared_->ring.skipWritten();
+    shared_->change([&] { shared_->request = {shared_->request.number + 1, seconds, returnTo}; });
+}
+
+std::optional<ma_result> DecodeAhead::sought() const {
+    const std::scoped_lock lock(shared_->mutex);
+    return shared_->soughtResult();
+}
+
+std::optional<ma_result> DecodeAhead::waitUntilSought() const {
+    std::unique_lock lock(shared_->mutex);
+    shared_->changed.wait_for(lock, patience,
+                              [this] { return shared_->soughtResult().has_value(); });
+    return shared_->soughtResult();
+}
+
+bool DecodeAhead::isWaiting() const {
+    return shared_->isPending.load(std::memory_order_acquire) ||
+           (shared_->ring.hasRunDry() && !shared_->ring.canStart());
+}
+
+void DecodeAhead::wake() {
+    shared_->change([this] { shared_->isAwake = true; });
+}
+
+double DecodeAhead::length() const {
+    return shared_->length;
+}
+
+void DecodeAhead::setLength(double seconds) {
+    shared_->length = seconds;
+}
+
+std::size_t DecodeAhead::read(std::span<StereoFrame> frames) noexcept {
+    return shared_->isPending.load(std::memory_order_acquire) ? 0 : shared_->ring.read(frames);
+}
+
+bool DecodeAhead::hasEnded() const noexcept {
+    return !shared_->isPending.load(std::memory_order_acquire) && shared_->ring.isAtEnd();
+}
+
+double DecodeAhead::endPosition() const noexcept {
+    return shared_->endPosition;
+}
+
+} // namespace tamsy
