@@ -158,6 +158,10 @@ ma_result AudioDecoder::seek(double seconds) {
 ma_result AudioDecoder::seekToFrame(std::uint64_t frame) {
     const auto restart = resampler_->restartFor(frame);
     const ReadBudget budget(seekingBudget_);
+    // A short read may have ended within a frame, which the decoder would take for whole.
+    if (isFlac_ && isCut_)
+        dropFlacFrame(decoder_);
+    isCut_ = false;
     restartConversion(restart.skippedOutput);
     const ma_result result = ma_decoder_seek_to_pcm_frame(&decoder_, restart.inputFrame);
     if (isFlac_ && result != MA_SUCCESS)
@@ -189,6 +193,7 @@ void AudioDecoder::convertMore() {
     // An error in the middle reads as the end.
     static_cast<void>(ma_decoder_read_pcm_frames(&decoder_, decoded_.data(), blockFrames, &count));
     hasEnded_ = count == 0;
+    isCut_ = count < blockFrames;
     const std::size_t samples = std::min<std::size_t>(count, blockFrames) * mix_->channels();
     const std::span<const float> decoded = std::span(decoded_).first(samples);
     converted_ = hasEnded_ ? resampler_->drain() : resampler_->process(mix_->mix(decoded));

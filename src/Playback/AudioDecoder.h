@@ -59,6 +59,7 @@ class AudioDecoder {
     std::span<const StereoFrame> converted_; // not yet read
     std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
     bool hasEnded_ = false;                  // nothing more is decoded
+    bool isCut_ = false;                     // the decoder gave less than it was asked for
     bool isOpen_ = false;
     bool isFlac_ = false;
     std::uint64_t nextFrame_ = 0; // of the output
