@@ -19,9 +19,9 @@ struct ItemRange {
 
 std::optional<ItemRange> findTag(ByteWindow& window) {
     constexpr std::uint64_t farthest = ApeFooter::size + id3v1Size;
+    // One read for both places and for the ID3v1 tag.
     if (window.size() > farthest)
-        (void)window.readUpTo(window.size() - farthest,
-                              farthest); // both places, and ID3v1's, at once
+        static_cast<void>(window.readUpTo(window.size() - farthest, farthest));
     for (const std::uint64_t behind : {std::uint64_t{0}, id3v1Size}) {
         if (window.size() < behind + ApeFooter::size)
             continue;

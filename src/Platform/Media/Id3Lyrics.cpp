@@ -1,6 +1,6 @@
 #include "Platform/Media/Id3Lyrics.h"
 
-#include "Platform/Media/LegacyText.h"
+#include "Formats/LegacyText.h"
 #include "Platform/Media/TagText.h"
 #include "Utils/ByteCursor.h"
 

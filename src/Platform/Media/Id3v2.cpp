@@ -119,7 +119,7 @@ class FrameWalk {
         constexpr std::uint64_t farthest = 4096;
         const std::uint64_t last = std::min(end, position + farthest);
         for (++position; position < last; ++position) {
-            const auto frame = readFrameAt(position, end);
+            auto frame = readFrameAt(position, end);
             const bool isPlain = frame && frame->size > 0 && !frame->isCompressed &&
                                  !frame->isEncrypted && !frame->isGrouped;
             if (isPlain && (isText(*frame) || leadsOn(frame->offset + frame->size, end)))

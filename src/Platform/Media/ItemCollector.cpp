@@ -1,6 +1,6 @@
 #include "Platform/Media/ItemCollector.h"
 
-#include "Platform/Media/LegacyText.h"
+#include "Formats/LegacyText.h"
 #include "Utils/TextTrimming.h"
 
 #include <algorithm>
@@ -121,7 +121,9 @@ void ItemCollector::decodeUndecided() {
     for (Found& found : found_) {
         if (found.undecided.isEmpty())
             continue;
-        const bool isJudged = found.item.commonKey || common == LegacyEncoding::Chinese;
+        // Words of Western languages mix with any other's, but hardly two of the others.
+        const bool isJudged = found.item.commonKey || (common != LegacyEncoding::Utf8 &&
+                                                       common != LegacyEncoding::Windows1252);
         const LegacyEncoding encoding = isJudged ? common : judgeLegacyEncoding({found.undecided});
         found.item.text = joinedValues(decodeLegacyText(found.undecided, encoding));
     }

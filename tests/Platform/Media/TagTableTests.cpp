@@ -1,4 +1,5 @@
 #include "Platform/Media/MediaAsset.h"
+#include "Platform/Media/TagText.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -124,6 +125,14 @@ TEST(Tags, AreWhatOtherReadersFindWhereTheyAreRight) {
             unlike |= recorded.at({row.file, other}) == ours ? 0 : other;
         EXPECT_EQ(unlike, row.unlike) << row.file;
     }
+}
+
+TEST(Tags, Utf16WithoutAMarkTakesTheLikelierOrder) {
+    EXPECT_EQ(media::decodeUtf16(QByteArray("\x1C\x59\xF2\x66", 4)), u"夜曲");
+    EXPECT_EQ(media::decodeUtf16(QByteArray("\x59\x1C\x66\xF2", 4)), u"夜曲");
+    EXPECT_EQ(media::decodeUtf16(QByteArray("\0A\0b", 4)), u"Ab");
+    EXPECT_EQ(media::decodeUtf16(QByteArray("A\0b\0!", 5)), u"Ab");
+    EXPECT_EQ(media::decodeUtf16(QByteArray("\xFE\xFF\0A", 4)), u"A");
 }
 
 } // namespace
