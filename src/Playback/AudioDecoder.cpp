@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 
 namespace tamsy {
 namespace {
@@ -69,7 +70,8 @@ AudioDecoder::~AudioDecoder() {
 
 ma_result AudioDecoder::open(const FileURL& url) {
     const QByteArray path = url.path();
-    const AudioFile file(path);
+    file_ = std::make_unique<AudioFile>(path);
+    const AudioFile& file = *file_;
     if (file.error() != 0)
         return resultOf(file.error());
     seekingBudget_ = seekingBudget;
@@ -78,11 +80,9 @@ ma_result AudioDecoder::open(const FileURL& url) {
         if (std::find(encodings.begin(), encoding, *encoding) != encoding)
             continue;
         if (*encoding == ma_encoding_format_mp3) {
-            const auto scan = scanMpegAudio(file);
-            if (!scan || openAs(*encoding, path) != MA_SUCCESS)
+            if (!startScan() || openAs(*encoding, path) != MA_SUCCESS)
                 continue;
-            bindMpegSeekTable(decoder_, *scan);
-            scannedLength_ = untoldMpegLength(decoder_, *scan);
+            takeScan();
             return MA_SUCCESS;
         }
         std::int64_t headers = 0;
@@ -104,6 +104,53 @@ ma_result AudioDecoder::open(const FileURL& url) {
         return MA_SUCCESS;
     }
     return MA_NO_BACKEND;
+}
+
+/// Walks through an MPEG file, as far as that takes no time to speak of. Of a file that is slow to
+/// read, samples have to do: the walk is finished later.
+bool AudioDecoder::startScan() {
+    using State = MpegAudioScanner::State;
+    constexpr auto patience = std::chrono::milliseconds(20);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    scanner_ = std::make_unique<MpegAudioScanner>(*file_);
+    while (scanner_->advance() == State::Walking && std::chrono::steady_clock::now() < deadline) {
+    }
+    if (scanner_->state() == State::Walking && !scanner_->hasMusicAhead()) {
+        while (scanner_->advance() == State::Walking) {
+        }
+    }
+    if (scanner_->state() == State::Refused)
+        scanner_.reset();
+    return scanner_ != nullptr;
+}
+
+/// Hands what the scan has found by now to the decoder.
+void AudioDecoder::takeScan() {
+    const MpegAudioScan& scan = scanner_->scan();
+    if (boundPoints_ != scan.points.size() || boundPoints_ == 0)
+        bindMpegSeekTable(decoder_, scan);
+    boundPoints_ = scan.points.size();
+    scannedLength_ = untoldMpegLength(decoder_, scanner_->expectedPcmFrames());
+}
+
+bool AudioDecoder::isUnscanned(double seconds) const {
+    if (!scanner_ || scanner_->state() != MpegAudioScanner::State::Walking)
+        return false;
+    const auto frames = static_cast<double>(scanner_->scan().pcmFrames);
+    return frames <= seconds * static_cast<double>(decoder_.outputSampleRate);
+}
+
+bool AudioDecoder::scanMore() {
+    if (!scanner_)
+        return false;
+    // A file that turns out to be no music after all plays as far as its music goes.
+    const bool goesOn = scanner_->advance() == MpegAudioScanner::State::Walking;
+    if (!goesOn) {
+        takeScan();
+        scanner_.reset();
+        file_.reset();
+    }
+    return goesOn;
 }
 
 ma_result AudioDecoder::openAs(ma_encoding_format encoding, const QByteArray& path) {
@@ -147,6 +194,8 @@ ma_result AudioDecoder::seek(double seconds) {
     constexpr double largest = 1'099'511'627'776.0; // in frames: 265 days
     const auto target = static_cast<std::uint64_t>(std::min(seconds * sampleRate, largest));
     const bool wasLost = isLost_;
+    if (scanner_)
+        takeScan();
     const ma_result result = seekToFrame(target);
     if (result == MA_SUCCESS)
         nextFrame_ = target;

@@ -4,9 +4,13 @@
 #include "Platform/Resampling/Resampler.h"
 #include "Utils/FileURL.h"
 
+#include "Playback/AudioFile.h"
+#include "Playback/MpegAudioScan.h"
+
 #include <miniaudio.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
@@ -33,6 +37,13 @@ class AudioDecoder {
     /// In seconds; 0 when it can't be told. May read the whole file: ask once.
     [[nodiscard]] double length();
 
+    /// Whether opening left work for later, and what is known by now doesn't reach `seconds`.
+    [[nodiscard]] bool isUnscanned(double seconds) const;
+
+    /// Does a piece of what opening left for later; false once nothing is left. Each piece may
+    /// correct the length.
+    bool scanMore();
+
     /// Moves to a place in seconds, not below 0, truncated to a frame. What `read` gives then
     /// equals what it would have given there without the seek. After a failure `read` goes on where
     /// it was, or gives nothing more.
@@ -46,6 +57,8 @@ class AudioDecoder {
     [[nodiscard]] double place();
 
   private:
+    [[nodiscard]] bool startScan();
+    void takeScan();
     ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
     ma_result seekToFrame(std::uint64_t frame);
     [[nodiscard]] bool startConversion();
@@ -65,6 +78,9 @@ class AudioDecoder {
     std::uint64_t nextFrame_ = 0; // of the output
     bool isLost_ = false;         // nothing more is found from here on
     std::int64_t seekingBudget_ = 0;
+    std::unique_ptr<AudioFile> file_; // read by the scanner, which goes first
+    std::unique_ptr<MpegAudioScanner> scanner_;
+    std::size_t boundPoints_ = 0;         // of the scan, that the decoder knows
     std::optional<double> scannedLength_; // in seconds, where it was found on the way
 };
 

@@ -27,6 +27,11 @@ AudioFile::~AudioFile() {
         ::close(descriptor_);
 }
 
+void AudioFile::expectRandomReads(bool isRandom) const {
+    static_cast<void>(
+        ::posix_fadvise(descriptor_, 0, 0, isRandom ? POSIX_FADV_RANDOM : POSIX_FADV_NORMAL));
+}
+
 std::span<const std::byte> AudioFile::read(std::uint64_t offset,
                                            std::span<std::byte> target) const {
     std::size_t filled = 0;

@@ -29,6 +29,10 @@ class AudioFile {
     [[nodiscard]] std::span<const std::byte> read(std::uint64_t offset,
                                                   std::span<std::byte> target) const;
 
+    /// Tells the system whether reads jump about: it then fetches nothing beyond them. At first it
+    /// takes them for sequential.
+    void expectRandomReads(bool isRandom) const;
+
   private:
     int descriptor_ = -1;
     int error_ = 0;

@@ -15,10 +15,10 @@ namespace tamsy {
 /// opened as MPEG audio. Without memory for it the decoder goes on as it was.
 void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
 
-/// What the scan says about the length, in seconds, if the file's header says nothing; the decoder
-/// would walk through the file for it. `decoder` must have been opened as MPEG audio.
+/// The length of so many frames in seconds, if the file's header says nothing; the decoder would
+/// walk through the file for it. `decoder` must have been opened as MPEG audio.
 [[nodiscard]] std::optional<double> untoldMpegLength(const ma_decoder& decoder,
-                                                     const MpegAudioScan& scan);
+                                                     std::uint64_t pcmFrames);
 
 /// Tells an open FLAC decoder its length in frames if the file's header doesn't: it takes 0 for the
 /// end otherwise, and every seek for one to the start. `decoder` must have been opened as FLAC.

@@ -44,15 +44,16 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
             table[count++] = {point.byte, point.pcmFrame - dropped, 0, 0};
     }
     ma_dr_mp3_bind_seek_table(&mpeg, count, table);
+    ma_free(backend.pSeekPoints, nullptr); // of a scan that didn't reach as far
     backend.pSeekPoints = table;
     backend.seekPointCount = count;
 }
 
-std::optional<double> untoldMpegLength(const ma_decoder& decoder, const MpegAudioScan& scan) {
+std::optional<double> untoldMpegLength(const ma_decoder& decoder, std::uint64_t pcmFrames) {
     const auto& mpeg = static_cast<const ma_mp3*>(decoder.pBackend)->dr;
     if (mpeg.totalPCMFrameCount != MA_UINT64_MAX || mpeg.sampleRate == 0)
         return std::nullopt;
-    return static_cast<double>(scan.pcmFrames) / mpeg.sampleRate;
+    return static_cast<double>(pcmFrames) / mpeg.sampleRate;
 }
 
 void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {

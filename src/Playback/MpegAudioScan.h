@@ -3,7 +3,7 @@
 #include "Playback/AudioFile.h"
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace tamsy {
@@ -22,8 +22,7 @@ struct MpegAudioScan {
     std::uint64_t pcmFrames = 0; // what all frames together come to
 };
 
-/// Walks the file from frame to frame, by their headers alone; nothing if it isn't MPEG audio
-/// through and through.
+/// Walks a file from frame to frame, by their headers alone, a piece at a time.
 ///
 /// The decoder takes anything for MPEG audio and looks for frames until the file's end, so a file
 /// of zeros or a renamed film would hold up its caller for as long as reading it takes. Here a
@@ -33,6 +32,36 @@ struct MpegAudioScan {
 /// A frame borrows data from those before it, so decoding that begins at a frame is silent until
 /// enough has gone by, up to a fifth of a second. The points say what comes out first, which makes
 /// seeks exact.
-[[nodiscard]] std::optional<MpegAudioScan> scanMpegAudio(const AudioFile& file);
+class MpegAudioScanner {
+  public:
+    enum class State {
+        Walking,
+        Done,
+        Refused, // no MPEG audio, or not through and through
+    };
+
+    /// `file` must outlive this.
+    explicit MpegAudioScanner(const AudioFile& file);
+    ~MpegAudioScanner();
+
+    /// Walks as far as one read of the file goes, 64 KB.
+    State advance();
+
+    [[nodiscard]] State state() const;
+
+    /// Whether samples of the part not yet walked are MPEG audio, too: good enough to play a file
+    /// whose walk would take long. Costs a few small reads.
+    [[nodiscard]] bool hasMusicAhead();
+
+    /// The frames walked so far.
+    [[nodiscard]] const MpegAudioScan& scan() const;
+
+    /// What all frames come to, judged by those walked so far.
+    [[nodiscard]] std::uint64_t expectedPcmFrames() const;
+
+  private:
+    class Walk;
+    std::unique_ptr<Walk> walk_;
+};
 
 } // namespace tamsy

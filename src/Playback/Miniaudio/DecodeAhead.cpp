@@ -11,6 +11,7 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace tamsy {
 namespace {
@@ -78,7 +79,7 @@ class DecodeAhead::Worker {
             if (request->number != soughtNumber_)
                 seek(*request);
             else
-                fill();
+                work();
         }
     }
 
@@ -87,6 +88,7 @@ class DecodeAhead::Worker {
         const ma_result result = decoder_.open(url);
         if (result == MA_SUCCESS) {
             shared_->length = decoder_.length();
+            isScanning_ = decoder_.isUnscanned(shared_->length);
             fillToStart();
         }
         shared_->change([&] {
@@ -102,6 +104,8 @@ class DecodeAhead::Worker {
         shared_->hasRequest = false;
         // Some decoders refuse a position after their end and some don't. With all of them at the
         // end, a slider dragged to the far right ends the file.
+        while (decoder_.isUnscanned(request.target) && !shared_->hasRequest)
+            isScanning_ = decoder_.scanMore();
         const double length = shared_->length;
         ma_result result =
             decoder_.seek(length > 0 ? std::min(request.target, length) : request.target);
@@ -134,6 +138,16 @@ class DecodeAhead::Worker {
             decodeBlock();
     }
 
+    /// Music comes first; what opening left for later is done while there is enough of it.
+    void work() {
+        fill();
+        if (!isScanning_ || (isFilling_ && !hasEnded_))
+            return;
+        isScanning_ = decoder_.scanMore();
+        if (!hasEnded_)
+            shared_->length = decoder_.length();
+    }
+
     void decodeBlock() {
         const auto count = static_cast<std::size_t>(decoder_.read(block_.data(), block_.size()));
         for (std::span<const StereoFrame> rest(block_.data(), count); !rest.empty();) {
@@ -160,7 +174,7 @@ class DecodeAhead::Worker {
             return shared_->isAbandoned || shared_->isAwake ||
                    shared_->request.number != soughtNumber_;
         };
-        if (isFilling_ && !hasEnded_) {
+        if ((isFilling_ && !hasEnded_) || isScanning_) {
             // No wait: there is room for more.
         } else if (hasEnded_ || !isConsumed()) {
             shared_->changed.wait(lock, isWanted);
@@ -189,6 +203,7 @@ class DecodeAhead::Worker {
     std::uint64_t soughtNumber_ = 0;
     std::uint64_t lastConsumed_ = 0;
     bool isFilling_ = true;
+    bool isScanning_ = false;
     bool isAwake_ = false;
     bool hasEnded_ = false;
 };
