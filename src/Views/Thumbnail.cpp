@@ -1,5 +1,7 @@
 #include "Views/Thumbnail.h"
 
+#include <QHash>
+#include <QList>
 #include <QPointer>
 
 #include <utility>
@@ -8,6 +10,15 @@ namespace tamsy {
 namespace {
 
 constexpr auto variant = ArtworkLoader::Variant::thumb64;
+
+/// The rows that wait for each cover. While a list changes, the old row and the new one of a track
+/// wait at the same time, but the loader keeps one request a cover: its answer is for both, and
+/// only the last row to leave cancels it.
+using WaitingRows = QHash<FileURL, QList<QPointer<Thumbnail>>>;
+WaitingRows& waitingRows() {
+    static WaitingRows rows;
+    return rows;
+}
 
 } // namespace
 
@@ -39,20 +50,29 @@ void Thumbnail::setIsShown(bool isShown) {
 void Thumbnail::appear() {
     if (!isShown_ || url_.isEmpty() || hasImage())
         return;
-    taskKey_ = ArtworkLoader::shared().load(
-        url_, variant, [thumbnail = QPointer(this), url = url_](const QImage& image) {
-            if (thumbnail.isNull() || !(thumbnail->url_ == url))
-                return; // the row shows another track by now
-            thumbnail->taskKey_.clear();
-            thumbnail->setImage(image);
-        });
+    waitingRows()[url_].append(this);
+    taskKey_ = ArtworkLoader::shared().load(url_, variant, [url = url_](const QImage& image) {
+        const auto rows = waitingRows().take(url);
+        for (const QPointer<Thumbnail>& row : rows) {
+            if (row.isNull())
+                continue;
+            row->taskKey_.clear();
+            row->setImage(image);
+        }
+    });
     if (hasImage())
         taskKey_.clear(); // it was answered within the call
 }
 
 void Thumbnail::disappear() {
-    if (!std::exchange(taskKey_, {}).isEmpty())
-        ArtworkLoader::shared().cancel(url_, variant);
+    if (std::exchange(taskKey_, {}).isEmpty())
+        return;
+    const auto rows = waitingRows().find(url_);
+    rows->removeOne(this);
+    if (!rows->isEmpty())
+        return;
+    waitingRows().erase(rows);
+    ArtworkLoader::shared().cancel(url_, variant);
 }
 
 void Thumbnail::setImage(const QImage& image) {
