@@ -38,12 +38,13 @@ MenuBar {
             verticalAlignment: Text.AlignVCenter
         }
         background: Item {
-            Rectangle {
+            HoverFill {
                 anchors.verticalCenter: parent.verticalCenter
                 width: parent.width
                 height: 24
                 radius: Theme.smallRadius
-                color: title.highlighted || title.hovered ? Theme.colors.sidebarHover : "transparent"
+                color: Theme.colors.sidebarHover
+                shown: title.highlighted || title.hovered
             }
         }
     }

@@ -14,13 +14,10 @@ AppButton {
     implicitHeight: 32
     Accessible.name: help
 
-    background: Rectangle {
+    background: HoverFill {
         radius: Theme.radius
         color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
-        opacity: button.hovered || button.down ? 1 : 0
-        Behavior on opacity {
-            NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
-        }
+        shown: button.hovered || button.down
     }
     contentItem: Item {
         Icon {

@@ -35,9 +35,15 @@ Item {
         anchors.leftMargin: 8
         anchors.rightMargin: 8
         radius: Theme.smallRadius
-        color: row.selected ? row.hasListFocus ? Theme.colors.selectedActive : Theme.colors.selectedInactive
-                            : mouse.containsMouse || menu.opened ? Theme.colors.sidebarHover : "transparent"
+        color: !row.selected ? "transparent" : row.hasListFocus ? Theme.colors.selectedActive : Theme.colors.selectedInactive
 
+        HoverFill {
+            anchors.fill: parent
+            visible: !row.selected
+            radius: Theme.smallRadius
+            color: Theme.colors.sidebarHover
+            shown: pointer.hovered || menu.opened
+        }
         Text {
             id: name
 
@@ -56,21 +62,23 @@ Item {
             parentRadius: Theme.smallRadius
         }
     }
-    MouseArea {
-        id: mouse
+    RowPointer {
+        id: pointer
 
         anchors.fill: fill
-        hoverEnabled: true
         acceptedButtons: Qt.LeftButton | Qt.RightButton
+        onChosen: row.selectRequested()
         onPressed: mouse => {
-            if (mouse.button === Qt.LeftButton)
-                row.selectRequested();
-            else
+            if (mouse.button === Qt.RightButton)
+                menu.popup();
+        }
+        onPressAndHold: {
+            if (isFinger)
                 menu.popup();
         }
     }
     ElisionTip {
-        label: mouse.containsMouse && !menu.opened ? name : null
+        label: pointer.hovered && !menu.opened ? name : null
     }
     AppMenu {
         id: menu

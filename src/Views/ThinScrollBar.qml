@@ -7,6 +7,7 @@ ScrollBar {
     id: bar
 
     property ThemeColors colors: Theme.colors
+    readonly property bool wide: hovered || pressed
 
     implicitWidth: 12
     padding: 2
@@ -21,11 +22,17 @@ ScrollBar {
 
         Rectangle {
             anchors.right: parent.right
-            width: bar.hovered || bar.pressed ? 8 : 4
+            width: bar.wide ? 8 : 4
             height: parent.height
             radius: 2
             color: bar.colors.scroll
-            opacity: bar.hovered || bar.pressed ? 0.45 : 0.28
+            opacity: bar.wide ? 0.45 : 0.28
+            Behavior on width {
+                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+            }
+            Behavior on opacity {
+                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+            }
         }
         states: State {
             when: bar.active && bar.size < 1

@@ -14,7 +14,7 @@ AppButton {
     Accessible.name: title
 
     background: Item {
-        Rectangle {
+        HoverFill {
             id: area
 
             x: -8
@@ -22,10 +22,7 @@ AppButton {
             height: button.height
             radius: Theme.smallRadius
             color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
-            opacity: button.title !== "" && (button.hovered || button.down) ? 1 : 0
-            Behavior on opacity {
-                NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
-            }
+            shown: button.title !== "" && (button.hovered || button.down)
         }
         FocusRing {
             anchors.fill: area

@@ -12,6 +12,11 @@ Item {
     property string selection: ""
     /// Room at the bottom that something lies over.
     property int bottomInset: 72
+    /// Leaves the title 200 points, with the other columns at their least widths.
+    readonly property int minimumWidth: tableColumns.minimumContentWidth + margins
+    /// The same with the other columns at their ideal widths.
+    readonly property int idealWidth: tableColumns.idealContentWidth + margins
+    readonly property int margins: 32
 
     // Only the user's moves write the selection, so filtering never plays anything.
     onSelectionChanged: {
@@ -36,7 +41,7 @@ Item {
     // qmllint enable
     TrackColumns {
         id: tableColumns
-        contentWidth: view.width - 32
+        contentWidth: view.width - view.margins
     }
     EmptyState {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -56,7 +61,7 @@ Item {
         id: list
 
         property bool usedByKeyboard: false
-        property bool wasSelectedBeforePress: false
+        property bool wasSelectedBefore: false
 
         anchors.fill: parent
         anchors.topMargin: header.height
@@ -132,15 +137,15 @@ Item {
             selected: trackId === view.selection
             hasListFocus: list.activeFocus
             showsKeyboardFocus: list.activeFocus && list.usedByKeyboard
-            onPressed: {
+            onChosen: {
                 list.forceActiveFocus();
                 list.usedByKeyboard = false;
-                list.wasSelectedBeforePress = selected;
+                list.wasSelectedBefore = selected;
                 view.selection = trackId;
             }
-            // The press has selected the row; only a second click on its title restarts it.
+            // Choosing it has selected the row; only a second click on its title restarts it.
             onClicked: onTitle => {
-                if (onTitle && list.wasSelectedBeforePress)
+                if (onTitle && list.wasSelectedBefore)
                     view.player.play(tracks.urlOf(trackId));
             }
         }

@@ -22,8 +22,9 @@ Item {
     readonly property bool current: address === player.currentAddress
     readonly property bool vivid: selected && hasListFocus
 
-    /// The row was pressed; `onTitle` tells whether in the first column.
-    signal pressed(bool onTitle)
+    /// The row was chosen; `onTitle` tells whether in the first column.
+    signal chosen(bool onTitle)
+    /// The same pointer was lifted there; comes after `chosen`.
     signal clicked(bool onTitle)
 
     height: 36
@@ -34,7 +35,7 @@ Item {
     Accessible.selectable: true
     Accessible.selected: selected
     Accessible.onPressAction: {
-        pressed(true);
+        chosen(true);
         clicked(true);
     }
 
@@ -60,8 +61,15 @@ Item {
         anchors.rightMargin: 8
         radius: Theme.smallRadius
         color: row.vivid ? Theme.colors.selectedActive : row.selected ? Theme.colors.selectedInactive
-             : mouse.containsMouse ? Theme.colors.hover : row.index % 2 === 1 ? Theme.colors.alternate : "transparent"
+             : row.index % 2 === 1 ? Theme.colors.alternate : "transparent"
 
+        HoverFill {
+            anchors.fill: parent
+            visible: !row.selected
+            radius: Theme.smallRadius
+            color: Theme.colors.hover
+            shown: pointer.hovered
+        }
         FocusRing {
             shown: row.selected && row.showsKeyboardFocus
             parentRadius: Theme.smallRadius
@@ -111,22 +119,20 @@ Item {
             text: row.duration
         }
     }
-    MouseArea {
-        id: mouse
+    RowPointer {
+        id: pointer
 
         function isOnTitle(x: real): bool {
             return x < content.x - fill.anchors.leftMargin + row.columns.titleWidth;
         }
 
-        readonly property Text label: [titleCell, artistCell, albumCell].find(cell => containsMouse && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
+        readonly property Text label: [titleCell, artistCell, albumCell].find(cell => hovered && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
 
         anchors.fill: fill
-        hoverEnabled: true
-        preventStealing: true
-        onPressed: mouse => row.pressed(isOnTitle(mouse.x))
+        onChosen: x => row.chosen(isOnTitle(x))
         onClicked: mouse => row.clicked(isOnTitle(mouse.x))
     }
     ElisionTip {
-        label: mouse.label
+        label: pointer.label
     }
 }

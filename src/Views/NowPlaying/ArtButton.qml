@@ -25,7 +25,7 @@ AppButton {
     Accessible.checked: checked
 
     background: Item {
-        Rectangle {
+        HoverFill {
             id: area
 
             x: -button.grow
@@ -34,10 +34,7 @@ AppButton {
             height: button.height + 2 * button.grow
             radius: Theme.radius
             color: button.down ? Qt.rgba(1, 1, 1, 0.2) : Qt.rgba(1, 1, 1, 0.12)
-            opacity: button.hovered || button.down ? 1 : 0
-            Behavior on opacity {
-                NumberAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
-            }
+            shown: button.hovered || button.down
         }
         FocusRing {
             anchors.fill: area
@@ -52,17 +49,14 @@ AppButton {
             size: button.iconSize
             color: button.armed ? Theme.accentOnArt : button.ink
         }
-        Rectangle {
+        HoverFill {
             anchors.horizontalCenter: parent.horizontalCenter
             y: (parent.height + button.iconSize) / 2 + 4
             width: 4
             height: 4
             radius: 2
             color: Theme.accentOnArt
-            opacity: button.armed ? 1 : 0
-            Behavior on opacity {
-                NumberAnimation { duration: button.armed ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
-            }
+            shown: button.armed
         }
     }
 }

@@ -27,8 +27,14 @@ Item {
         anchors.leftMargin: 8
         anchors.rightMargin: 8
         radius: Theme.smallRadius
-        color: mouse.containsMouse ? Theme.onArt.hover : row.index % 2 === 1 ? Theme.onArt.alternate : "transparent"
+        color: row.index % 2 === 1 ? Theme.onArt.alternate : "transparent"
 
+        HoverFill {
+            anchors.fill: parent
+            radius: Theme.smallRadius
+            color: Theme.onArt.hover
+            shown: pointer.hovered
+        }
         Icon {
             x: 8
             anchors.verticalCenter: parent.verticalCenter
@@ -93,17 +99,16 @@ Item {
             ink: Theme.onArt.focus
         }
     }
-    MouseArea {
-        id: mouse
+    RowPointer {
+        id: pointer
 
-        readonly property Text label: [titleText, artistText].find(cell => containsMouse && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
+        readonly property Text label: [titleText, artistText].find(cell => hovered && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
 
         anchors.fill: parent
-        hoverEnabled: true
         onClicked: row.picked()
     }
     ElisionTip {
-        label: mouse.label
+        label: pointer.label
         colors: Theme.onArt
     }
 }

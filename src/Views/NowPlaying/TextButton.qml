@@ -14,6 +14,10 @@ AppButton {
         radius: Theme.radius
         color: button.down ? Theme.onArt.buttonPressed : button.hovered ? Theme.onArt.buttonHover : Theme.onArt.button
         border.color: Theme.onArt.buttonBorder
+        Behavior on color {
+            enabled: !button.down
+            ColorAnimation { duration: button.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+        }
     }
     contentItem: Text {
         id: label
