@@ -10,6 +10,10 @@ Item {
     required property LibraryViewModel library
     required property PlayerViewModel player
 
+    /// Of the sidebar, in points, as the user has set it; 0 until then.
+    property int sidebarWidth: 0
+    readonly property int minimumWidth: 220 + trackList.minimumWidth
+
     Component.onCompleted: player.attachLibrary(library)
 
     function focusSearch() {
@@ -26,27 +30,36 @@ Item {
         anchors.fill: parent
 
         SplitView {
+            id: split
+
             anchors.fill: parent
             Accessible.ignored: true
+            onResizingChanged: {
+                if (!resizing)
+                    content.sidebarWidth = sidebar.width;
+            }
             handle: Item {
                 implicitWidth: 0
                 containmentMask: Item {
                     x: -3
                     width: 7
-                    height: parent?.height ?? 0
+                    height: split.height
                 }
             }
 
             SidebarView {
-                SplitView.preferredWidth: 260
+                id: sidebar
+
+                SplitView.preferredWidth: content.sidebarWidth > 0 ? content.sidebarWidth : 260
                 SplitView.minimumWidth: 220
-                SplitView.maximumWidth: content.width - 420
+                // Left to itself it gives way before the columns of the table do.
+                SplitView.maximumWidth: Math.max(220, content.width - (content.sidebarWidth > 0 || split.resizing ? trackList.minimumWidth : trackList.idealWidth))
                 library: content.library
                 bottomInset: bar.height
             }
             Rectangle {
                 SplitView.fillWidth: true
-                SplitView.minimumWidth: 420
+                SplitView.minimumWidth: trackList.minimumWidth
                 color: Theme.colors.table
 
                 Row {

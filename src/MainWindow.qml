@@ -13,9 +13,11 @@ ApplicationWindow {
     required property LyricsFontSize lyricsFontSize
     required property FolderPanelController folderPanel
 
+    property alias sidebarWidth: content.sidebarWidth
+
     width: 1100
     height: 720
-    minimumWidth: 720
+    minimumWidth: content.minimumWidth
     minimumHeight: 400
     title: "Tamsy Music"
     onClosing: Qt.quit()

@@ -10,9 +10,10 @@ QtObject {
     readonly property int gap: 12
     readonly property int durationWidth: 60
     readonly property int leastTitleWidth: 200
-    readonly property real room: contentWidth - durationWidth - 3 * gap - leastTitleWidth
+    readonly property int minimumContentWidth: leastTitleWidth + 100 + 120 + durationWidth + 3 * gap
+    readonly property int idealContentWidth: minimumContentWidth + 60 + 80
     /// From 0, the least widths, to 1, the ideal ones.
-    readonly property real share: Math.max(0, Math.min(1, (room - 220) / 140))
+    readonly property real share: Math.max(0, Math.min(1, (contentWidth - minimumContentWidth) / (idealContentWidth - minimumContentWidth)))
     readonly property real artistWidth: Math.round(100 + 60 * share)
     readonly property real albumWidth: Math.round(120 + 80 * share)
 
