@@ -14,6 +14,7 @@ Loader {
         x: 0
         text: tip.label?.text ?? ""
         colors: tip.colors
-        visible: true
+        // Only a tip that is complete knows how long it waits.
+        Component.onCompleted: open()
     }
 }

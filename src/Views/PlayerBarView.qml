@@ -69,6 +69,8 @@ Item {
 
         // A drag belongs to the track that it began on: the next one isn't sought by the same gesture.
         property string draggedAddress: ""
+        // Playback moves the handle on from under a pointer that rests; lifting it there is no wish.
+        property real soughtPosition: -1
 
         x: 12
         y: 46
@@ -76,10 +78,15 @@ Item {
         to: bar.player.duration > 0 ? bar.player.duration : 1
         value: bar.player.currentTime
         Accessible.name: AccessibleNames.position
-        onPressedChanged: draggedAddress = pressed ? bar.player.currentAddress : ""
+        onPressedChanged: {
+            draggedAddress = pressed ? bar.player.currentAddress : "";
+            soughtPosition = -1;
+        }
         onMoved: {
-            if (!pressed || draggedAddress === bar.player.currentAddress)
-                bar.player.seek(value);
+            if (pressed && (draggedAddress !== bar.player.currentAddress || soughtPosition === position))
+                return;
+            soughtPosition = position;
+            bar.player.seek(value);
         }
     }
 }

@@ -5,8 +5,11 @@
 #include "Views/AccessibleWalk.h"
 #include "Views/CoverProvider.h"
 #include "Views/FolderPanelController.h"
+#include "Views/Thumbnail.h"
 
+#include <QElapsedTimer>
 #include <QMimeData>
+#include <QPointingDevice>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
@@ -87,6 +90,30 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
                              [](const std::string& call) { return call.starts_with("load"); });
     }
 
+    /// The rows of the table that are on screen.
+    [[nodiscard]] QList<QQuickItem*> shownRows() const {
+        QList<QQuickItem*> rows;
+        collect(window->contentItem(), rows,
+                [](const QQuickItem* item) { return item->property("trackId").isValid(); });
+        return rows;
+    }
+    [[nodiscard]] qsizetype coversMissing() const {
+        const auto rows = shownRows();
+        return std::ranges::count_if(rows, [](QQuickItem* row) {
+            const auto* cover = row->findChild<Thumbnail*>();
+            return cover == nullptr || !cover->hasImage();
+        });
+    }
+    template <typename Predicate>
+    static void collect(const QQuickItem* item, QList<QQuickItem*>& found, Predicate isWanted) {
+        const auto children = item->childItems();
+        for (QQuickItem* child : children) {
+            if (child->isVisible() && isWanted(child))
+                found.append(child);
+            collect(child, found, isWanted);
+        }
+    }
+
     FakeEngine* fake = new FakeEngine; // the player owns it
     PlayerViewModel player{std::unique_ptr<AudioPlaybackEngine>(fake)};
     LyricsFontSize lyricsFontSize{defaults};
@@ -149,6 +176,101 @@ TEST_F(MainWindowTest, SearchFiltersAtEachKeyAndNeverPlays) {
     EXPECT_THAT(fake->calls, IsEmpty()); // the space went into the field
 }
 
+TEST_F(MainWindowTest, CoversComeThoughTheListChangesWhileTheyLoad) {
+    QStringList names;
+    for (int i = 0; i < 40; ++i)
+        names.append(QString::number(i));
+    add(QStringLiteral("b"), names);
+    // No operation can end before the event loop runs, so every row but three still waits.
+    library->setSelectedFolderId(library->folders().constLast().id);
+    library->setSearchText(QStringLiteral("1"));
+    library->setSearchText({});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return coversMissing() == 0; })) << coversMissing();
+    EXPECT_GT(shownRows().size(), 10);
+}
+
+TEST_F(MainWindowTest, AFingerScrollsAndATapPlays) {
+    QPointingDevice* screen = QTest::createTouchDevice();
+    const QString name = QStringLiteral("歌 08   0:01");
+    const double top = itemNamed(accessible(window), name)->mapToScene({}).y();
+    QTest::touchEvent(window, screen).press(0, row(8));
+    for (int step = 1; step <= 10; ++step) {
+        QTest::touchEvent(window, screen).move(0, row(8) - QPoint(0, 15 * step));
+        QTest::qWait(10);
+    }
+    QTest::touchEvent(window, screen).release(0, row(8) - QPoint(0, 150));
+    QTest::qWait(10);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        const QQuickItem* dragged = itemNamed(accessible(window), name);
+        return dragged == nullptr || dragged->mapToScene({}).y() < top - 100;
+    }));
+    EXPECT_EQ(playing(), -1);
+    QTest::qWait(500); // a flick ends
+    QTest::touchEvent(window, screen).press(0, row(3));
+    QTest::qWait(10);
+    EXPECT_EQ(playing(), -1); // it might still be a scroll
+    QTest::touchEvent(window, screen).release(0, row(3));
+    QTest::qWait(10);
+    EXPECT_GE(playing(), 3);
+    EXPECT_EQ(loads(), 1);
+
+    QTest::touchEvent(window, screen).press(0, {60, 56}); // the folder
+    QTest::qWait(1000);
+    QTest::touchEvent(window, screen).release(0, {60, 56});
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return library->folders().isEmpty(); }));
+}
+
+TEST_F(MainWindowTest, TheSidebarIsDraggedAndGivesWayInANarrowWindow) {
+    const QQuickItem* folders = itemNamed(accessible(window), QStringLiteral("文件夹"));
+    const QQuickItem* title = itemNamed(accessible(window), QStringLiteral("歌曲"));
+    window->resize(920, 720);
+    QTest::qWait(20);
+    EXPECT_LT(folders->width(), 260);
+    EXPECT_EQ(title->width(), 200);
+    const auto dragTo = [&](int x) {
+        const int edge = static_cast<int>(folders->width());
+        QTest::mousePress(window, Qt::LeftButton, {}, {edge, 300});
+        QTest::mouseMove(window, {(edge + x) / 2, 300});
+        QTest::mouseMove(window, {x, 300});
+        QTest::mouseRelease(window, Qt::LeftButton, {}, {x, 300});
+        QTest::qWait(20);
+    };
+    dragTo(300);
+    EXPECT_EQ(folders->width(), 300);
+    EXPECT_EQ(window->property("sidebarWidth"), 300);
+    dragTo(900);
+    EXPECT_EQ(title->width(), 200);
+    window->resize(window->minimumWidth(), 720);
+    QTest::qWait(20);
+    EXPECT_EQ(folders->width(), 220);
+    EXPECT_EQ(title->width(), 200);
+    window->setProperty("sidebarWidth", 250);
+    window->resize(1100, 720);
+    QTest::qWait(20);
+    EXPECT_EQ(folders->width(), 250);
+}
+
+TEST_F(MainWindowTest, ATipOverCutTextWaitsLikeTheOthers) {
+    add(QStringLiteral("b"), {QString(200, u'w')});
+    library->setSelectedFolderId(library->folders().constLast().id);
+    settle();
+    QTest::mouseMove(window, row(0) + QPoint(0, 60));
+    QTest::mouseMove(window, row(0));
+    QElapsedTimer hovering;
+    hovering.start();
+    const auto tipIsOpen = [this] {
+        QList<QQuickItem*> popups;
+        collect(window->contentItem(), popups,
+                [](const QQuickItem* item) { return item->inherits("QQuickPopupItem"); });
+        return !popups.isEmpty();
+    };
+    ASSERT_TRUE(QTest::qWaitFor(tipIsOpen));
+    EXPECT_GE(hovering.elapsed(), 550);
+}
+
 TEST_F(MainWindowTest, NothingFallsThroughThePlayerBar) {
     click({600, 660}); // rows lie below
     EXPECT_EQ(playing(), -1);
@@ -168,6 +290,14 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     EXPECT_THAT(fake->calls, Contains(StartsWith("seek 6")));
     const auto seeks = fake->calls.size();
     EXPECT_GE(seeks, 2U);
+    fake->calls.clear();
+    QTest::mouseRelease(window, Qt::LeftButton, {}, {700, 703});
+    QTest::mousePress(window, Qt::LeftButton, {}, {550, 703});
+    fake->currentTimeSubject.send(53); // playback goes on under a finger that rests
+    QTest::qWait(10);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, {550, 703});
+    EXPECT_EQ(fake->calls.size(), 1U);
+    QTest::mousePress(window, Qt::LeftButton, {}, {550, 703});
     player.play(library->filteredTracks().at(5).url); // the track changes under the drag
     fake->calls.clear();
     QTest::mouseMove(window, {800, 703});
