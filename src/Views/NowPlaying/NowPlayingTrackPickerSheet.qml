@@ -8,9 +8,12 @@ Popup {
 
     required property PlayerViewModel player
     required property LibraryViewModel library
+    required property LyricsFontSize lyricsFontSize
     required property real windowHeight
     readonly property bool hasFolder: library.hasSelectedFolder
     readonly property bool isEmpty: list.count === 0
+    /// The sheet fades out and takes no further choice.
+    property bool isLeaving: false
 
     parent: Overlay.overlay
     anchors.centerIn: parent
@@ -22,12 +25,21 @@ Popup {
     closePolicy: Popup.CloseOnEscape
 
     function pick(address: var) {
+        if (isLeaving)
+            return;
         player.play(address);
         close();
     }
+    onAboutToHide: isLeaving = true
 
     Overlay.modal: Rectangle {
         color: Qt.rgba(0, 0, 0, 0.45)
+        Behavior on opacity {
+            NumberAnimation {
+                duration: sheet.isLeaving ? Theme.sheetOut : Theme.sheetIn
+                easing.type: sheet.isLeaving ? Easing.InCubic : Easing.OutCubic
+            }
+        }
     }
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
@@ -59,6 +71,10 @@ Popup {
             id: raised
         }
 
+        WindowKeys {
+            player: sheet.player
+            lyricsFontSize: sheet.lyricsFontSize
+        }
         Text {
             id: heading
 

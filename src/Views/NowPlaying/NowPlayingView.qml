@@ -101,6 +101,7 @@ Item {
         sourceComponent: NowPlayingTrackPickerSheet {
             player: view.player
             library: view.library
+            lyricsFontSize: view.lyricsFontSize
             windowHeight: view.height
             onClosed: view.showPlaylistPicker = false
             Component.onCompleted: open()

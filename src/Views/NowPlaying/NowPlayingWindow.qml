@@ -45,22 +45,6 @@ ApplicationWindow {
         onActivated: window.player.togglePlayPause()
     }
     Shortcut {
-        sequence: "Ctrl+Left"
-        onActivated: window.player.previous()
-    }
-    Shortcut {
-        sequence: "Ctrl+Right"
-        onActivated: window.player.next()
-    }
-    Shortcut {
-        sequence: "Ctrl++"
-        onActivated: window.lyricsFontSize.increase()
-    }
-    Shortcut {
-        sequence: "Ctrl+-"
-        onActivated: window.lyricsFontSize.decrease()
-    }
-    Shortcut {
         sequence: "Up"
         onActivated: window.player.volume = Math.min(1, window.player.volume + 0.05)
     }
@@ -77,13 +61,9 @@ ApplicationWindow {
         enabled: window.visibility === Window.FullScreen
         onActivated: window.visibility = Window.Windowed
     }
-    Shortcut {
-        sequence: "Ctrl+Q"
-        onActivated: Qt.quit()
-    }
-    Shortcut {
-        sequence: "Ctrl+W"
-        onActivated: window.close()
+    WindowKeys {
+        player: window.player
+        lyricsFontSize: window.lyricsFontSize
     }
     NowPlayingView {
         id: view
