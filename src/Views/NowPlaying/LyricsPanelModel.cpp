@@ -8,12 +8,16 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace tamsy {
 namespace {
 
 constexpr double shortestUpdateInterval = 0.15; // seconds
+
+/// A report of the time comes every 0.25 s while anybody looks.
+constexpr std::chrono::milliseconds longestHiddenReset{300};
 
 /// A line that is longer than any song, in UTF-16 units, would take seconds to lay out.
 constexpr qsizetype longestShown = 10'000;
@@ -32,6 +36,12 @@ QString printable(QString line) {
 
 } // namespace
 
+LyricsPanelModel::LyricsPanelModel(QObject* parent) : QAbstractListModel(parent) {
+    showing_.setSingleShot(true);
+    showing_.setInterval(longestHiddenReset);
+    connect(&showing_, &QTimer::timeout, this, &LyricsPanelModel::showCurrentLine);
+}
+
 void LyricsPanelModel::loadLyrics(const FileURL& url) {
     if (url.isEmpty()) {
         setLyrics(Lyrics::empty);
@@ -44,7 +54,7 @@ void LyricsPanelModel::loadLyrics(const FileURL& url) {
             if (panel.isNull())
                 return;
             panel->setLyrics(lyrics);
-            panel->setCurrentLyricIndex(0);
+            panel->resetIndex();
             NowPlayingLog::write(u"loadLyrics done: lines=" + QString::number(lyrics.lines.size()) +
                                  u", synced=" + (lyrics.isSynced ? u"true" : u"false"));
             Q_EMIT panel->lyricsLoaded();
@@ -63,6 +73,12 @@ double LyricsPanelModel::handleTime(double time, double now) {
     return 0;
 }
 
+void LyricsPanelModel::resetIndex() {
+    setCurrentLyricIndex(0);
+    if (shownLyricIndex_ != currentLyricIndex_)
+        showing_.start();
+}
+
 void LyricsPanelModel::updateCurrentLyricIndex(double time) {
     const auto& lines = lyrics_.lines;
     for (qsizetype i = 0; i < lines.size(); ++i) {
@@ -70,9 +86,10 @@ void LyricsPanelModel::updateCurrentLyricIndex(double time) {
         const bool isLast = i + 1 == lines.size();
         if (hasBegun && (isLast || lines.at(i + 1).time > time)) {
             setCurrentLyricIndex(static_cast<int>(i));
-            return;
+            break;
         }
     }
+    showCurrentLine();
 }
 
 int LyricsPanelModel::rowCount(const QModelIndex& parent) const {
@@ -95,8 +112,18 @@ void LyricsPanelModel::setLyrics(const Lyrics& lyrics) {
         return;
     beginResetModel();
     lyrics_ = lyrics;
+    showing_.stop();
+    const int formerlyShown = std::exchange(shownLyricIndex_, 0);
     endResetModel();
     Q_EMIT lyricsChanged();
+    if (formerlyShown != shownLyricIndex_)
+        Q_EMIT shownLyricIndexChanged();
+}
+
+void LyricsPanelModel::showCurrentLine() {
+    showing_.stop();
+    if (std::exchange(shownLyricIndex_, currentLyricIndex_) != currentLyricIndex_)
+        Q_EMIT shownLyricIndexChanged();
 }
 
 void LyricsPanelModel::setCurrentLyricIndex(int index) {

@@ -24,7 +24,7 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         y: Math.max(0, Math.round((content.height - height - content.spacing - block.contentHeight) / 2))
         model: content.model
-        side: Math.max(80, Math.min(400, content.width - 2 * content.spacing, content.height - content.spacing - block.contentHeight - 2 * 28))
+        side: Math.max(80, Math.min(400, content.width, content.height - content.spacing - block.contentHeight - 2 * 28))
     }
     LegibilityShadow {
         anchors.fill: block

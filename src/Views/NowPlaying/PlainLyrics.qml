@@ -21,7 +21,36 @@ ListView {
     model: lyrics
     Accessible.role: Accessible.List
     Accessible.name: AccessibleNames.lyrics
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
 
+    function scrollTo(y: real) {
+        cancelFlick();
+        contentY = Math.max(originY - topMargin, Math.min(originY + contentHeight + bottomMargin - height, y));
+    }
+    // With the focus the arrows scroll; elsewhere in the window they are the volume's.
+    Keys.onShortcutOverride: event => {
+        event.accepted = event.key === Qt.Key_Up || event.key === Qt.Key_Down;
+    }
+    Keys.onPressed: event => {
+        const line = size + spacing;
+        switch (event.key) {
+        case Qt.Key_Up: scrollTo(contentY - line); break;
+        case Qt.Key_Down: scrollTo(contentY + line); break;
+        case Qt.Key_PageUp: scrollTo(contentY - height + line); break;
+        case Qt.Key_PageDown: scrollTo(contentY + height - line); break;
+        case Qt.Key_Home: scrollTo(originY - topMargin); break;
+        case Qt.Key_End: scrollTo(originY + contentHeight); break;
+        default: return;
+        }
+        event.accepted = true;
+    }
+
+    FocusRing {
+        shown: list.activeFocus
+        inset: 4
+        ink: Qt.rgba(1, 1, 1, 0.9)
+    }
     // Ids around a component are unknown to the checker.
     // qmllint disable unqualified
     delegate: Item {

@@ -36,7 +36,7 @@ Item {
         // qmllint disable unqualified
         delegate: LyricLine {
             width: list.width - 60
-            currentLyricIndex: panel.lyrics.currentLyricIndex
+            currentLyricIndex: panel.lyrics.shownLyricIndex
             size: panel.size
             shade: panel.shade
         }
@@ -46,13 +46,13 @@ Item {
         function settle() {
             animation.stop();
             forceLayout(); // else the line is looked for where it was
-            positionViewAtIndex(panel.lyrics.currentLyricIndex, ListView.Beginning);
+            positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
             currentTop = contentY;
         }
         function scrollToCurrent() {
             animation.stop();
             const start = contentY;
-            positionViewAtIndex(panel.lyrics.currentLyricIndex, ListView.Beginning);
+            positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
             currentTop = contentY;
             // A jump over many lines travels the last stretch only, with the line in sight.
             animation.from = Math.abs(currentTop - start) <= height ? start : currentTop + (start < currentTop ? -height : height) / 2;
@@ -93,8 +93,10 @@ Item {
         function onLyricsChanged() {
             settling.restart();
         }
-        function onCurrentLyricIndexChanged() {
+        function onShownLyricIndexChanged() {
             list.scrollToCurrent();
+        }
+        function onCurrentLyricIndexChanged() {
             NowPlayingLog.log("lyrics scrollTo index=" + panel.lyrics.currentLyricIndex);
         }
     }

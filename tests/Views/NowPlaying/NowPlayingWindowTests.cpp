@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
 Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
 
@@ -176,6 +178,32 @@ TEST_F(NowPlayingWindowTest, ThePickerFollowsTheLibraryAndPlays) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return item(QStringLiteral("选择歌曲")) == nullptr; }));
 }
 
+TEST_F(NowPlayingWindowTest, TheSheetLeavesShortcutsAliveAndPlaysOnceForADoubleClick) {
+    click(QStringLiteral("曲目列表"));
+    QTest::qWait(250);
+    fake->calls.clear();
+    QTest::keyClick(window, Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(player.currentURL(), library->filteredTracks().at(1).url);
+    QTest::keyClick(window, Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(lyricsFontSize.points(), 50);
+    fake->calls.clear();
+    QTest::keyClick(window, Qt::Key_Space);
+    EXPECT_THAT(fake->calls, IsEmpty()); // it is the focused control's
+    const QQuickItem* target = item(QStringLiteral("c  0:01"));
+    ASSERT_NE(target, nullptr);
+    const QPoint place = at(target, 0.5);
+    for (int press = 0; press < 2; ++press)
+        QTest::mouseClick(window, Qt::LeftButton, {}, place);
+    EXPECT_EQ(std::ranges::count_if(
+                  fake->calls, [](const std::string& call) { return call.starts_with("load"); }),
+              1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(QStringLiteral("选择歌曲")) == nullptr; }));
+    click(QStringLiteral("曲目列表"));
+    QTest::qWait(250);
+    QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window->isVisible());
+}
+
 TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     const Track track = library->filteredTracks().at(2);
     QFile sidecar(QString::fromUtf8(track.url.path().chopped(3) + "lrc"));
@@ -210,8 +238,11 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     EXPECT_TRUE(comesToTheTop(70));
     click(QStringLiteral("歌词"));
     QTest::qWait(300);
+    fake->currentTimeSubject.send(70.6); // so that the next look at the time has to wait
     click(QStringLiteral("歌词"));
     EXPECT_TRUE(comesToTheTop(70));
+    // The lyrics are read anew meanwhile, which nobody may see.
+    EXPECT_FALSE(QTest::qWaitFor([&] { return std::abs(topOf(70) - 300) > 1; }, 500));
 
     window->close();
     testing::internal::CaptureStdout();
@@ -250,6 +281,15 @@ TEST_F(NowPlayingWindowTest, PlainLinesStandStill) {
     QTest::qWait(200);
     EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
     EXPECT_EQ(row("two")->y() - row("one")->y(), row("one")->height() + 40);
+    window->resize(1200, 150);
+    QTest::qWait(20);
+    QTest::keyClick(window, Qt::Key_Down); // the volume's, until the lyrics have the focus
+    EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
+    row("one")->parentItem()->parentItem()->forceActiveFocus(Qt::TabFocusReason);
+    QTest::keyClick(window, Qt::Key_Down);
+    EXPECT_LT(row("one")->mapToScene({0, 0}).y(), 0);
+    QTest::keyClick(window, Qt::Key_Home);
+    EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
 }
 
 TEST_F(NowPlayingWindowTest, EveryControlHasARoleAndAName) {
