@@ -53,6 +53,10 @@ bool Visibility::isAnyWindowVisible() const {
     });
 }
 
+bool Visibility::canBeSeen(const QWindow& window) const {
+    return windows_.value(const_cast<QWindow*>(&window)).canBeSeen; // NOLINT: only looked up
+}
+
 bool Visibility::eventFilter(QObject* watched, QEvent* event) {
     auto* window = watched->isWindowType() ? static_cast<QWindow*>(watched) : nullptr;
     if (window == nullptr || !window->isTopLevel())
@@ -70,8 +74,13 @@ bool Visibility::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Hide:
     case QEvent::Expose:
     case QEvent::WindowStateChange:
+    case QEvent::Move:
+    case QEvent::Resize:
         update(window);
+        updateAll(); // what lies below it may have come into sight, or gone out of it
         break;
+    case QEvent::UpdateRequest:
+        return holdFrameBack(window);
     default:
         break;
     }
@@ -91,15 +100,41 @@ void Visibility::applicationStateChanged(Qt::ApplicationState state) {
 void Visibility::update(QWindow* window) {
     if (window->handle() == nullptr)
         return; // it isn't made yet, or has been forgotten
-    const WindowState now{isMiniaturized(*window),
-                          window->isVisible() && window->isExposed() &&
-                              !(occlusion_ && occlusion_->isOutOfSight(*window))};
+    const WindowState now{isMiniaturized(*window), isInSight(*window) && !isBelowAnother(*window)};
     const WindowState former = std::exchange(windows_[window], now);
+    if (former.owesFrame && now.canBeSeen)
+        window->requestUpdate();
+    else
+        windows_[window].owesFrame = former.owesFrame;
     if (former.isMiniaturized != now.isMiniaturized)
         Q_EMIT changed(now.isMiniaturized ? Occasion::WindowDidMiniaturize
                                           : Occasion::WindowDidDeminiaturize);
     if (former.canBeSeen != now.canBeSeen)
         Q_EMIT changed(Occasion::WindowDidChangeOcclusionState);
+}
+
+bool Visibility::isInSight(const QWindow& window) const {
+    return window.isVisible() && window.isExposed() &&
+           !(occlusion_ && occlusion_->isOutOfSight(window));
+}
+
+bool Visibility::isBelowAnother(const QWindow& window) const {
+    if (!occlusion_)
+        return false;
+    return std::ranges::any_of(windows_.keys(), [&](const QWindow* other) {
+        return other != &window && isInSight(*other) && !isMiniaturized(*other) &&
+               other->opacity() >= 1 && !other->requestedFormat().hasAlpha() &&
+               other->geometry().contains(window.geometry()) && occlusion_->isAbove(*other, window);
+    });
+}
+
+/// Qt goes on drawing what others cover.
+bool Visibility::holdFrameBack(QWindow* window) {
+    const auto state = windows_.find(window);
+    if (!occlusion_ || state == windows_.end() || state->canBeSeen || !window->isExposed())
+        return false;
+    state->owesFrame = true;
+    return true;
 }
 
 void Visibility::updateAll() {

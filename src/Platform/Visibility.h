@@ -15,9 +15,10 @@ class X11Occlusion;
 /// themselves, and whether the application is the active one. It follows every window of the
 /// application by itself. Interface thread; made once, before the first window.
 ///
-/// On X11 a window counts as out of sight when it is minimised, on another desktop or, as long as
-/// no compositor is at work, fully covered. On Wayland it counts so when the compositor asks for no
-/// more pictures of it, which is as much as a client is told.
+/// On X11 a window counts as out of sight when it is minimised, on another desktop, fully below
+/// another window of ours or, as long as no compositor is at work, fully covered by any. On Wayland
+/// it counts so when the compositor asks for no more pictures of it, which is as much as a client
+/// is told.
 class Visibility : public QObject {
     Q_OBJECT
 
@@ -47,6 +48,10 @@ class Visibility : public QObject {
     /// At least one window is shown, not minimised and not out of sight.
     [[nodiscard]] bool isAnyWindowVisible() const;
 
+    /// At least a part of this window can be seen. While none can though the window is up, which
+    /// only X11 tells, its frames are held back, and the last one is drawn when it can.
+    [[nodiscard]] bool canBeSeen(const QWindow& window) const;
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   Q_SIGNALS:
@@ -57,11 +62,15 @@ class Visibility : public QObject {
     struct WindowState {
         bool isMiniaturized = false;
         bool canBeSeen = false;
+        bool owesFrame = false; // it asked for one that was held back
     };
 
     void applicationStateChanged(Qt::ApplicationState state);
     void update(QWindow* window);
     void updateAll();
+    [[nodiscard]] bool isInSight(const QWindow& window) const;
+    [[nodiscard]] bool isBelowAnother(const QWindow& window) const;
+    [[nodiscard]] bool holdFrameBack(QWindow* window);
     void forget(QWindow* window);
 
     Qt::ApplicationState applicationState_;

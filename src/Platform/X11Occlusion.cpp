@@ -1,8 +1,10 @@
 #include "Platform/X11Occlusion.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
@@ -13,6 +15,9 @@ namespace {
 
 /// A window that stands on all desktops has this one (Extended Window Manager Hints).
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
+
+/// Of the window manager's list; more windows than anybody opens.
+constexpr std::uint32_t mostWindows = 10'000;
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
@@ -45,9 +50,11 @@ X11Occlusion::X11Occlusion(xcb_connection_t* connection, std::function<void()> c
       changed_(std::move(changed)),
       root_(xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root),
       currentDesktopAtom_(atom("_NET_CURRENT_DESKTOP")),
-      windowDesktopAtom_(atom("_NET_WM_DESKTOP")) {
+      windowDesktopAtom_(atom("_NET_WM_DESKTOP")),
+      stackingAtom_(atom("_NET_CLIENT_LIST_STACKING")) {
     ask(root_, XCB_EVENT_MASK_PROPERTY_CHANGE);
     currentDesktop_ = property(root_, currentDesktopAtom_, allDesktops);
+    stacking_ = stacking();
     qGuiApp->installNativeEventFilter(this);
 }
 
@@ -71,8 +78,15 @@ bool X11Occlusion::isOutOfSight(const QWindow& window) const {
     if (found == windows_.cend())
         return false;
     const bool isElsewhere = found->desktop != allDesktops && currentDesktop_ != allDesktops &&
-                             found->desktop != currentDesktop_;
+                             found->desktop != currentDesktop_ &&
+                             QGuiApplication::screens().size() == 1;
     return found->isCovered || isElsewhere;
+}
+
+bool X11Occlusion::isAbove(const QWindow& upper, const QWindow& lower) const {
+    const auto low = std::ranges::find(stacking_, idOf(lower));
+    return low != stacking_.end() &&
+           std::ranges::find(low, stacking_.end(), idOf(upper)) != stacking_.end();
 }
 
 bool X11Occlusion::nativeEventFilter(const QByteArray& eventType, void* message,
@@ -129,6 +143,21 @@ std::uint32_t X11Occlusion::property(xcb_window_t window, xcb_atom_t name,
     return value;
 }
 
+std::vector<xcb_window_t> X11Occlusion::stacking() const {
+    const auto request =
+        xcb_get_property(connection_, 0, root_, stackingAtom_, XCB_ATOM_WINDOW, 0, mostWindows);
+    const Owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection_, request, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto size = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+    std::vector<xcb_window_t> windows(size / sizeof(xcb_window_t));
+    if (!windows.empty())
+        std::memcpy(windows.data(), xcb_get_property_value(reply.get()),
+                    windows.size() * sizeof(xcb_window_t));
+    return windows;
+}
+
 bool X11Occlusion::noteVisibility(xcb_window_t window, bool isCovered) {
     const auto found = windows_.find(window);
     return found != windows_.end() && std::exchange(found->isCovered, isCovered) != isCovered;
@@ -138,6 +167,10 @@ bool X11Occlusion::noteProperty(xcb_window_t window, xcb_atom_t name) {
     if (window == root_ && name == currentDesktopAtom_) {
         const std::uint32_t desktop = property(window, name, allDesktops);
         return std::exchange(currentDesktop_, desktop) != desktop;
+    }
+    if (window == root_ && name == stackingAtom_) {
+        stacking_ = stacking();
+        return windows_.size() > 1;
     }
     const auto found = windows_.find(window);
     if (found == windows_.end() || name != windowDesktopAtom_)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QWindow;
 struct xcb_connection_t;
@@ -33,8 +34,12 @@ class X11Occlusion : public QAbstractNativeEventFilter {
 
     void forget(const QWindow& window);
 
-    /// Fully covered or on another desktop.
+    /// Fully covered or, where there is one screen, on another desktop: on several, some window
+    /// managers show one desktop on each.
     [[nodiscard]] bool isOutOfSight(const QWindow& window) const;
+
+    /// The window manager has `upper` above `lower`, wherever they stand.
+    [[nodiscard]] bool isAbove(const QWindow& upper, const QWindow& lower) const;
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
@@ -50,6 +55,7 @@ class X11Occlusion : public QAbstractNativeEventFilter {
     [[nodiscard]] std::uint32_t atom(const char* name) const;
     [[nodiscard]] std::uint32_t property(std::uint32_t window, std::uint32_t name,
                                          std::uint32_t otherwise) const;
+    [[nodiscard]] std::vector<std::uint32_t> stacking() const;
     bool noteVisibility(std::uint32_t window, bool isCovered);
     bool noteProperty(std::uint32_t window, std::uint32_t name);
 
@@ -58,7 +64,9 @@ class X11Occlusion : public QAbstractNativeEventFilter {
     std::uint32_t root_ = 0;
     std::uint32_t currentDesktopAtom_ = 0;
     std::uint32_t windowDesktopAtom_ = 0;
+    std::uint32_t stackingAtom_ = 0;
     std::uint32_t currentDesktop_ = 0;
+    std::vector<std::uint32_t> stacking_; // from the lowest window up
     QHash<std::uint32_t, WindowState> windows_;
 };
 

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QRasterWindow>
 #include <QTest>
+#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -21,8 +22,11 @@ class Window : public QRasterWindow {
   public:
     explicit Window(QRect place) { setGeometry(place); }
 
+    int frames = 0;
+
   private:
     void paintEvent(QPaintEvent* /*event*/) override {
+        ++frames;
         QPainter(this).fillRect(QRect({}, size()), Qt::darkCyan);
     }
 };
@@ -47,6 +51,17 @@ class VisibilityTest : public testing::Test {
 
     bool becomesActive(bool active) {
         return waitFor([&] { return visibility.isApplicationActive() == active; });
+    }
+
+    /// How often the window is drawn in so many milliseconds, while it asks for it all the time.
+    int framesIn(int milliseconds) {
+        QTimer asking;
+        QObject::connect(&asking, &QTimer::timeout, &window, [this] { window.update(); });
+        QTest::qWait(50); // what is under way
+        window.frames = 0;
+        asking.start(10);
+        QTest::qWait(milliseconds);
+        return window.frames;
     }
 
     /// The occasions since the last call.
@@ -120,11 +135,39 @@ TEST_F(VisibilityTest, AWindowThatAnotherProgramCoversCanNotBeSeen) {
     program.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(coverArgument)});
     EXPECT_TRUE(becomesVisible(false) && becomesActive(false));
     EXPECT_TRUE(window.isExposed()); // which is why the server has to be asked
+    EXPECT_EQ(framesIn(300), 0);
     EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
                                                        Occasion::ApplicationDidResignActive));
     program.kill();
     program.waitForFinished();
     EXPECT_TRUE(becomesVisible(true) && becomesActive(true));
+    EXPECT_GT(framesIn(300), 0);
+}
+
+// A compositor leaves every window uncovered for the server, so the order and places of our own
+// windows decide.
+TEST_F(VisibilityTest, AWindowBelowALargerOneOfOursIsNotDrawn) {
+    Window larger(QRect(100, 100, 700, 500));
+    larger.show();
+    const auto isSeen = [&](bool seen) {
+        return waitFor([&] { return visibility.canBeSeen(window) == seen; });
+    };
+    ASSERT_TRUE(waitFor([&] { return visibility.canBeSeen(larger); }));
+    const auto bringUp = [](const Window& chosen) {
+        run(QStringLiteral("xdotool"),
+            {QStringLiteral("windowactivate"), QString::number(chosen.winId())});
+    };
+    bringUp(larger);
+    ASSERT_TRUE(isSeen(false));
+    EXPECT_TRUE(visibility.isAnyWindowVisible());
+    EXPECT_EQ(framesIn(300), 0);
+    bringUp(window);
+    ASSERT_TRUE(isSeen(true));
+    EXPECT_GT(framesIn(300), 0);
+    bringUp(larger);
+    ASSERT_TRUE(isSeen(false));
+    larger.setPosition(400, 100);
+    EXPECT_TRUE(isSeen(true));
 }
 
 int coverTheScreen() {

@@ -73,6 +73,13 @@ void ArtworkGradientModel::setIsActive(bool isActive) {
     Q_EMIT isActiveChanged();
 }
 
+void ArtworkGradientModel::setCanBeSeen(bool canBeSeen) {
+    if (std::exchange(canBeSeen_, canBeSeen) == canBeSeen)
+        return;
+    step();
+    Q_EMIT canBeSeenChanged();
+}
+
 void ArtworkGradientModel::setArea(QSizeF area) {
     if (std::exchange(area_, area) == area)
         return;
@@ -119,7 +126,7 @@ void ArtworkGradientModel::placeBlobs() {
 }
 
 void ArtworkGradientModel::step() {
-    if (!isActive_) {
+    if (!isActive_ || !canBeSeen_) {
         timer_.stop();
         return;
     }

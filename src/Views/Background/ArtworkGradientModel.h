@@ -28,6 +28,9 @@ class ArtworkGradientModel : public QObject {
     Q_PROPERTY(bool isFullScreen READ isFullScreen WRITE setIsFullScreen NOTIFY isFullScreenChanged)
     /// Something of the program can be seen. Without it there are no blobs and no steps.
     Q_PROPERTY(bool isActive READ isActive WRITE setIsActive NOTIFY isActiveChanged)
+    /// The background itself can be seen. Without it the blobs stay where they are, and no step is
+    /// taken.
+    Q_PROPERTY(bool canBeSeen READ canBeSeen WRITE setCanBeSeen NOTIFY canBeSeenChanged)
     /// Size of the background, in points.
     Q_PROPERTY(QSizeF area READ area WRITE setArea NOTIFY areaChanged)
 
@@ -66,6 +69,8 @@ class ArtworkGradientModel : public QObject {
     void setIsFullScreen(bool isFullScreen);
     [[nodiscard]] bool isActive() const { return isActive_; }
     void setIsActive(bool isActive);
+    [[nodiscard]] bool canBeSeen() const { return canBeSeen_; }
+    void setCanBeSeen(bool canBeSeen);
     [[nodiscard]] QSizeF area() const { return area_; }
     void setArea(QSizeF area);
 
@@ -90,6 +95,7 @@ class ArtworkGradientModel : public QObject {
     void isSeekingChanged();
     void isFullScreenChanged();
     void isActiveChanged();
+    void canBeSeenChanged();
     void areaChanged();
     void colorsChanged();
     void blobsChanged();
@@ -111,6 +117,7 @@ class ArtworkGradientModel : public QObject {
     bool isSeeking_ = false;
     bool isFullScreen_ = false;
     bool isActive_ = true;
+    bool canBeSeen_ = true;
     QSizeF area_{0, 0};
     std::array<QVector4D, 6> blobs_;
     QTimer timer_; // one shot, to the start of the next step

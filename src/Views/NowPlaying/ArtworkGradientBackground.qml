@@ -9,6 +9,7 @@ Item {
     required property PlayerViewModel player
     required property var image
     required property bool isFullScreen
+    required property bool canBeSeen
     readonly property alias textShadowStrength: gradient.textShadowStrength
     readonly property bool isSoftware: GraphicsInfo.api === GraphicsInfo.Software
 
@@ -21,6 +22,7 @@ Item {
         isFullScreen: background.isFullScreen
         isSeeking: background.player.isSeeking
         isActive: background.player.isUIVisible && background.Window.visibility !== Window.Hidden && !background.isSoftware
+        canBeSeen: background.canBeSeen
         area: Qt.size(background.width, background.height)
     }
     // qmllint enable

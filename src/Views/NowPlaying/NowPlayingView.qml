@@ -10,6 +10,8 @@ Item {
     required property PlayerViewModel player
     required property LibraryViewModel library
     required property LyricsFontSize lyricsFontSize
+    /// Any part of the window shows.
+    required property bool canBeSeen
     property bool showLyrics: false
     property bool showPlaylistPicker: false
     /// The wide form, by the width alone.
@@ -45,6 +47,7 @@ Item {
         player: view.player
         image: model.image // qmllint disable
         isFullScreen: view.isFullScreen
+        canBeSeen: view.canBeSeen
     }
     Loader {
         anchors.fill: parent

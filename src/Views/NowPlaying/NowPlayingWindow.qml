@@ -10,6 +10,8 @@ ApplicationWindow {
     required property PlayerViewModel player
     required property LibraryViewModel library
     required property LyricsFontSize lyricsFontSize
+    /// Any part of the window shows.
+    property bool canBeSeen: true
 
     width: 1200
     height: 800
@@ -72,5 +74,6 @@ ApplicationWindow {
         player: window.player
         library: window.library
         lyricsFontSize: window.lyricsFontSize
+        canBeSeen: window.canBeSeen
     }
 }

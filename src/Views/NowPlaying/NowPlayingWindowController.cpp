@@ -1,5 +1,6 @@
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
+#include "Platform/Visibility.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
 
@@ -29,7 +30,8 @@ void center(QWindow& window) {
 NowPlayingWindowController::NowPlayingWindowController(QQmlEngine& engine,
                                                        PlayerViewModel& playerVM,
                                                        LibraryViewModel& libraryVM,
-                                                       LyricsFontSize& lyricsFontSize) {
+                                                       LyricsFontSize& lyricsFontSize,
+                                                       const Visibility* visibility) {
     std::printf("[NowPlayingWindowController] init window 1200x800\n");
     std::fflush(stdout);
     QQmlComponent component(
@@ -49,6 +51,11 @@ NowPlayingWindowController::NowPlayingWindowController(QQmlEngine& engine,
     }
     QQmlEngine::setObjectOwnership(window_, QQmlEngine::CppOwnership);
     center(*window_);
+    if (visibility == nullptr)
+        return;
+    QObject::connect(visibility, &Visibility::changed, window_, [window = window_, visibility] {
+        window->setProperty("canBeSeen", visibility->canBeSeen(*window));
+    });
 }
 
 NowPlayingWindowController::~NowPlayingWindowController() {
