@@ -11,11 +11,19 @@
 #include <QVariantMap>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <chrono>
+
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
 Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
 Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 
 namespace tamsy {
+namespace {
+
+/// How long the window's size must have rested before it is stored.
+constexpr std::chrono::milliseconds windowStateRest{250};
+
+} // namespace
 
 Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
     : QObject(parent),
@@ -26,8 +34,8 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
           std::make_unique<CompositePlaybackEngine>(),
           {.visibility = &visibility_,
            .makeNowPlayingWindow = [this](PlayerViewModel& playerVM, LibraryViewModel& libraryVM) {
-               return std::make_unique<NowPlayingWindowController>(engine_, playerVM, libraryVM,
-                                                                   lyricsFontSizePoints_);
+               return std::make_unique<NowPlayingWindowController>(
+                   engine_, playerVM, libraryVM, lyricsFontSizePoints_, &visibility_);
            }}) {
     Appearance::setColorScheme(&colorScheme_);
     engine_.addImageProvider(QStringLiteral("covers"), new CoverProvider); // the engine owns it
@@ -38,8 +46,9 @@ Tamsy_MusicApp::~Tamsy_MusicApp() {
     // Whoever waits for this thread is let go first; what they belong to is joined afterwards.
     InterfaceThread::releaseWaiters();
     player_.endNowPlayingWindow(); // before the engine that it was made with
+    windowStateWriter_.endWithin(OperationQueue::patience);
     if (windowState_.size.isValid())
-        windowState_.save();
+        windowState_.save(); // what the writer hasn't come to
 }
 
 bool Tamsy_MusicApp::openMainWindow() {
@@ -70,18 +79,38 @@ void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {
     const std::optional<WindowState> stored = WindowState::load();
     if (stored)
         window->resize(stored->size);
-    windowState_ = stored.value_or(WindowState{window->size(), false});
-    const auto note = [this, window] {
-        const QWindow::Visibility visibility = window->visibility();
-        if (visibility == QWindow::Windowed)
-            windowState_ = {window->size(), false};
-        else if (visibility == QWindow::Maximized)
-            windowState_.isMaximized = true;
-    };
-    connect(window, &QWindow::widthChanged, this, note);
-    connect(window, &QWindow::heightChanged, this, note);
-    connect(window, &QWindow::visibilityChanged, this, note);
+    windowState_ = stored.value_or(WindowState{window->size()});
+    savedWindowState_ = stored;
+    window->setProperty("sidebarWidth", windowState_.sidebarWidth);
+    savingWindowState_.setSingleShot(true);
+    savingWindowState_.setInterval(windowStateRest);
+    connect(&savingWindowState_, &QTimer::timeout, this, &Tamsy_MusicApp::saveWindowState);
+    connect(window, &QWindow::widthChanged, this, &Tamsy_MusicApp::noteWindowState);
+    connect(window, &QWindow::heightChanged, this, &Tamsy_MusicApp::noteWindowState);
+    connect(window, &QWindow::visibilityChanged, this, &Tamsy_MusicApp::noteWindowState);
+    connect(window, SIGNAL(sidebarWidthChanged()), this, SLOT(noteWindowState()));
     window->setVisibility(stored && stored->isMaximized ? QWindow::Maximized : QWindow::Windowed);
+}
+
+void Tamsy_MusicApp::noteWindowState() {
+    const QQuickWindow* window = mainWindow();
+    if (window == nullptr)
+        return;
+    const QWindow::Visibility visibility = window->visibility();
+    if (visibility == QWindow::Windowed)
+        windowState_ = {window->size(), false, 0};
+    else if (visibility == QWindow::Maximized)
+        windowState_.isMaximized = true;
+    windowState_.sidebarWidth = window->property("sidebarWidth").toInt();
+    savingWindowState_.start();
+}
+
+void Tamsy_MusicApp::saveWindowState() {
+    savingWindowState_.stop();
+    if (savedWindowState_ == windowState_)
+        return;
+    savedWindowState_ = windowState_;
+    windowStateWriter_.add(std::make_shared<Operation>([state = windowState_] { state.save(); }));
 }
 
 QQuickWindow* Tamsy_MusicApp::mainWindow() const {

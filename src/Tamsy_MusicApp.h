@@ -2,6 +2,7 @@
 
 #include "Desktop/DesktopIntegration.h"
 #include "Platform/ColorScheme.h"
+#include "Platform/OperationQueue.h"
 #include "Platform/Visibility.h"
 #include "Platform/WindowState.h"
 #include "ViewModels/LibraryViewModel.h"
@@ -12,8 +13,10 @@
 #include <QByteArray>
 #include <QObject>
 #include <QQmlApplicationEngine>
+#include <QTimer>
 
 #include <memory>
+#include <optional>
 
 class QQuickWindow;
 
@@ -44,7 +47,14 @@ class Tamsy_MusicApp : public QObject {
     /// Shows the window as the user left it, and remembers how this run leaves it.
     void followWindowState(QQuickWindow* window);
 
+    /// Takes the window's state as it is now; it is stored once it has come to rest.
+    Q_SLOT void noteWindowState();
+    void saveWindowState();
+
     WindowState windowState_;
+    std::optional<WindowState> savedWindowState_;
+    QTimer savingWindowState_;
+    OperationQueue windowStateWriter_{1, "window state"};
     Visibility visibility_;
     ColorScheme colorScheme_;
     FolderPanelController folderPanel_;

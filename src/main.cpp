@@ -1,6 +1,7 @@
 #include "Platform/LargeMemory.h"
 #include "Platform/OperationQueue.h"
 #include "Platform/SingleInstance.h"
+#include "Platform/TerminationSignals.h"
 #include "Platform/UserDefaults.h"
 #include "Tamsy_MusicApp.h"
 
@@ -68,6 +69,9 @@ int main(int argc, char** argv) {
         qEnvironmentVariable("FLATPAK_ID", QStringLiteral("tamsy-music")));
     QGuiApplication::setWindowIcon(applicationIcon());
     speakChinese(application);
+    const tamsy::TerminationSignals signals; // until everything is on disk
+    QObject::connect(&signals, &tamsy::TerminationSignals::received, &application,
+                     &QCoreApplication::quit);
     instance->listen();
     const int status = run(*instance, tamsy::UserDefaults::standard());
     static_cast<void>(

@@ -35,12 +35,13 @@ std::optional<WindowState> WindowState::load() {
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QList<QByteArray> words = file.read(greatestFileSize).simplified().split(' ');
-    if (words.size() != 3)
+    if (words.size() < 3)
         return std::nullopt;
     const QSize size(words[0].toInt(), words[1].toInt());
     if (!isSensible(size.width()) || !isSensible(size.height()))
         return std::nullopt;
-    return WindowState{size, words[2] == "maximized"};
+    const int sidebarWidth = words.value(3).toInt(); // older files have none
+    return WindowState{size, words[2] == "maximized", isSensible(sidebarWidth) ? sidebarWidth : 0};
 }
 
 void WindowState::save() const {
@@ -49,7 +50,8 @@ void WindowState::save() const {
     if (!file.open(QIODevice::WriteOnly))
         return;
     file.write(QByteArray::number(size.width()) + ' ' + QByteArray::number(size.height()) + ' ' +
-               (isMaximized ? "maximized" : "normal") + '\n');
+               (isMaximized ? "maximized" : "normal") + ' ' + QByteArray::number(sidebarWidth) +
+               '\n');
     file.commit();
 }
 
