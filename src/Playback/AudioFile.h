@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -36,6 +38,7 @@ class AudioFile {
   private:
     int descriptor_ = -1;
     int error_ = 0;
+    dev_t device_ = 0;
     std::uint64_t size_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include "Platform/InterfaceThread.h"
 #include "Platform/MemoryCache.h"
 #include "Platform/Threads/FileWatch.h"
+#include "Platform/Threads/ReadPriority.h"
 #include "Services/FallbackCover.h"
 #include "Services/ThumbnailFiles.h"
 
@@ -155,6 +156,7 @@ QImage ArtworkLoader::Kept::image(const FileURL& url, Variant variant) {
 
 void ArtworkLoader::Kept::readArtwork(const FileURL& url, Variant variant,
                                       const Completion& completion) {
+    const PatientReads patient;
     const std::optional<AudioMetadata> metadata = sources.readMetadata(url);
     // A reading that was cut short says nothing about the cover, and must not leave the fallback in
     // its place for ever.

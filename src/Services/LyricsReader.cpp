@@ -4,6 +4,7 @@
 #include "Platform/Media/MediaAsset.h"
 #include "Platform/MemoryCache.h"
 #include "Platform/Threads/FileWatch.h"
+#include "Platform/Threads/ReadPriority.h"
 #include "Services/LyricsContainers.h"
 #include "Services/LyricsItems.h"
 #include "Services/LyricsSidecar.h"
@@ -47,6 +48,7 @@ Lyrics LyricsReader::load(const FileURL& url) const {
         return Lyrics::empty;
     if (auto kept = cache().object(url))
         return *std::move(kept);
+    const PatientReads patient;
     for (const auto source :
          {readM4AItem, readEmbeddedLyricsAV, readFlacComments, readEmbeddedLyrics, readLRCFile}) {
         auto found = source(url);

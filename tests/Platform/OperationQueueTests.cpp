@@ -1,10 +1,12 @@
 #include "Platform/OperationQueue.h"
+#include "Platform/Threads/ReadPriority.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <latch>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -206,6 +208,27 @@ TEST(OperationQueueTest, WhatIsAddedFirstOvertakes) {
     done.wait();
     EXPECT_EQ(order.back(), 3);
     EXPECT_LT(std::ranges::find(order, 1), std::ranges::find(order, 3));
+}
+
+TEST(ReadPriorityTest, PatientReadsWaitForTheMusicOfTheirDevice) {
+    using namespace std::chrono_literals;
+    constexpr std::size_t wanted = 4 * PatientReads::largestPiece;
+    auto reading = std::make_unique<MusicRead>(1);
+    EXPECT_EQ(PatientReads::pieceAfterMusic(1, wanted), wanted) << "nobody asked it to wait";
+    std::atomic<bool> hasMusicStopped = false;
+    std::latch tried(1);
+    std::thread cover([&] {
+        const PatientReads patient;
+        EXPECT_EQ(PatientReads::pieceAfterMusic(2, wanted), PatientReads::largestPiece);
+        tried.count_down();
+        static_cast<void>(PatientReads::pieceAfterMusic(1, wanted));
+        EXPECT_TRUE(hasMusicStopped);
+    });
+    tried.wait();
+    std::this_thread::sleep_for(50ms); // in which it must not get through
+    hasMusicStopped = true;
+    reading.reset();
+    cover.join();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Platform/Media/ByteSource.h"
 
 #include "Platform/Threads/FileWatch.h"
+#include "Platform/Threads/ReadPriority.h"
 
 #include <algorithm>
 #include <atomic>
@@ -18,7 +19,10 @@ constexpr std::uint64_t largestValue = std::uint64_t{64} * 1024 * 1024;
 
 class FileSource : public ByteSource {
   public:
-    FileSource(int descriptor, std::uint64_t size) : descriptor_(descriptor), size_(size) {}
+    FileSource(int descriptor, const struct stat& status)
+        : descriptor_(descriptor),
+          device_(status.st_dev),
+          size_(static_cast<std::uint64_t>(status.st_size)) {}
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
     ~FileSource() override { ::close(descriptor_); }
@@ -47,11 +51,13 @@ class FileSource : public ByteSource {
 
   private:
     [[nodiscard]] ssize_t readOnce(std::uint64_t offset, std::span<std::byte> target) const {
+        const std::size_t count = PatientReads::pieceAfterMusic(device_, target.size());
         const FileWatch::Call call;
-        return ::pread(descriptor_, target.data(), target.size(), static_cast<off_t>(offset));
+        return ::pread(descriptor_, target.data(), count, static_cast<off_t>(offset));
     }
 
     int descriptor_;
+    dev_t device_;
     std::uint64_t size_;
     mutable std::atomic<bool> hasFailed_{false};
 };
@@ -78,7 +84,7 @@ SharedSource openFileSource(const FileURL& url) {
         ::close(descriptor);
         return nullptr;
     }
-    return std::make_shared<FileSource>(descriptor, static_cast<std::uint64_t>(status.st_size));
+    return std::make_shared<FileSource>(descriptor, status);
 }
 
 std::size_t MemorySource::read(std::uint64_t offset, std::span<std::byte> target) const {
