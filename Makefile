@@ -21,11 +21,18 @@ demo: ## drives the player by real clicks over generated music; says what was se
 	@$(MAKE) release
 	@tools/demo
 
+.PHONY: check
+check: ## builds and runs the unit tests alone; ONLY=pattern runs those whose names match
+	@tools/setup build demo test
+	@$(MAKE) build/check/build.ninja
+	@cmake --build --preset check
+	@ctest --preset check $(if $(ONLY),--tests-regex '$(ONLY)')
+
 .PHONY: test
 test: ## runs all tests under the address, undefined-behaviour and thread sanitizers
 	@tools/setup build run demo test
 	@$(MAKE) sanitized-asan sanitized-tsan races
-	ctest --test-dir build/asan --parallel 2 --output-on-failure
+	ctest --preset asan
 
 .PHONY: bench
 bench: ## measures the parts and the program, each beside its baseline
@@ -82,7 +89,7 @@ sanitized-tsan: build/tsan/build.ninja
 # They wait for sound more than they compute, so two at once.
 .PHONY: races
 races:
-	$(SAME_ADDRESSES) ctest --test-dir build/tsan --label-regex threads --parallel 2 --output-on-failure
+	$(SAME_ADDRESSES) ctest --preset tsan
 
 # Ninja itself sees to changed CMake files; a changed preset it would not notice.
 build/%/build.ninja: CMakePresets.json $(MINIAUDIO)

@@ -48,39 +48,83 @@ endfunction()
 
 # Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
 add_custom_target(tamsy_thread_tests)
+# Builds every test that is labelled "unit".
+add_custom_target(tamsy_unit_tests)
 
-# What others' libraries keep until the process ends is no leak of ours.
-set(TAMSY_LEAKS "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
-
-# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [DISPLAY | PROFILE]): one
-# GoogleTest program, one CTest entry a program. With PROFILE it runs on a profile that is thrown away,
-# with a session bus of its own; with DISPLAY on such a one and on a virtual display with a window
-# manager, for what a program without a screen can't show. None reads or writes what is the user's own.
+# tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [FIXTURES fixture…]
+#            [FILTER pattern] [DISPLAY | PROFILE | SOUND_SERVER]): one GoogleTest program.
+#
+# One of its labels says what it needs: "unit" nothing, "sound" devices that run in real time, "window"
+# windows, "desktop" a session bus. A program without any of them is a unit test, and each of its cases
+# a CTest test of its own. The others stay one CTest test each, so that no case starts a server for
+# itself.
+#
+# PROFILE brings a profile that is thrown away, with a session bus of its own; DISPLAY such a one and a
+# virtual display with a window manager, for what a program without a screen can't show; SOUND_SERVER a
+# sound server. Each implies its label.
 function(tamsy_test name)
-    cmake_parse_arguments(ARG "DISPLAY;PROFILE" "TIMEOUT" "SOURCES;LINK;LABELS" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES})
+    cmake_parse_arguments(ARG "DISPLAY;PROFILE;SOUND_SERVER" "TIMEOUT;FILTER"
+        "SOURCES;LINK;LABELS;FIXTURES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES} "${PROJECT_SOURCE_DIR}/tests/Surroundings.cpp")
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE tamsy_options ${ARG_LINK} GTest::gmock GTest::gtest)
+    # Fixtures that all builds of this tree share.
+    target_compile_definitions(${name} PRIVATE
+        TAMSY_TOOLS="${PROJECT_SOURCE_DIR}/tools"
+        TAMSY_TEST_AUDIO="${PROJECT_SOURCE_DIR}/build/test-audio"
+        TAMSY_FOREIGN_AUDIO="${PROJECT_SOURCE_DIR}/build/foreign-audio")
     if(TAMSY_SANITIZE STREQUAL "thread")
         target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests/UntoldClone.cpp")
     endif()
-    set(platform offscreen)
-    set(surroundings "")
-    set(homes "XDG_DATA_HOME=${CMAKE_BINARY_DIR}/test-data;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/test-configuration")
-    if(ARG_PROFILE)
-        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-profile")
-    endif()
-    if(ARG_DISPLAY)
-        set(platform xcb)
-        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-display" "${PROJECT_SOURCE_DIR}/tools/with-profile")
-    endif()
-    add_test(NAME ${name} COMMAND ${surroundings} $<TARGET_FILE:${name}>)
     if("threads" IN_LIST ARG_LABELS)
         add_dependencies(tamsy_thread_tests ${name})
     endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 60)
     endif()
+
+    set(surroundings "")
+    if(ARG_DISPLAY)
+        list(APPEND ARG_LABELS window)
+        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-display" "${PROJECT_SOURCE_DIR}/tools/with-profile")
+    elseif(ARG_PROFILE)
+        list(APPEND ARG_LABELS desktop)
+        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-profile")
+    elseif(ARG_SOUND_SERVER)
+        list(APPEND ARG_LABELS sound)
+        set(surroundings "${PROJECT_SOURCE_DIR}/tools/with-sound-server")
+    endif()
+    set(filter "")
+    if(ARG_FILTER)
+        set(filter "--gtest_filter=${ARG_FILTER}")
+    endif()
+    if(NOT "${ARG_LABELS}" MATCHES "sound|window|desktop")
+        add_dependencies(tamsy_unit_tests ${name})
+        list(APPEND ARG_LABELS unit)
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 30
+            TEST_FILTER "${ARG_FILTER}" PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+        # The discovery would split lists; it leaves the cases' names in a variable.
+        set(properties "${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake")
+        file(WRITE "${properties}" "if(${name}_TESTS)
+    set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS \"${ARG_LABELS}\"
+        FIXTURES_REQUIRED \"${ARG_FIXTURES}\")
+endif()
+")
+        set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${properties}")
+        return()
+    endif()
+    add_test(NAME ${name} COMMAND ${surroundings} $<TARGET_FILE:${name}> ${filter})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;${TAMSY_LEAKS};${homes}")
+        FIXTURES_REQUIRED "${ARG_FIXTURES}")
+endfunction()
+
+# tamsy_sound_server_test(PROGRAM [FILTER pattern]): runs a test program once more where a sound server
+# sets the pace.
+function(tamsy_sound_server_test program)
+    cmake_parse_arguments(ARG "" "FILTER" "" ${ARGN})
+    set(name "${program}_with_sound_server")
+    add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tools/with-sound-server" $<TARGET_FILE:${program}>
+        "--gtest_filter=${ARG_FILTER}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT 180 LABELS sound FIXTURES_REQUIRED test_audio
+        ENVIRONMENT SDL_AUDIODRIVER=pulseaudio)
 endfunction()

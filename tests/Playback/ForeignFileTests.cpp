@@ -18,7 +18,7 @@ using Samples = std::vector<float>;
 
 /// A file that tools/make-foreign-audio made.
 FileURL foreignAudio(QByteArrayView name) {
-    return FileURL::fromPath(qgetenv("TAMSY_FOREIGN_AUDIO")).appending(name);
+    return FileURL::fromPath(TAMSY_FOREIGN_AUDIO).appending(name);
 }
 
 /// The next `frames`, or fewer at the end.

@@ -9,7 +9,7 @@ namespace tamsy::test {
 
 /// A file that tools/make-test-audio made.
 inline FileURL testAudio(QByteArrayView name) {
-    return FileURL::fromPath(qgetenv("TAMSY_TEST_AUDIO")).appending(name);
+    return FileURL::fromPath(TAMSY_TEST_AUDIO).appending(name);
 }
 
 /// Lets the event loop run until `condition` holds; false if it doesn't within `limit` ms.

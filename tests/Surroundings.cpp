@@ -1,0 +1,79 @@
+// Every test program holds this. Before main it replaces what belongs to the developer, so that a test
+// started by hand touches as little as one that CTest starts: a home of its own that goes with the
+// process, no session or system bus, no sound server or card, no display. The scripts that bring a
+// server of their own say so in the environment, and theirs stays.
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <unistd.h>
+
+namespace {
+
+bool isSet(const char* name) {
+    return ::getenv(name) != nullptr;
+}
+
+void set(const char* name, const std::string& value) {
+    ::setenv(name, value.c_str(), 1);
+}
+
+class Surroundings {
+  public:
+    Surroundings() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "test.XXXXXX").string();
+        if (::mkdtemp(pattern.data()) == nullptr)
+            std::abort(); // rather than run in the developer's home
+        home_ = pattern;
+        set("HOME", home_);
+        for (const char* kind : {"CONFIG", "DATA", "CACHE", "STATE"})
+            set((std::string("XDG_") + kind + "_HOME").c_str(), home_ / kind);
+        set("XDG_RUNTIME_DIR", home_); // as private as mkdtemp made it
+        set("LC_ALL", "C.UTF-8");
+        const std::string nobody = "unix:path=/nonexistent";
+        if (!isSet("TAMSY_PRIVATE_BUS")) {
+            set("DBUS_SESSION_BUS_ADDRESS", nobody);
+            set("DBUS_SYSTEM_BUS_ADDRESS", nobody);
+        }
+        if (!isSet("TAMSY_SOUND_SERVER_PID")) {
+            // Devices then run in real time all the same, and in silence.
+            set("PULSE_SERVER", "unix:/nonexistent");
+            set("ALSA_CONFIG_PATH", "/dev/null");
+        }
+        if (!isSet("TAMSY_PRIVATE_DISPLAY")) {
+            set("QT_QPA_PLATFORM", "offscreen");
+            ::unsetenv("DISPLAY");
+            ::unsetenv("WAYLAND_DISPLAY");
+        }
+    }
+
+    ~Surroundings() {
+        std::error_code ignored;
+        if (::getpid() == owner_)
+            std::filesystem::remove_all(home_, ignored);
+    }
+
+    Surroundings(const Surroundings&) = delete;
+    Surroundings& operator=(const Surroundings&) = delete;
+
+  private:
+    const pid_t owner_ = ::getpid(); // a forked child must not remove its parent's home
+    std::filesystem::path home_;
+};
+
+const Surroundings surroundings;
+
+} // namespace
+
+// What the libraries of others keep until the process ends is no leak of ours: the sound libraries a
+// few records of each connection and device; Qt Quick's software renderer the textures of a closed
+// window, whose stacks hold no frame that tells them from other pixmaps of Qt's.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libpulse\nleak:libSDL2\nleak:libQt6Quick.so\nleak:libQt6Gui.so\n";
+}
+extern "C" const char* __lsan_default_options();
+extern "C" const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}
