@@ -10,6 +10,12 @@
 namespace tamsy {
 namespace {
 
+/// A thread that hasn't seen a new item for so long hangs in the last one.
+constexpr auto stuckLimit = std::chrono::milliseconds(200);
+
+/// Threads that may hang in files that don't answer; then new items wait for one of them.
+constexpr int maxStuckThreads = 8;
+
 constexpr auto endLimit = std::chrono::milliseconds(500);
 
 /// Reports on their way to the interface thread, in order.
@@ -54,7 +60,10 @@ struct MediaPlaybackThread::Shared {
     ReportBox reports;
 };
 
-MediaPlaybackThread::MediaPlaybackThread() : shared_(std::make_shared<Shared>(this)) {}
+MediaPlaybackThread::MediaPlaybackThread() : shared_(std::make_shared<Shared>(this)) {
+    stuckTimer_.setSingleShot(true);
+    connect(&stuckTimer_, &QTimer::timeout, this, &MediaPlaybackThread::replaceStuckThread);
+}
 
 MediaPlaybackThread::~MediaPlaybackThread() {
     shared_->requests.quit();
@@ -87,7 +96,20 @@ void MediaPlaybackThread::deliver() {
 std::uint64_t MediaPlaybackThread::setItem(const QByteArray& path) {
     if (!thread_.joinable())
         start();
+    stuckTimer_.start(stuckLimit);
     return shared_->requests.setItem(path);
+}
+
+void MediaPlaybackThread::replaceStuckThread() {
+    if (shared_->requests.isTaken() || stuckThreads_ == maxStuckThreads)
+        return;
+    ++stuckThreads_;
+    const std::shared_ptr<Shared> stuck = std::exchange(shared_, std::make_shared<Shared>(this));
+    stuck->reports.close();
+    thread_.detach();
+    shared_->renderer.setVolume(volume_);
+    shared_->requests.takeOver(stuck->requests);
+    start();
 }
 
 void MediaPlaybackThread::dropItem(std::uint64_t item) {
@@ -103,7 +125,12 @@ void MediaPlaybackThread::seek(std::uint64_t item, std::uint64_t number, double 
 }
 
 void MediaPlaybackThread::setVolume(float volume) {
+    volume_ = volume;
     shared_->renderer.setVolume(volume);
+}
+
+bool MediaPlaybackThread::hasRunDry() const {
+    return shared_->renderer.ring().hasRunDry();
 }
 
 std::uint64_t MediaPlaybackThread::consumedFrames() const {

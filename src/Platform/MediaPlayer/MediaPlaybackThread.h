@@ -3,6 +3,7 @@
 #include "Platform/MediaPlayer/PlaybackLoop.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <future>
 #include <memory>
@@ -11,8 +12,9 @@
 namespace tamsy {
 
 /// The thread that decodes for one media player after another and owns the device, which stays open
-/// from file to file. It is started by the first file. All operations, and the signal, belong to
-/// the interface thread and none of them waits.
+/// from file to file. It is started by the first file; one that hangs in a file which doesn't
+/// answer is left behind when the next file comes, and another takes its place. All operations, and
+/// the signal, belong to the interface thread and none of them waits.
 class MediaPlaybackThread : public QObject {
     Q_OBJECT
   public:
@@ -33,6 +35,9 @@ class MediaPlaybackThread : public QObject {
     /// Linear, 0 to 1, for this and every later item.
     void setVolume(float volume);
 
+    /// Whether the sound has stopped for want of frames: the file is slower than its playing.
+    [[nodiscard]] bool hasRunDry() const;
+
     /// The ring's number of the frame that is played next.
     [[nodiscard]] std::uint64_t consumedFrames() const;
 
@@ -43,10 +48,14 @@ class MediaPlaybackThread : public QObject {
     struct Shared;
     void start();
     void deliver();
+    void replaceStuckThread();
 
     std::shared_ptr<Shared> shared_;
     std::future<void> finished_;
     std::thread thread_;
+    QTimer stuckTimer_; // runs from a new item on
+    int stuckThreads_ = 0;
+    float volume_ = 1;
 };
 
 } // namespace tamsy

@@ -11,6 +11,8 @@
 namespace tamsy {
 namespace {
 
+constexpr int supplyInterval = 100; // milliseconds between two looks whether sound still flows
+
 constexpr int endReportInterval = 50; // milliseconds
 
 /// How long the end is reported at least, in milliseconds, from the end and from the taking on.
@@ -39,6 +41,7 @@ MediaPlayer::MediaPlayer(MediaPlaybackThread& thread, const FileURL& item)
     sinceItem_.start();
     endTimer_.setTimerType(Qt::PreciseTimer);
     endTimer_.setInterval(endReportInterval);
+    connect(&supplyTimer_, &QTimer::timeout, this, &MediaPlayer::watchSupply);
     connect(&endTimer_, &QTimer::timeout, this, &MediaPlayer::repeatEnd);
     connect(&thread_, &MediaPlaybackThread::reported, this, &MediaPlayer::handle);
 }
@@ -92,6 +95,8 @@ void MediaPlayer::pause() {
         return;
     wantsToPlay_ = false;
     hasSound_ = false;
+    hasRunDry_ = false;
+    supplyTimer_.stop();
     endTimer_.stop();
     thread_.setRunning(item_, false);
     settleStatusSoon();
@@ -135,6 +140,8 @@ void MediaPlayer::handle(const PlaybackReport& report) {
         break;
     case PlaybackReport::Kind::Started:
         hasSound_ = wantsToPlay_;
+        if (hasSound_)
+            supplyTimer_.start(supplyInterval);
         settleStatus();
         break;
     case PlaybackReport::Kind::Sought:
@@ -211,6 +218,16 @@ void MediaPlayer::runTimers(bool running) {
         else
             observer->timer.stop();
     }
+}
+
+/// A file that can't keep up is silent and says so, until it can again.
+void MediaPlayer::watchSupply() {
+    const bool isDry = thread_.hasRunDry();
+    if (isDry == hasRunDry_)
+        return;
+    hasRunDry_ = isDry;
+    hasSound_ = !isDry;
+    settleStatus();
 }
 
 void MediaPlayer::reportTime(double seconds) {

@@ -76,6 +76,7 @@ class MediaPlayer : public QObject {
     void repeatEnd();
     void leaveEnd();
     void runTimers(bool running);
+    void watchSupply();
     void settleStatusSoon();
     void settleStatus();
     void reportTime(double seconds);
@@ -97,7 +98,9 @@ class MediaPlayer : public QObject {
     double anchorPosition_ = 0;     // seconds, at the frame below
     std::uint64_t anchorFrame_ = 0; // the ring's number of a frame
     std::optional<double> endPosition_;
-    QTimer endTimer_; // repeats the report of the end
+    bool hasRunDry_ = false; // it had sound until the file became too slow
+    QTimer supplyTimer_;     // looks after a file that plays
+    QTimer endTimer_;        // repeats the report of the end
     QElapsedTimer sinceItem_;
     QElapsedTimer sinceEnd_;
 };

@@ -3,6 +3,7 @@
 #include "Platform/MediaPlayer/RawAac.h"
 
 extern "C" {
+#include <libavcodec/avcodec.h>
 #include <libavcodec/packet.h>
 #include <libavformat/avformat.h>
 #include <libavutil/dict.h>
@@ -147,7 +148,12 @@ void PacketReader::seek(std::int64_t timestamp) {
 }
 
 void PacketReader::readDuration() {
-    if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
+    const AVCodecParameters& codec = *stream_->codecpar;
+    const bool isPcm = av_get_exact_bits_per_sample(codec.codec_id) > 0;
+    // Plain samples are counted by the container, which spares reading them all.
+    if (isPcm && stream_->nb_frames > 0 && codec.sample_rate > 0)
+        duration_ = static_cast<double>(stream_->nb_frames) / codec.sample_rate;
+    else if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
         duration_ = measure();
     else if (stream_->duration != AV_NOPTS_VALUE)
         duration_ = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);

@@ -61,6 +61,21 @@ void PlaybackRequests::quit() {
     });
 }
 
+void PlaybackRequests::takeOver(PlaybackRequests& stuck) {
+    PlaybackRequest wanted;
+    {
+        const std::scoped_lock lock(stuck.mutex_);
+        wanted = stuck.request_;
+    }
+    stuck.quit();
+    change([&] { request_ = wanted; });
+}
+
+bool PlaybackRequests::isTaken() const {
+    const std::scoped_lock lock(mutex_);
+    return !isChanged_;
+}
+
 PlaybackRequest PlaybackRequests::wait(Clock::time_point deadline) {
     std::unique_lock lock(mutex_);
     const auto isChanged = [this] { return isChanged_; };

@@ -43,6 +43,12 @@ class PlaybackRequests {
     void seek(std::uint64_t item, std::uint64_t number, double seconds);
     void quit();
 
+    /// Wants what `stuck` wanted, whose playback thread doesn't answer, and lets that thread end.
+    void takeOver(PlaybackRequests& stuck);
+
+    /// Whether the playback thread has seen the latest change.
+    [[nodiscard]] bool isTaken() const;
+
     // Playback thread.
 
     /// Waits until something has changed since the last call, at most until `deadline`.
@@ -60,7 +66,7 @@ class PlaybackRequests {
     void replaceItem(const QByteArray& path);
 
     RingRenderer& renderer_;
-    std::mutex mutex_; // guards what follows, and the opening of the renderer
+    mutable std::mutex mutex_; // guards what follows, and the opening of the renderer
     std::condition_variable changed_;
     PlaybackRequest request_;
     bool isChanged_ = false;
