@@ -92,7 +92,7 @@ ma_result openDevice(BridgePlayer& player) {
 /// Starts the device. One that won't start has lost its sound server; a fresh one finds the server
 /// that has come back, or another way out.
 ma_result startDevice(BridgePlayer& player) {
-    player.file.wake();
+    player.file.setRunning(true);
     if (ma_device_start(&player.device) == MA_SUCCESS)
         return MA_SUCCESS;
     ma_device_uninit(&player.device);
@@ -173,6 +173,7 @@ void ma_pause(BridgePlayer* player) {
     if (player == nullptr)
         return;
     static_cast<void>(ma_device_stop(&player->device));
+    player->file.setRunning(false);
     player->isPlaying = false;
 }
 
@@ -183,6 +184,7 @@ void ma_stop(BridgePlayer* player) {
     player->file.seek(0, 0);
     player->isSeeking = false;
     player->positionSeconds = 0;
+    player->file.setRunning(false);
     player->isPlaying = false;
 }
 

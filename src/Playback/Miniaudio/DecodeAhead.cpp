@@ -28,6 +28,9 @@ std::atomic<int> workerCount = 0;
 /// Decoded at a time: a new request waits for no more, in frames.
 constexpr std::size_t blockFrames = 4096;
 
+/// Between two looks at a ring that a device empties.
+constexpr auto shortestSleep = std::chrono::milliseconds(20);
+
 struct Request {
     std::uint64_t number = 0; // counts the seeks
     double target = 0;        // seconds
@@ -50,7 +53,7 @@ struct DecodeAhead::Shared {
     std::uint64_t soughtNumber = 0;
     ma_result sought = MA_SUCCESS;
     bool isAbandoned = false;
-    bool isAwake = false;
+    bool isRunning = false; // a device reads
 
     template <typename Change>
     void change(Change change) {
@@ -170,41 +173,33 @@ class DecodeAhead::Worker {
     /// Waits until there is something to do; nothing once nobody wants the file.
     std::optional<Request> waitForWork() {
         std::unique_lock lock(shared_->mutex);
-        const auto isWanted = [this] {
-            return shared_->isAbandoned || shared_->isAwake ||
+        const bool wasRunning = shared_->isRunning;
+        const auto isWanted = [this, wasRunning] {
+            return shared_->isAbandoned || shared_->isRunning != wasRunning ||
                    shared_->request.number != soughtNumber_;
         };
         if ((isFilling_ && !hasEnded_) || isScanning_) {
             // No wait: there is room for more.
-        } else if (hasEnded_ || !isConsumed()) {
+        } else if (hasEnded_ || !wasRunning) {
             shared_->changed.wait(lock, isWanted);
         } else {
             shared_->changed.wait_for(lock, timeToRefill(), isWanted);
         }
-        isAwake_ = std::exchange(shared_->isAwake, false);
         return shared_->isAbandoned ? std::nullopt : std::optional(shared_->request);
-    }
-
-    /// Whether a device takes frames: it has since the last look, or is about to.
-    bool isConsumed() {
-        const std::uint64_t consumed = shared_->ring.consumed();
-        return std::exchange(lastConsumed_, consumed) != consumed || isAwake_;
     }
 
     [[nodiscard]] std::chrono::milliseconds timeToRefill() const {
         const std::uint64_t unread = shared_->ring.unread();
         const std::uint64_t spare = unread - std::min(unread, FrameRing::refillLevel);
-        return std::chrono::milliseconds(spare * 1000 / mediaSampleRate + 1);
+        return std::chrono::milliseconds(spare * 1000 / mediaSampleRate) + shortestSleep;
     }
 
     const std::shared_ptr<Shared> shared_;
     AudioDecoder decoder_;
     std::array<StereoFrame, blockFrames> block_{};
     std::uint64_t soughtNumber_ = 0;
-    std::uint64_t lastConsumed_ = 0;
     bool isFilling_ = true;
     bool isScanning_ = false;
-    bool isAwake_ = false;
     bool hasEnded_ = false;
 };
 
@@ -262,8 +257,8 @@ bool DecodeAhead::isWaiting() const {
            (shared_->ring.hasRunDry() && !shared_->ring.canStart());
 }
 
-void DecodeAhead::wake() {
-    shared_->change([this] { shared_->isAwake = true; });
+void DecodeAhead::setRunning(bool isRunning) {
+    shared_->change([&] { shared_->isRunning = isRunning; });
 }
 
 double DecodeAhead::length() const {

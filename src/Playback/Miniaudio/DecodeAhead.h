@@ -46,8 +46,9 @@ class DecodeAhead {
     /// True while the file owes frames: it is being opened or moved, or the device has run dry.
     [[nodiscard]] bool isWaiting() const;
 
-    /// A device is about to read.
-    void wake();
+    /// Whether a device reads, or is about to: without one the file's thread sleeps once it has
+    /// decoded enough.
+    void setRunning(bool isRunning);
 
     /// In seconds; 0 while it is unknown. Any thread.
     [[nodiscard]] double length() const;
