@@ -1,7 +1,7 @@
-// Every test program holds this. Before main it replaces what belongs to the developer, so that a test
-// started by hand touches as little as one that CTest starts: a home of its own that goes with the
-// process, no session or system bus, no sound server or card, no display. The scripts that bring a
-// server of their own say so in the environment, and theirs stays.
+// Every test program holds this. Before main it replaces what belongs to the developer, so that a
+// test started by hand touches as little as one that CTest starts: a home of its own that goes with
+// the process, no session or system bus, no sound server or card, no display. The scripts that
+// bring a server of their own say so in the environment, and theirs stays.
 
 #include <cstdlib>
 #include <filesystem>
@@ -66,9 +66,9 @@ const Surroundings surroundings;
 
 } // namespace
 
-// What the libraries of others keep until the process ends is no leak of ours: the sound libraries a
-// few records of each connection and device; Qt Quick's software renderer the textures of a closed
-// window, whose stacks hold no frame that tells them from other pixmaps of Qt's.
+// What the libraries of others keep until the process ends is no leak of ours: the sound libraries
+// a few records of each connection and device; Qt Quick's software renderer the textures of a
+// closed window, whose stacks hold no frame that tells them from other pixmaps of Qt's.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libpulse\nleak:libSDL2\nleak:libQt6Quick.so\nleak:libQt6Gui.so\n";
