@@ -1,9 +1,9 @@
 #include "Playback/AudioDecoder.h"
 
 #include "Playback/AudioFile.h"
+#include "Playback/Miniaudio/FallbackDecoder.h"
 #include "Playback/MiniaudioDecoders.h"
 #include "Playback/MpegAudioScan.h"
-#include "Playback/OggFlac.h"
 #include "Playback/OggVorbis.h"
 #include "Playback/ReadBudget.h"
 
@@ -16,12 +16,10 @@ namespace tamsy {
 namespace {
 
 // What one call may read of a file. A sound file needs a fraction of each; a search through the
-// rest of a broken one stays short. In an Ogg file FLAC has to be read up to the target, and Vorbis
-// goes to the start by way of its headers.
+// rest of a broken one stays short. Vorbis goes to the start by way of its headers.
 constexpr std::int64_t openingBudget = 1'048'576;
 constexpr std::int64_t readingBudget = 4'194'304;
 constexpr std::int64_t seekingBudget = 16'777'216;
-constexpr std::int64_t seekingBudgetInOgg = 1'073'741'824;
 
 /// Decoded at a time, in frames.
 constexpr std::size_t blockFrames = 1024;
@@ -80,6 +78,9 @@ ma_result AudioDecoder::open(const FileURL& url) {
         if (std::find(encodings.begin(), encoding, *encoding) != encoding)
             continue;
         if (*encoding == ma_encoding_format_mp3) {
+            // Almost anything holds something like a frame, so a container's own codec goes first.
+            if (encoding != encodings.begin() && openByFallback(file, path) == MA_SUCCESS)
+                return MA_SUCCESS;
             if (!startScan() || openAs(*encoding, path) != MA_SUCCESS)
                 continue;
             takeScan();
@@ -96,14 +97,25 @@ ma_result AudioDecoder::open(const FileURL& url) {
         if (openAs(*encoding, path) != MA_SUCCESS)
             continue;
         seekingBudget_ += headers;
+        if (seeksBadly(decoder_, *encoding))
+            return replaceByFallback(*encoding, path);
         isFlac_ = *encoding == ma_encoding_format_flac;
-        if (isFlac_ && isOgg(file)) {
-            seekingBudget_ = seekingBudgetInOgg;
-            tellFlacLength(decoder_, lastGranulePosition(file));
-        }
         return MA_SUCCESS;
     }
-    return MA_NO_BACKEND;
+    return openByFallback(file, path);
+}
+
+ma_result AudioDecoder::openByFallback(const AudioFile& file, const QByteArray& path) {
+    return isKnownContainer(file) ? finishOpening(openFallback(path, decoder_)) : MA_NO_BACKEND;
+}
+
+/// Leaves the file to the fallback, if that knows it.
+ma_result AudioDecoder::replaceByFallback(ma_encoding_format encoding, const QByteArray& path) {
+    static_cast<void>(ma_decoder_uninit(&decoder_));
+    if (finishOpening(openFallback(path, decoder_)) == MA_SUCCESS)
+        return MA_SUCCESS;
+    isFlac_ = encoding == ma_encoding_format_flac;
+    return openAs(encoding, path);
 }
 
 /// Walks through an MPEG file, as far as that takes no time to speak of. Of a file that is slow to
@@ -158,7 +170,10 @@ ma_result AudioDecoder::openAs(ma_encoding_format encoding, const QByteArray& pa
     ma_decoder_config config = ma_decoder_config_init(format, 0, 0);
     // Named, so that no other decoder is tried: one of them takes anything for sound.
     config.encodingFormat = encoding;
-    const ma_result result = ma_decoder_init_file(path.constData(), &config, &decoder_);
+    return finishOpening(ma_decoder_init_file(path.constData(), &config, &decoder_));
+}
+
+ma_result AudioDecoder::finishOpening(ma_result result) {
     isOpen_ = result == MA_SUCCESS;
     if (!isOpen_ || startConversion())
         return result;

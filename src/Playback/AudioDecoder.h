@@ -17,6 +17,8 @@
 
 namespace tamsy {
 
+class AudioFile;
+
 /// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
 /// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its
 /// way in a broken file is cut short.
@@ -60,6 +62,9 @@ class AudioDecoder {
     [[nodiscard]] bool startScan();
     void takeScan();
     ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
+    ma_result openByFallback(const AudioFile& file, const QByteArray& path);
+    ma_result replaceByFallback(ma_encoding_format encoding, const QByteArray& path);
+    ma_result finishOpening(ma_result result);
     ma_result seekToFrame(std::uint64_t frame);
     [[nodiscard]] bool startConversion();
     void restartConversion(std::uint64_t skippedFrames);

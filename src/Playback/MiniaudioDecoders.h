@@ -20,9 +20,10 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
 [[nodiscard]] std::optional<double> untoldMpegLength(const ma_decoder& decoder,
                                                      std::uint64_t pcmFrames);
 
-/// Tells an open FLAC decoder its length in frames if the file's header doesn't: it takes 0 for the
-/// end otherwise, and every seek for one to the start. `decoder` must have been opened as FLAC.
-void tellFlacLength(ma_decoder& decoder, std::uint64_t frames);
+/// Whether miniaudio opens such a file and doesn't find its way in it: FLAC in Ogg, FLAC without a
+/// length, ADPCM, which it decodes from the start at each seek. `decoder` must have been opened as
+/// `encoding`.
+[[nodiscard]] bool seeksBadly(const ma_decoder& decoder, ma_encoding_format encoding);
 
 /// Makes an open FLAC decoder forget the frame it was in, after a seek has failed: of that frame,
 /// and of the Ogg page around it, it may hold less than it believes. It must be sought anew before

@@ -56,10 +56,15 @@ std::optional<double> untoldMpegLength(const ma_decoder& decoder, std::uint64_t 
     return static_cast<double>(pcmFrames) / mpeg.sampleRate;
 }
 
-void tellFlacLength(ma_decoder& decoder, std::uint64_t frames) {
-    auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
-    if (flac.totalPCMFrameCount == 0)
-        flac.totalPCMFrameCount = frames;
+bool seeksBadly(const ma_decoder& decoder, ma_encoding_format encoding) {
+    if (encoding == ma_encoding_format_flac) {
+        const auto& flac = *static_cast<const ma_flac*>(decoder.pBackend)->dr;
+        return flac.container == ma_dr_flac_container_ogg || flac.totalPCMFrameCount == 0;
+    }
+    if (encoding != ma_encoding_format_wav)
+        return false;
+    const auto tag = static_cast<const ma_wav*>(decoder.pBackend)->dr.translatedFormatTag;
+    return tag == MA_DR_WAVE_FORMAT_ADPCM || tag == MA_DR_WAVE_FORMAT_DVI_ADPCM;
 }
 
 void dropFlacFrame(ma_decoder& decoder) {

@@ -1,5 +1,6 @@
 #include "Playback/MpegAudioScan.h"
 
+#include "Playback/Miniaudio/LeadingTags.h"
 #include "Playback/MpegFrameHeader.h"
 #include "Utils/ByteCursor.h"
 
@@ -58,6 +59,7 @@ class Window {
     /// How often the file has been read.
     [[nodiscard]] std::uint64_t reads() const { return reads_; }
 
+    [[nodiscard]] const AudioFile& file() const { return file_; }
     [[nodiscard]] std::uint64_t fileSize() const { return file_.size(); }
 
   private:
@@ -67,24 +69,6 @@ class Window {
     std::uint64_t reads_ = 0;
     std::span<const std::byte> filled_;
 };
-
-/// Where the ID3v2 tags at the file's start end.
-std::uint64_t endOfLeadingTags(Window& window) {
-    std::uint64_t position = 0;
-    for (;;) {
-        ByteCursor cursor(window.at(position, 10));
-        if (cursor.readU24() != 0x494433U /* "ID3" */ || !cursor.skip(2))
-            return position;
-        const auto flags = cursor.readU8();
-        const auto size = cursor.readU32(); // seven bits a byte
-        if (!flags || !size || (*size & 0x80808080U) != 0)
-            return position;
-        const std::uint32_t body = ((*size >> 3U) & 0x0FE00000U) | ((*size >> 2U) & 0x001FC000U) |
-                                   ((*size >> 1U) & 0x00003F80U) | (*size & 0x7FU);
-        const bool hasFooter = (*flags & 0x10U) != 0;
-        position += 10 + body + (hasFooter ? 10U : 0U);
-    }
-}
 
 /// The data that layer III carries over from frame to frame, as the decoder keeps it: until it has
 /// been filled, frames that need it come to nothing.
@@ -155,7 +139,7 @@ class MpegAudioScanner::Walk {
         if (state_ != State::Walking)
             return state_;
         if (window_.reads() == 0)
-            position_ = start_ = endOfLeadingTags(window_);
+            position_ = start_ = endOfLeadingTags(window_.file());
         for (const std::uint64_t reads = window_.reads(); window_.reads() <= reads;) {
             if (position_ + MpegFrameHeader::size > window_.fileSize())
                 return state_ = audioBytes_ > 0 ? State::Done : State::Refused;

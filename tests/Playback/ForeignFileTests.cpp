@@ -110,13 +110,14 @@ TEST(EmptyCodebook, WhereTheDecoderNeedsOneHarmsNothing) {
 
 struct ForeignFile {
     const char* name;
-    double seconds = 20;
+    bool tellsPositions = true; // in each packet or page, so that seeks can be exact
 };
 
 class ForeignFiles : public testing::TestWithParam<ForeignFile> {};
 
 TEST_P(ForeignFiles, PlaysWholeAndSeeks) {
-    const auto& [name, seconds] = GetParam();
+    const auto& [name, tellsPositions] = GetParam();
+    constexpr double seconds = 20;
     AudioDecoder whole;
     AudioDecoder decoder;
     ASSERT_EQ(whole.open(foreignAudio(name)), MA_SUCCESS);
@@ -127,7 +128,8 @@ TEST_P(ForeignFiles, PlaysWholeAndSeeks) {
     EXPECT_TRUE(told == 0 || std::abs(told - seconds) < 0.05) << told;
     for (const double target : positions(seconds - 0.1, 40)) {
         EXPECT_EQ(decoder.seek(target), MA_SUCCESS) << target;
-        EXPECT_TRUE(standsAt(read(decoder, 2000), all, target)) << target;
+        const Samples sound = read(decoder, 2000);
+        EXPECT_TRUE(tellsPositions ? standsAt(sound, all, target) : !sound.empty()) << target;
     }
 }
 
@@ -141,6 +143,16 @@ std::string nameOf(const testing::TestParamInfo<ForeignFile>& info) {
 INSTANTIATE_TEST_SUITE_P(Kinds, ForeignFiles,
                          testing::ValuesIn({
                              ForeignFile{"empty-book.ogg"},
+                             ForeignFile{"full-pages.oga"},
+                             ForeignFile{"opus.ogg"},
+                             ForeignFile{"speex.oga", false},
+                             ForeignFile{"adpcm-ms.wav"},
+                             ForeignFile{"adpcm-ima.wav"},
+                             ForeignFile{"gsm.wav"},
+                             ForeignFile{"tag-in-front.flac"},
+                             ForeignFile{"tag-in-front.wav"},
+                             ForeignFile{"tag-in-front.ogg"},
+                             ForeignFile{"no-length.flac"},
                          }),
                          nameOf);
 

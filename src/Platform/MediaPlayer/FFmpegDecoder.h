@@ -42,6 +42,7 @@ class FFmpegDecoder : public MediaDecoder {
     [[nodiscard]] Block decodeBlock();
     [[nodiscard]] Block decodeNext();
     void feed();
+    void noteNumber(const AVPacket& packet);
     void restartAt(double seconds);
     [[nodiscard]] bool reach(std::int64_t target);
     [[nodiscard]] double preRoll() const;
@@ -54,6 +55,8 @@ class FFmpegDecoder : public MediaDecoder {
     std::unique_ptr<AVFrame, FrameDeleter> frame_;
     FrameConverter converter_;
     std::optional<std::int64_t> origin_; // time stamp of the first sound, in the file's time base
+    std::optional<std::int64_t> firstBlock_; // in bytes, of packets that are blocks of one size
+    std::optional<std::int64_t> blockNumber_, sampleNumber_; // of the packet that decoding began at
     std::int64_t restart_ = 0; // frames at the device's rate, where decoding was last begun
     std::optional<std::int64_t> position_; // frames at the device's rate, where the next block is
     std::optional<Block> pending_;         // found by a seek, given by the next `decode`

@@ -18,6 +18,10 @@ extern "C" {
 namespace tamsy {
 namespace {
 
+/// What a question or a move counts for among the bytes that may be read: a file that is nothing
+/// but empty chunks makes the demuxer ask millions of times.
+constexpr std::int64_t seekCost = 256;
+
 constexpr int bufferSize = 64 * 1024; // bytes: some two seconds of compressed sound a call
 
 /// Taggers that know nothing of each other put one tag ahead of the other.
@@ -59,6 +63,8 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
     auto* input = static_cast<FileInput*>(self);
     if (input->abandoned_.load(std::memory_order_relaxed))
         return AVERROR_EXIT;
+    if (input->allowed_ <= 0)
+        return AVERROR_EOF;
     ssize_t count = 0;
     do {
         count = ::pread(input->descriptor_, buffer, static_cast<std::size_t>(size),
@@ -69,11 +75,13 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
     if (count == 0)
         return AVERROR_EOF;
     input->offset_ += count;
+    input->allowed_ -= count;
     return static_cast<int>(count);
 }
 
 std::int64_t FileInput::seek(void* self, std::int64_t offset, int whence) {
     auto* input = static_cast<FileInput*>(self);
+    input->allowed_ -= seekCost;
     switch (whence & ~AVSEEK_FORCE) {
     case AVSEEK_SIZE:
         return input->size();

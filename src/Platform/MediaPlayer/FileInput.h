@@ -20,6 +20,9 @@ class FileInput {
     FileInput& operator=(const FileInput&) = delete;
     ~FileInput();
 
+    /// Lets the demuxer read so many bytes from now on; then it meets the file's end.
+    void allow(std::int64_t bytes) { allowed_ = bytes; }
+
     [[nodiscard]] AVIOContext* context() const { return context_; }
 
   private:
@@ -33,6 +36,7 @@ class FileInput {
     const std::atomic<bool>& abandoned_;
     std::int64_t start_ = 0;  // bytes of the file that are left out
     std::int64_t offset_ = 0; // bytes from there
+    std::int64_t allowed_ = INT64_MAX;
     AVIOContext* context_ = nullptr;
 };
 

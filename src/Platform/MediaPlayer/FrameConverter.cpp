@@ -104,7 +104,11 @@ std::int64_t FrameConverter::restart(const AVFrame& frame, std::int64_t inputFra
     else if (!follow(frame))
         return 0;
     const Resampler& resampler = conversion_->resampler;
-    const auto start = static_cast<std::uint64_t>(std::max<std::int64_t>(0, inputFrame));
+    if (inputFrame < 0) { // the encoder's delay
+        skippedInput_ = static_cast<std::uint64_t>(-inputFrame);
+        return 0;
+    }
+    const auto start = static_cast<std::uint64_t>(inputFrame);
     const std::uint64_t past = start % resampler.alignment();
     skippedInput_ = past > 0 ? resampler.alignment() - past : 0;
     return static_cast<std::int64_t>(resampler.outputFrames(start + skippedInput_));

@@ -21,7 +21,7 @@ namespace {
 
 /// Containers that a music file may be, whatever its name says. Play lists and manifests, which
 /// refer to other files, are not among them.
-constexpr const char* containers = "mov,aac,aiff,caf,wav,w64,flac,ogg,mp3,ac3,amr,au";
+constexpr const char* containers = "mov,aac,loas,aiff,caf,wav,w64,flac,ogg,mp3,ac3,amr,au";
 
 /// Each container names itself at its start (behind a tag, which is skipped), so a file that is
 /// none of them is refused without reading far, in bytes.
@@ -30,6 +30,12 @@ constexpr int probeSize = 64 * 1024;
 /// Measuring reads the whole file, an hour in a quarter of a second. A larger file than this, in
 /// bytes, some ten hours, plays with the length that its bit rate suggests.
 constexpr std::int64_t measureLimit = 512LL << 20U;
+
+/// What may be read of a file, in bytes, to open it, to move in it, and for one packet. Large
+/// pictures and damage fit in; a search through a hole of gigabytes is cut short.
+constexpr std::int64_t openingBudget = 24LL << 20U;
+constexpr std::int64_t seekingBudget = 256LL << 20U;
+constexpr std::int64_t packetBudget = 64LL << 20U;
 
 int refuseOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
                int /*flags*/, AVDictionary** /*options*/) {
@@ -40,33 +46,14 @@ bool isRawAac(const AVFormatContext& format) {
     return std::string_view(format.iformat->name) == "aac";
 }
 
-/// True for a stream of moving pictures; covers and chapter pictures are stills.
-bool isFilm(const AVStream& stream) {
-    if (stream.codecpar->codec_type != AVMEDIA_TYPE_VIDEO)
-        return false;
-    if ((stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS)) != 0)
-        return false;
-    switch (stream.codecpar->codec_id) {
-    case AV_CODEC_ID_MJPEG:
-    case AV_CODEC_ID_PNG:
-    case AV_CODEC_ID_BMP:
-        return false;
-    default:
-        return true;
-    }
-}
-
-/// The sound's stream with all others switched off; none for a film.
+/// The sound's stream with all others, such as covers and moving pictures, switched off.
 AVStream* selectSound(AVFormatContext& format) {
     const std::span streams(format.streams, format.nb_streams);
     const int index = av_find_best_stream(&format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (index < 0)
         return nullptr;
-    for (AVStream* stream : streams) {
-        if (isFilm(*stream))
-            return nullptr;
+    for (AVStream* stream : streams)
         stream->discard = stream->index == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    }
     return streams[static_cast<std::size_t>(index)];
 }
 
@@ -109,8 +96,16 @@ std::unique_ptr<PacketReader> PacketReader::open(const char* path,
     std::unique_ptr<FileInput> input = FileInput::open(path, abandoned);
     if (!input)
         return nullptr;
+    input->allow(openingBudget);
     Format format = openFormat(input->context());
-    if (!format || avformat_find_stream_info(format.get(), nullptr) < 0)
+    if (!format)
+        return nullptr;
+    // What is switched off is neither read nor decoded to learn more about it.
+    for (AVStream* stream : std::span(format->streams, format->nb_streams)) {
+        if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
+            stream->discard = AVDISCARD_ALL;
+    }
+    if (avformat_find_stream_info(format.get(), nullptr) < 0)
         return nullptr;
     AVStream* stream = selectSound(*format);
     if (!stream)
@@ -129,7 +124,13 @@ AVRational PacketReader::timeBase() const {
     return stream_->time_base;
 }
 
+double PacketReader::seekMargin() const {
+    constexpr double longestPage = 1.5; // muxers' limit is a second
+    return std::string_view(format_->iformat->name) == "ogg" ? longestPage : 0;
+}
+
 bool PacketReader::readPacket(AVPacket& packet) {
+    input_->allow(packetBudget);
     while (av_read_frame(format_.get(), &packet) >= 0) {
         if (packet.stream_index == stream_->index)
             return true;
@@ -139,6 +140,7 @@ bool PacketReader::readPacket(AVPacket& packet) {
 }
 
 void PacketReader::seek(std::int64_t timestamp) {
+    input_->allow(seekingBudget);
     // The first packet may stand ahead of zero: it only warms up the codec.
     const AVIndexEntry* first = avformat_index_get_entry(stream_, 0);
     timestamp = std::max(timestamp, first ? first->timestamp : 0);
@@ -170,6 +172,7 @@ double PacketReader::measure() {
     if (packet && isRawAac(*format_) && avio_size(format_->pb) <= measureLimit &&
         readPacket(*packet)) {
         av_packet_unref(packet.get());
+        input_->allow(measureLimit);
         length = indexRawAac(*format_->pb, *stream_);
         seek(0);
     }

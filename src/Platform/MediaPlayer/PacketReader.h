@@ -17,7 +17,7 @@ namespace tamsy {
 /// The packets of one file's sound. Pictures and other streams are passed over.
 class PacketReader {
   public:
-    /// Opens the file; nothing if it is no container that we play, holds no sound or is a film.
+    /// Opens the file; nothing if it is no container that we play, holds no sound.
     [[nodiscard]] static std::unique_ptr<PacketReader> open(const char* path,
                                                             const std::atomic<bool>& abandoned);
 
@@ -26,6 +26,10 @@ class PacketReader {
 
     [[nodiscard]] const AVCodecParameters& codecParameters() const;
     [[nodiscard]] AVRational timeBase() const;
+
+    /// How far ahead of a target, in seconds, a seek has to aim for the time stamps to be right
+    /// there: those of an Ogg file's last page are guesses.
+    [[nodiscard]] double seekMargin() const;
 
     /// Reads the next packet of the sound; false at the end, or when no more can be read.
     [[nodiscard]] bool readPacket(AVPacket& packet);

@@ -131,7 +131,6 @@ TEST(Decoder, RefusesQuicklyWhatIsNoMusic) {
         fileWith("chain.aac", "ffconcat version 1.0\nfile 10-constant.aac\n"),
         fileWith("random.aiff", random),
         fileWith("headless.m4a", moov.first(moov.size() / 2)),
-        film,
         QByteArray(film).replace("film.mp4", "film.mkv"),
         pipe,
         "/dev/zero",
@@ -144,6 +143,27 @@ TEST(Decoder, RefusesQuicklyWhatIsNoMusic) {
         EXPECT_FALSE(open(path)) << path.constData();
         EXPECT_LT(processorSeconds() - start, 0.05) << path.constData();
     }
+}
+
+TEST(Decoder, PlaysTheSoundOfAFilmAtNoCost) {
+    const QByteArray sound = fileWith("sound.m4a", {});
+    const QByteArray film = fileWith("pictures.m4a", {});
+    ffmpeg(
+        "-f lavfi -i testsrc=d=20:s=640x480 -f lavfi -i sine=d=20 -c:v mpeg4 -f mp4 pictures.m4a");
+    ffmpeg("-i pictures.m4a -vn -c copy sound.m4a");
+    const auto openingCost = [](const QByteArray& path) {
+        const double start = processorSeconds();
+        EXPECT_TRUE(open(path));
+        return processorSeconds() - start;
+    };
+    openingCost(sound); // the first opening initialises the library
+    const double plain = openingCost(sound);
+    EXPECT_LT(openingCost(film), plain + 0.02);
+    const auto decoder = open(film);
+    ASSERT_TRUE(decoder);
+    EXPECT_NEAR(decoder->duration(), 20, 0.06);
+    EXPECT_NEAR(static_cast<double>(take(*decoder).size()) / mediaSampleRate, 20, 0.06);
+    EXPECT_NEAR(decoder->seek(12.5), 12.5, 1.0 / mediaSampleRate);
 }
 
 } // namespace

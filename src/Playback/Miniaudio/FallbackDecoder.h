@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Playback/AudioFile.h"
+
+#include <QByteArray>
+#include <miniaudio.h>
+
+namespace tamsy {
+
+/// Whether a file, behind the ID3v2 tags that may stand in front, begins as FLAC, Ogg or RIFF does:
+/// one of these that miniaudio refuses is worth a look by the fallback.
+[[nodiscard]] bool isKnownContainer(const AudioFile& file);
+
+/// Opens a local file, given by its bytes, through the media module, whose libraries know what
+/// miniaudio's own decoders don't: Opus, Speex, GSM, tags in front, exact seeks in FLAC in Ogg. It
+/// becomes the backend of `decoder` and goes with it; its sound is stereo at 48,000 Hz.
+/// Reading it allocates and locks.
+[[nodiscard]] ma_result openFallback(const QByteArray& path, ma_decoder& decoder);
+
+} // namespace tamsy

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Playback/AudioFile.h"
+
+#include <cstdint>
+
+namespace tamsy {
+
+/// Where the ID3v2 tags (id3.org) at a file's start end, in bytes; 0 if there are none.
+[[nodiscard]] std::uint64_t endOfLeadingTags(const AudioFile& file);
+
+} // namespace tamsy
