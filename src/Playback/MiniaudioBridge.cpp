@@ -62,17 +62,16 @@ void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
     auto* player = static_cast<BridgePlayer*>(device->pUserData);
     if (player == nullptr)
         return;
-    auto* samples = static_cast<float*>(output);
-    const std::size_t width = device->playback.channels;
-    const std::size_t frames =
-        player->file.read(std::span(static_cast<StereoFrame*>(output), frameCount));
+    const std::span<StereoFrame> frames(static_cast<StereoFrame*>(output), frameCount);
+    const std::size_t filled = player->file.read(frames);
     const float volume = player->volume.load(std::memory_order_relaxed);
     if (volume != 1.0F) {
-        for (std::size_t i = 0; i < frames * width; ++i)
-            samples[i] *= volume;
+        for (StereoFrame& frame : frames.first(filled))
+            frame = {frame.left * volume, frame.right * volume};
     }
-    std::fill(samples + frames * width, samples + frameCount * width, 0.0F);
-    count(*player, frames, frameCount);
+    std::ranges::transform(frames.first(filled), frames.begin(), limited);
+    std::ranges::fill(frames.subspan(filled), StereoFrame());
+    count(*player, filled, frameCount);
 }
 
 ma_result openDevice(BridgePlayer& player) {

@@ -7,7 +7,9 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
+#include <limits>
 
 using namespace tamsy;
 using namespace tamsy::test;
@@ -225,6 +227,27 @@ TEST_F(Sound, ReachesTheOutputUnchangedFromItsFirstFrame) {
         for (std::size_t i = 0; i < 4800; ++i)
             ASSERT_EQ(heard[i], static_cast<float>(signal(static_cast<std::int64_t>(i))))
                 << i << " in " << url.absoluteString().toStdString();
+    }
+}
+
+TEST_F(Sound, SilencesDamageAndStaysWithinFullScale) {
+    constexpr std::array damage = {std::numeric_limits<double>::quiet_NaN(), 3e38, -4.5};
+    const auto damageAt = [&](std::int64_t i) {
+        const auto at = static_cast<std::size_t>(i % 1000);
+        return at >= 500 && at < 500 + damage.size() ? &damage[at - 500] : nullptr;
+    };
+    const Signal sine = tone(997, mediaSampleRate);
+    const Signal signal = [&](std::int64_t i) {
+        return damageAt(i) != nullptr ? *damageAt(i) : 3 * sine(i + 20);
+    };
+    for (const FileURL& url : filesOf(signal, mediaSampleRate)) {
+        const auto heard = heardOf(url);
+        ASSERT_GT(heard.size(), 4800U) << url.absoluteString().toStdString();
+        for (std::int64_t i = 0; i < 4800; ++i) {
+            const double expected = damageAt(i) != nullptr ? 0 : std::clamp(signal(i), -1.0, 1.0);
+            ASSERT_EQ(heard[static_cast<std::size_t>(i)], static_cast<float>(expected))
+                << i << " in " << url.absoluteString().toStdString();
+        }
     }
 }
 

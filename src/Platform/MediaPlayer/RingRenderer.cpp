@@ -19,8 +19,7 @@ void RingRenderer::render(std::span<StereoFrame> frames) noexcept {
     const float step = (volume - gain_) / static_cast<float>(std::max<std::size_t>(1, count));
     for (StereoFrame& frame : frames.first(count)) {
         gain_ += step;
-        frame.left *= gain_;
-        frame.right *= gain_;
+        frame = limited({frame.left * gain_, frame.right * gain_});
     }
     gain_ = volume;
     std::ranges::fill(frames.subspan(count), StereoFrame());

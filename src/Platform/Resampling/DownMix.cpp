@@ -1,12 +1,21 @@
 #include "Platform/Resampling/DownMix.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numbers>
 
 namespace tamsy {
 namespace {
 
 constexpr float minus3dB = std::numbers::sqrt2_v<float> / 2;
+
+/// Lossy formats exceed full scale by a little; what lies beyond this comes from damage.
+constexpr float loudestSample = 4;
+
+/// Silence in place of damage, NaN included, before a filter or a listener meets it.
+float withoutDamage(float sample) {
+    return std::abs(sample) <= loudestSample ? sample : 0;
+}
 
 StereoFrame weightsOf(Speaker speaker) {
     switch (speaker) {
@@ -73,8 +82,9 @@ std::span<const StereoFrame> DownMix::mix(std::span<const float> samples) {
     for (StereoFrame& frame : output_) {
         frame = {};
         for (const StereoFrame& weights : weights_) {
-            frame.left += *sample * weights.left;
-            frame.right += *sample++ * weights.right;
+            const float value = withoutDamage(*sample++);
+            frame.left += value * weights.left;
+            frame.right += value * weights.right;
         }
     }
     return output_;

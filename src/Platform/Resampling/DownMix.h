@@ -46,7 +46,8 @@ class DownMix {
 
     [[nodiscard]] std::size_t channels() const { return weights_.size(); }
 
-    /// Mixes whole frames of interleaved `samples`. Valid until the next call.
+    /// Mixes whole frames of interleaved `samples`; one that isn't finite, or lies beyond four
+    /// times full scale, counts as silence. Valid until the next call.
     [[nodiscard]] std::span<const StereoFrame> mix(std::span<const float> samples);
 
   private:
