@@ -168,8 +168,8 @@ class MpegAudioScanner::Walk {
     [[nodiscard]] std::uint64_t expectedPcmFrames() const {
         if (state_ != State::Walking || position_ <= start_)
             return scan_.pcmFrames;
-        const double walked = static_cast<double>(position_ - start_);
-        const double all = static_cast<double>(window_.fileSize() - start_);
+        const auto walked = static_cast<double>(position_ - start_);
+        const auto all = static_cast<double>(window_.fileSize() - start_);
         return static_cast<std::uint64_t>(static_cast<double>(scan_.pcmFrames) * all / walked);
     }
 
