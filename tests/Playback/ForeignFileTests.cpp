@@ -16,6 +16,10 @@ namespace {
 /// Interleaved samples of both channels.
 using Samples = std::vector<float>;
 
+double secondsOf(const Samples& samples) {
+    return static_cast<double>(samples.size()) / AudioDecoder::channels / AudioDecoder::sampleRate;
+}
+
 /// A file that tools/make-foreign-audio made.
 FileURL foreignAudio(QByteArrayView name) {
     return FileURL::fromPath(TAMSY_FOREIGN_AUDIO).appending(name);
@@ -86,8 +90,7 @@ TEST(FailedSeek, GoesOnWhereItWasOrEnds) {
             const bool isRefused = decoder.seek(target) != MA_SUCCESS;
             const Samples next = read(decoder, 2000);
             EXPECT_TRUE(!isRefused || isSilent(next) || standsAt(next, all, before)) << target;
-            before = (isRefused ? before : target) +
-                     static_cast<double>(next.size() / 2) / AudioDecoder::sampleRate;
+            before = (isRefused ? before : target) + secondsOf(next);
         }
     }
 }
@@ -105,7 +108,7 @@ TEST(FailedSeek, LeavesFlacInOggReadable) {
 TEST(EmptyCodebook, WhereTheDecoderNeedsOneHarmsNothing) {
     AudioDecoder decoder;
     const bool isOpen = decoder.open(foreignAudio("empty-floor-book.ogg")) == MA_SUCCESS;
-    EXPECT_TRUE(!isOpen || readAll(decoder).size() <= 2U * 21 * AudioDecoder::sampleRate);
+    EXPECT_TRUE(!isOpen || secondsOf(readAll(decoder)) <= 21);
 }
 
 struct ForeignFile {
@@ -124,7 +127,7 @@ TEST_P(ForeignFiles, PlaysWholeAndSeeks) {
     ASSERT_EQ(decoder.open(foreignAudio(name)), MA_SUCCESS);
     const double told = decoder.length();
     const Samples all = readAll(whole);
-    EXPECT_NEAR(static_cast<double>(all.size() / 2) / AudioDecoder::sampleRate, seconds, 0.05);
+    EXPECT_NEAR(secondsOf(all), seconds, 0.05);
     EXPECT_TRUE(told == 0 || std::abs(told - seconds) < 0.05) << told;
     for (const double target : positions(seconds - 0.1, 40)) {
         EXPECT_EQ(decoder.seek(target), MA_SUCCESS) << target;
