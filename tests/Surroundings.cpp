@@ -69,6 +69,7 @@ const Surroundings surroundings;
 // What the libraries of others keep until the process ends is no leak of ours: the sound libraries
 // a few records of each connection and device; Qt Quick's software renderer the textures of a
 // closed window, whose stacks hold no frame that tells them from other pixmaps of Qt's.
+// The leak check looks for these names: NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libpulse\nleak:libSDL2\nleak:libQt6Quick.so\nleak:libQt6Gui.so\n";
@@ -77,3 +78,4 @@ extern "C" const char* __lsan_default_options();
 extern "C" const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
+// NOLINTEND(bugprone-reserved-identifier)
