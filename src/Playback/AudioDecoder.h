@@ -46,7 +46,7 @@ class AudioDecoder {
     /// correct the length.
     bool scanMore();
 
-    /// Moves to a place in seconds, not below 0, truncated to a frame. What `read` gives then
+    /// Moves to a position in seconds, not below 0, truncated to a frame. What `read` gives then
     /// equals what it would have given there without the seek. After a failure `read` goes on where
     /// it was, or gives nothing more.
     [[nodiscard]] ma_result seek(double seconds);

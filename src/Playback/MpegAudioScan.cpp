@@ -106,7 +106,7 @@ std::uint64_t junkLimitFor(std::uint64_t audioBytes) {
     return std::min(junkAllowance + audioBytes, junkLimit);
 }
 
-/// The header at `position`, its size filled in, if `followers` more of its kind come behind it, or
+/// The header at `position`, its size filled in, if `followers` more of its kind follow it, or
 /// as many as the file has room for.
 std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, int followers) {
     std::optional<MpegFrameHeader> first;

@@ -103,7 +103,7 @@ std::optional<Book> readBook(BitCursor& bits, std::uint64_t& values) {
     return bits.isPastEnd() ? std::nullopt : std::optional(Book{isUsable});
 }
 
-/// Reads what stands behind the books (Vorbis I, 4.2.4), as far as it names books that the decoder
+/// Reads what follows the codebooks (Vorbis I, 4.2.4), as far as it names books that the decoder
 /// looks into without asking whether they have an entry.
 class BookUses {
   public:

@@ -12,7 +12,7 @@ Item {
     property string selection: ""
     /// Room at the bottom that something lies over.
     property int bottomInset: 72
-    /// Leaves the title 200 points, with the other columns at their least widths.
+    /// Leaves the title 200 points, with the other columns at their minimum widths.
     readonly property int minimumWidth: tableColumns.minimumContentWidth + margins
     /// The same with the other columns at their ideal widths.
     readonly property int idealWidth: tableColumns.idealContentWidth + margins

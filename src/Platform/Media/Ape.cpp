@@ -48,7 +48,7 @@ std::optional<CommonKey> commonKeyOf(const QByteArray& key) {
     return std::nullopt;
 }
 
-/// The picture behind its file name.
+/// The picture after its file name.
 QByteArray pictureOf(const QByteArray& value) {
     return value.sliced(std::min(value.indexOf('\0') + 1, value.size()));
 }

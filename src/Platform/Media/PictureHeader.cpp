@@ -49,7 +49,7 @@ bool isFrameMarker(std::uint8_t marker) {
     return (marker & 0xF0U) == 0xC0 && !isOtherTable;
 }
 
-/// The marker behind any number of fill bytes.
+/// The marker after any number of fill bytes.
 std::optional<std::uint8_t> nextMarker(ByteCursor& cursor) {
     constexpr std::uint8_t fill = 0xFF;
     if (cursor.readU8() != fill)

@@ -7,12 +7,12 @@
 
 namespace tamsy {
 
-/// Whether a file, behind the ID3v2 tags that may stand in front, begins as FLAC, Ogg or RIFF does:
-/// one of these that miniaudio refuses is worth a look by the fallback.
+/// Whether a file, after any ID3v2 tags, begins as FLAC, Ogg or RIFF does: one of these that
+/// miniaudio refuses is worth a look by the fallback.
 [[nodiscard]] bool isKnownContainer(const AudioFile& file);
 
 /// Opens a local file, given by its bytes, through the media module, whose libraries know what
-/// miniaudio's own decoders don't: Opus, Speex, GSM, tags in front, exact seeks in FLAC in Ogg. It
+/// miniaudio's own decoders don't: Opus, Speex, GSM, leading tags, exact seeks in FLAC in Ogg. It
 /// becomes the backend of `decoder` and goes with it; its sound is stereo at 48,000 Hz.
 /// Reading it allocates and locks.
 [[nodiscard]] ma_result openFallback(const QByteArray& path, ma_decoder& decoder);
