@@ -1,8 +1,8 @@
 // How fast a scan reads tags, beside what it can't be faster than and what it is compared with.
 
-#include "Platform/Media/HostileFiles.h"
-#include "Platform/Media/MediaAsset.h"
 #include "Services/MetadataReader.h"
+#include "Tags/HostileFiles.h"
+#include "Tags/MediaAsset.h"
 
 #include <benchmark/benchmark.h>
 #include <fileref.h>

@@ -1,6 +1,6 @@
 #include "FuzzTarget.h"
-#include "Platform/Media/MemoryFile.h"
 #include "Playback/AudioDecoder.h"
+#include "Tags/MemoryFile.h"
 
 #include <array>
 #include <cmath>

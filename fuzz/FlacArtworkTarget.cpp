@@ -1,6 +1,6 @@
 #include "FuzzTarget.h"
-#include "Platform/Media/MemoryFile.h"
 #include "Services/FlacArtwork.h"
+#include "Tags/MemoryFile.h"
 
 using namespace tamsy;
 

@@ -1,7 +1,7 @@
 #include "FuzzTarget.h"
-#include "Platform/Media/MediaAsset.h"
-#include "Platform/Media/MemoryFile.h"
 #include "Services/LyricsItems.h"
+#include "Tags/MediaAsset.h"
+#include "Tags/MemoryFile.h"
 
 using namespace tamsy;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
 
 #include <QByteArray>
 

@@ -1,8 +1,8 @@
 #include "Playback/MpegAudioScan.h"
 
+#include "Formats/ByteCursor.h"
 #include "Playback/Miniaudio/LeadingTags.h"
 #include "Playback/MpegFrameHeader.h"
-#include "Utils/ByteCursor.h"
 
 #include <algorithm>
 #include <cstring>

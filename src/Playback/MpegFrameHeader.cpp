@@ -1,6 +1,6 @@
 #include "Playback/MpegFrameHeader.h"
 
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "Playback/OggVorbis.h"
 
+#include "Formats/ByteCursor.h"
 #include "Playback/VorbisCodebooks.h"
-#include "Utils/ByteCursor.h"
 
 #include <array>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "Services/FlacArtwork.h"
 
-#include "Platform/Media/ByteWindow.h"
-#include "Platform/Media/ImageDecoding.h"
+#include "Formats/ByteWindow.h"
+#include "Tags/ImageDecoding.h"
 
 namespace tamsy {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Media/PictureBudget.h"
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
+#include "Tags/PictureBudget.h"
 #include "Utils/FileURL.h"
 
 #include <QImage>

@@ -1,9 +1,9 @@
 #include "Services/LyricsContainers.h"
 
-#include "Platform/Media/ByteWindow.h"
+#include "Formats/ByteCursor.h"
+#include "Formats/ByteWindow.h"
 #include "Services/LyricsDecoding.h"
 #include "Services/LyricsParsing.h"
-#include "Utils/ByteCursor.h"
 
 #include <algorithm>
 #include <span>

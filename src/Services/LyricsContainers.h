@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Formats/ByteSource.h"
 #include "Models/Lyrics.h"
-#include "Platform/Media/ByteSource.h"
 #include "Utils/FileURL.h"
 
 #include <QByteArrayView>

@@ -1,8 +1,8 @@
 #include "Services/LyricsContainers.h"
 
+#include "Formats/ByteCursor.h"
 #include "Services/LyricsDecoding.h"
 #include "Services/LyricsParsing.h"
-#include "Utils/ByteCursor.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Models/Lyrics.h"
-#include "Platform/Media/MediaAsset.h"
+#include "Tags/MediaAsset.h"
 
 #include <optional>
 

@@ -1,10 +1,10 @@
 #include "Services/MetadataReader.h"
 
 #include "Platform/InterfaceThread.h"
-#include "Platform/Media/ImageDecoding.h"
-#include "Platform/Media/MediaAsset.h"
 #include "Platform/WorkerPool.h"
 #include "Services/FlacArtwork.h"
+#include "Tags/ImageDecoding.h"
+#include "Tags/MediaAsset.h"
 #include "Utils/TextTrimming.h"
 
 #include <QPromise>

@@ -1,7 +1,7 @@
 #include "Services/FlacArtwork.h"
 
-#include "Platform/Media/MemoryFile.h"
 #include "Services/CoverFile.h"
+#include "Tags/MemoryFile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "Platform/Media/HostileFiles.h"
 #include "Services/LyricsItems.h"
+#include "Tags/HostileFiles.h"
 
 #include <QtEndian>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "Services/MetadataReader.h"
 
 #include "Platform/InterfaceThread.h"
-#include "Platform/Media/MediaAsset.h"
-#include "Platform/Media/MemoryFile.h"
+#include "Tags/MediaAsset.h"
+#include "Tags/MemoryFile.h"
 
 #include <QCoreApplication>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
 #include "Utils/LyricsFontSettings.h"
 #include "Utils/TimeText.h"
 

@@ -1,6 +1,6 @@
 #include "Platform/MediaPlayer/FlacFrameNumber.h"
 
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
 
 #include <bit>
 

@@ -1,6 +1,6 @@
 #include "Platform/MediaPlayer/RawAac.h"
 
-#include "Platform/Media/FrameHeader.h"
+#include "Formats/FrameHeader.h"
 
 extern "C" {
 #include <libavformat/avformat.h>

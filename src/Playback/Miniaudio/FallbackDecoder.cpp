@@ -1,8 +1,8 @@
 #include "Playback/Miniaudio/FallbackDecoder.h"
 
+#include "Formats/ByteCursor.h"
 #include "Platform/MediaPlayer/MediaBackendModule.h"
 #include "Playback/Miniaudio/LeadingTags.h"
-#include "Utils/ByteCursor.h"
 
 #include <algorithm>
 #include <array>

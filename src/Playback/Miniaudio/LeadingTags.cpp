@@ -1,6 +1,6 @@
 #include "Playback/Miniaudio/LeadingTags.h"
 
-#include "Utils/ByteCursor.h"
+#include "Formats/ByteCursor.h"
 
 #include <array>
 

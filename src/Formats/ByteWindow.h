@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Formats/ByteCursor.h"
+#include "Formats/ByteSource.h"
+
+#include <memory>
+#include <string_view>
+
+namespace tamsy::media {
+
+using Bytes = ByteCursor::Bytes;
+
+/// A window over a source that follows the reader about, so that a tag's many small reads become a
+/// few of the system's. It serves a limited number of those: a file that leads the reader back and
+/// forth without end runs dry instead, which bounds the time that any file can cost.
+class ByteWindow {
+  public:
+    static constexpr std::size_t defaultCapacity = 8192;
+    static constexpr unsigned mostFetches = 1024;
+
+    explicit ByteWindow(const ByteSource& source, std::size_t capacity = defaultCapacity);
+
+    [[nodiscard]] std::uint64_t size() const { return source_.size(); }
+
+    /// The `length` bytes at `offset`, valid until the next read. Empty if they aren't all there,
+    /// if they don't fit the window, or if the window has run dry. A miss fetches up to `readAhead`
+    /// bytes.
+    [[nodiscard]] Bytes read(std::uint64_t offset, std::size_t length,
+                             std::size_t readAhead = defaultCapacity);
+
+    /// As many bytes at `offset` as there are, up to `length` and the window's capacity.
+    [[nodiscard]] Bytes readUpTo(std::uint64_t offset, std::size_t length);
+
+    /// A copy of the `length` bytes at `offset`, which may be more than the window holds.
+    [[nodiscard]] QByteArray copy(std::uint64_t offset, std::uint64_t length);
+
+    /// Whether `text` stands at `offset`.
+    [[nodiscard]] bool matches(std::uint64_t offset, std::string_view text);
+
+  private:
+    void fetch(std::uint64_t offset, std::size_t length);
+
+    const ByteSource& source_;
+    std::size_t capacity_;
+    std::unique_ptr<std::byte[]> buffer_;
+    std::uint64_t start_ = 0;
+    std::size_t filled_ = 0;
+    unsigned fetches_ = 0;
+};
+
+/// `bytes` as text that shares them.
+[[nodiscard]] inline std::string_view asText(Bytes bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+} // namespace tamsy::media

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Formats/ByteWindow.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace tamsy::media {
+
+/// The header of one frame of MPEG audio (ISO 11172-3, 13818-3) or of AAC in ADTS (ISO 13818-7).
+struct FrameHeader {
+    std::uint32_t length = 0; ///< bytes, this header included
+    std::uint32_t samples = 0;
+    std::uint32_t sampleRate = 0;
+    /// What stays the same from frame to frame of one stream.
+    std::uint32_t kind = 0;
+    /// Bytes between this header and the place where an encoder may leave notes about the stream.
+    std::uint32_t sideInformation = 0;
+};
+
+/// Bytes at a frame's start that its header takes at most.
+constexpr std::size_t frameHeaderSize = 7;
+
+/// Nothing if the bytes start no frame of a known length.
+[[nodiscard]] std::optional<FrameHeader> parseFrameHeader(Bytes bytes);
+
+} // namespace tamsy::media

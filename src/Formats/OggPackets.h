@@ -1,0 +1,69 @@
+#pragma once
+
+#include "Formats/ByteWindow.h"
+
+#include <vector>
+
+namespace tamsy::media {
+
+/// One page of an Ogg stream (RFC 3533).
+struct OggPage {
+    bool isFirst = false; ///< begins its stream
+    std::uint64_t granule = 0;
+    std::uint32_t serial = 0;
+    std::uint64_t body = 0;
+    std::uint64_t end = 0;
+    std::vector<std::uint8_t> laces; ///< lengths of the segments
+};
+
+/// Bytes that an Ogg page's header takes at most; between pages nothing else needs to be read.
+constexpr std::size_t longestOggHeader = 27 + 255;
+
+/// The page that begins at `offset`; nothing if none does or if it is cut off.
+[[nodiscard]] std::optional<OggPage> readOggPage(ByteWindow& window, std::uint64_t offset);
+
+/// A packet that lies in pieces over the pages of a stream, as if it lay in one.
+class OggPacket : public ByteSource {
+  public:
+    explicit OggPacket(SharedSource file) : file_(std::move(file)) {}
+
+    void append(std::uint64_t offset, std::uint64_t length);
+
+    [[nodiscard]] std::uint64_t size() const override { return size_; }
+    [[nodiscard]] std::size_t read(std::uint64_t offset,
+                                   std::span<std::byte> target) const override;
+
+  private:
+    struct Piece {
+        std::uint64_t start = 0; ///< in the packet
+        std::uint64_t offset = 0;
+        std::uint64_t length = 0;
+    };
+
+    SharedSource file_;
+    std::uint64_t size_ = 0;
+    std::vector<Piece> pieces_;
+};
+
+/// Walks the packets of one stream, from its first page on.
+class OggPacketWalk {
+  public:
+    OggPacketWalk(SharedSource file, ByteWindow& window, std::uint64_t offset,
+                  std::uint32_t serial);
+
+    /// The next packet; null at the end, and for one that no tag is as long as (64 MiB).
+    [[nodiscard]] std::shared_ptr<const OggPacket> next();
+
+  private:
+    [[nodiscard]] bool readNextPage();
+
+    SharedSource file_;
+    ByteWindow& window_;
+    std::uint64_t position_;
+    std::uint32_t serial_;
+    OggPage page_;
+    std::size_t lace_ = 0;
+    std::uint64_t piece_ = 0;
+};
+
+} // namespace tamsy::media

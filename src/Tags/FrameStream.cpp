@@ -1,0 +1,189 @@
+#include "Tags/FrameStream.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace tamsy::media {
+
+namespace {
+
+constexpr std::size_t searchedBytes = std::size_t{64} * 1024;
+constexpr std::size_t walkWindow = std::size_t{64} * 1024;
+constexpr std::uint64_t walkedBytes = std::uint64_t{64} * 1024 * 1024;
+constexpr std::uint64_t walkedFrames = 250'000;
+constexpr std::uint64_t toleratedJunk = std::uint64_t{256} * 1024;
+constexpr std::uint64_t smallestFrame = 24;
+constexpr std::uint64_t longestTrailer = std::uint64_t{64} * 1024; // other tags behind the sound
+constexpr std::uint64_t countingSlack = 4096; // encoders don't agree on what to count
+
+std::optional<FrameHeader> headerAt(ByteWindow& window, std::uint64_t offset) {
+    return parseFrameHeader(window.read(offset, frameHeaderSize));
+}
+
+bool isConfirmedFrame(ByteWindow& window, std::uint64_t offset) {
+    const auto header = headerAt(window, offset);
+    if (!header || header->length > window.size() - offset)
+        return false;
+    const std::uint64_t next = offset + header->length;
+    if (window.size() - next < frameHeaderSize || window.matches(next, "TAG"))
+        return true;
+    const auto second = headerAt(window, next);
+    return second && second->kind == header->kind;
+}
+
+struct EncoderNote {
+    std::uint64_t frames = 0;
+    std::uint64_t bytes = 0; ///< of the stream; 0 if it isn't said
+    std::uint64_t unheardSamples = 0;
+};
+
+std::optional<EncoderNote> readXingNote(ByteCursor cursor) {
+    const auto name = cursor.readBytes(4);
+    if (!name || (asText(*name) != "Xing" && asText(*name) != "Info"))
+        return std::nullopt;
+    const std::uint32_t flags = cursor.readU32().value_or(0);
+    if ((flags & 1U) == 0)
+        return std::nullopt;
+    EncoderNote note;
+    note.frames = cursor.readU32().value_or(0);
+    note.bytes = (flags & 2U) != 0 ? cursor.readU32().value_or(0) : 0;
+    const std::uint64_t toEncoder = ((flags & 4U) != 0 ? 100U : 0U) + ((flags & 8U) != 0 ? 4U : 0U);
+    const auto encoder = cursor.skip(toEncoder) ? cursor.readBytes(4) : std::nullopt;
+    if (encoder && (asText(*encoder) == "LAME" || asText(*encoder).starts_with("Lav")) &&
+        cursor.skip(17)) {
+        const std::uint32_t gaps = cursor.readU24().value_or(0);
+        note.unheardSamples = (gaps >> 12U) + (gaps & 0xFFFU);
+    }
+    return note;
+}
+
+std::optional<EncoderNote> readVbriNote(ByteCursor cursor) {
+    const auto name = cursor.readBytes(4);
+    if (!name || asText(*name) != "VBRI" || !cursor.skip(6))
+        return std::nullopt;
+    EncoderNote note;
+    note.bytes = cursor.readU32().value_or(0);
+    note.frames = cursor.readU32().value_or(0);
+    return note;
+}
+
+/// Nothing if the note doesn't fit the bytes that are there: a file that was cut or joined.
+std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
+                                    const FrameHeader& header) {
+    const Bytes frame = window.readUpTo(first, header.length);
+    const auto behind = [frame](std::size_t bytes) {
+        return ByteCursor(frame.subspan(std::min(frame.size(), bytes)));
+    };
+    auto note = readXingNote(behind(4 + header.sideInformation));
+    if (!note)
+        note = readVbriNote(behind(36));
+    if (!note || note->frames == 0)
+        return std::nullopt;
+    const std::uint64_t there = window.size() - first;
+    const bool isCut = note->bytes > there + countingSlack;
+    const bool isJoined = note->bytes != 0 && there > note->bytes + there / 16 + longestTrailer;
+    if (isCut || isJoined || note->frames > there / smallestFrame)
+        return std::nullopt;
+    const std::uint64_t samples = note->frames * header.samples;
+    return static_cast<double>(samples - std::min(samples, note->unheardSamples)) /
+           header.sampleRate;
+}
+
+/// The next place from `offset` on that may start a frame; nothing within `limit` bytes.
+std::optional<std::uint64_t> nextSync(ByteWindow& window, std::uint64_t offset,
+                                      std::uint64_t limit) {
+    const std::uint64_t end = offset + std::min(limit, window.size() - offset);
+    while (offset < end) {
+        const Bytes bytes = window.readUpTo(offset, static_cast<std::size_t>(end - offset));
+        const void* found = bytes.empty() ? nullptr : std::memchr(bytes.data(), 0xFF, bytes.size());
+        if (found)
+            return offset +
+                   static_cast<std::uint64_t>(static_cast<const std::byte*>(found) - bytes.data());
+        if (bytes.empty())
+            break;
+        offset += bytes.size();
+    }
+    return std::nullopt;
+}
+
+/// Counts a stream's samples by its frames' headers.
+class FrameWalk {
+  public:
+    FrameWalk(const ByteSource& source, std::uint64_t first, const FrameHeader& header)
+        : window_(source, walkWindow), first_(first), position_(first), header_(header) {}
+
+    double seconds() {
+        while (!isLongEnough() && (passFrames() || passJunk())) {
+        }
+        const auto all = static_cast<double>(window_.size() - first_);
+        const double part = isLongEnough() ? static_cast<double>(position_ - first_) / all : 1;
+        return static_cast<double>(samples_) / header_.sampleRate / part;
+    }
+
+  private:
+    [[nodiscard]] bool isLongEnough() const {
+        return position_ - first_ >= walkedBytes || frames_ >= walkedFrames;
+    }
+
+    /// Passes the frames that begin in the window; false if the position stands at none.
+    bool passFrames() {
+        const std::uint64_t start = position_;
+        const Bytes bytes = window_.readUpTo(start, walkWindow);
+        while (!isLongEnough() && position_ - start + frameHeaderSize <= bytes.size()) {
+            const auto frame =
+                parseFrameHeader(bytes.subspan(position_ - start).first<frameHeaderSize>());
+            if (!frame || frame->kind != header_.kind || frame->length > window_.size() - position_)
+                break;
+            position_ += frame->length;
+            samples_ += frame->samples;
+            ++frames_;
+        }
+        return position_ != start;
+    }
+
+    bool passJunk() {
+        if (position_ >= window_.size() || junk_ >= toleratedJunk)
+            return false;
+        const auto sync = nextSync(window_, position_ + 1, toleratedJunk - junk_);
+        if (!sync)
+            return false;
+        junk_ += *sync - position_;
+        position_ = *sync;
+        return true;
+    }
+
+    ByteWindow window_;
+    std::uint64_t first_;
+    std::uint64_t position_;
+    FrameHeader header_;
+    std::uint64_t frames_ = 0;
+    std::uint64_t samples_ = 0;
+    std::uint64_t junk_ = 0;
+};
+
+} // namespace
+
+std::optional<std::uint64_t> findFirstFrame(MediaParse& parse, std::uint64_t offset) {
+    if (isConfirmedFrame(parse.window, offset))
+        return offset;
+    constexpr std::size_t longestFrame = 8192;
+    ByteWindow window(*parse.source, searchedBytes + longestFrame);
+    const std::uint64_t there = window.readUpTo(offset, searchedBytes + longestFrame).size();
+    const std::uint64_t end = offset + std::min<std::uint64_t>(there, searchedBytes);
+    auto place = nextSync(window, offset, end - offset);
+    while (place && !isConfirmedFrame(window, *place))
+        place = nextSync(window, *place + 1, end - *place - 1);
+    return place;
+}
+
+double frameStreamDuration(MediaParse& parse, std::uint64_t first) {
+    const auto header = headerAt(parse.window, first);
+    if (!header)
+        return 0;
+    if (const auto noted = notedDuration(parse.window, first, *header))
+        return *noted;
+    return FrameWalk(*parse.source, first, *header).seconds();
+}
+
+} // namespace tamsy::media

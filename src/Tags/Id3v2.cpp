@@ -1,0 +1,210 @@
+#include "Tags/Id3v2.h"
+
+#include "Formats/Unsynchronisation.h"
+#include "Tags/Id3v2Frame.h"
+
+#include <algorithm>
+
+namespace tamsy::media {
+
+namespace {
+
+constexpr std::uint64_t tagHeaderSize = 10;
+constexpr std::uint64_t footerSize = 10;
+
+// A whole tag's unsynchronisation can only be undone from the front, byte by byte. A scan doesn't
+// wait for a picture larger than this.
+constexpr std::uint64_t longestScannedTag = std::uint64_t{4} * 1024 * 1024;
+constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{64} * 1024 * 1024;
+
+struct TagHeader {
+    unsigned version = 0;
+    bool isUnsynchronised = false;
+    bool hasExtendedHeader = false;
+    bool hasFooter = false;
+    std::uint64_t bodySize = 0;
+};
+
+std::optional<TagHeader> readTagHeader(ByteWindow& window, std::uint64_t offset,
+                                       std::uint64_t end) {
+    if (offset > end || end - offset < tagHeaderSize)
+        return std::nullopt;
+    ByteCursor cursor(window.read(offset, tagHeaderSize));
+    const auto signature = cursor.readU24();
+    if (!signature || *signature != 0x494433) // "ID3"
+        return std::nullopt;
+    const unsigned version = cursor.readU8().value_or(0);
+    const unsigned revision = cursor.readU8().value_or(0xFF);
+    const unsigned flags = cursor.readU8().value_or(0);
+    const std::uint32_t size = cursor.readU32().value_or(0);
+    if (version < 2 || version > 4 || revision == 0xFF || (size & 0x80808080U) != 0)
+        return std::nullopt;
+    return TagHeader{.version = version,
+                     .isUnsynchronised = (flags & 0x80U) != 0,
+                     .hasExtendedHeader = version > 2 && (flags & 0x40U) != 0,
+                     .hasFooter = version == 4 && (flags & 0x10U) != 0,
+                     .bodySize = fromSyncsafe(size)};
+}
+
+/// The frames of one tag, in a file or, once unsynchronisation is undone, in memory.
+class FrameWalk {
+  public:
+    FrameWalk(MediaParse& parse, const TagHeader& header, SharedSource source, ByteWindow& window)
+        : parse_(parse), header_(header), source_(std::move(source)), window_(window) {}
+
+    /// Reads the frames between the two places; gives the place behind the last one.
+    std::uint64_t run(std::uint64_t position, std::uint64_t end) {
+        if (header_.hasExtendedHeader)
+            position = behindExtendedHeader(position, end);
+        for (int count = 0; count < mostEntries; ++count) {
+            auto frame = readFrameAt(position, end);
+            if (!frame && !isPadding(position, end))
+                frame = findFrameAfter(position, end);
+            if (!frame)
+                break;
+            readFrame(parse_.items, *frame, source_, window_);
+            position = frame->offset + frame->size;
+        }
+        return position;
+    }
+
+  private:
+    std::uint64_t behindExtendedHeader(std::uint64_t position, std::uint64_t end) {
+        ByteCursor cursor(window_.read(position, 4));
+        const std::uint64_t raw = cursor.readU32().value_or(0);
+        const std::uint64_t size = header_.version == 4 ? fromSyncsafe(raw) : raw + 4;
+        return size < end - position ? position + size : position;
+    }
+
+    std::optional<Id3Frame> readFrameAt(std::uint64_t position, std::uint64_t end) {
+        const std::uint64_t headerSize = header_.version == 2 ? 6 : 10;
+        if (end < headerSize || position > end - headerSize)
+            return std::nullopt;
+        const Bytes bytes = window_.read(position, headerSize);
+        ByteCursor cursor(bytes);
+        const auto name = cursor.readBytes(header_.version == 2 ? 3 : 4);
+        const auto letters = name ? nameLetters(asText(*name)) : std::nullopt;
+        if (!letters)
+            return std::nullopt;
+        Id3Frame frame;
+        frame.name = fourLetterName(*letters);
+        frame.offset = position + headerSize;
+        frame.isVersion22 = letters->size() == 3;
+        if (header_.version == 2) {
+            frame.size = cursor.readU24().value_or(0);
+        } else {
+            const std::uint32_t size = cursor.readU32().value_or(0);
+            setFlags(frame, cursor.readU16().value_or(0));
+            frame.size = header_.version == 4 ? sizeOfV24(size, frame.offset, end) : size;
+        }
+        return frame.size <= end - frame.offset ? std::optional(frame) : std::nullopt;
+    }
+
+    /// The name's letters: four, or three of version 2.2, which some writers fill up with a NUL in
+    /// later versions.
+    static std::optional<std::string_view> nameLetters(std::string_view name) {
+        if (name.size() == 4 && name.back() == '\0')
+            name.remove_suffix(1);
+        return isFrameName(name) ? std::optional(name) : std::nullopt;
+    }
+
+    bool isPadding(std::uint64_t position, std::uint64_t end) {
+        const Bytes bytes = window_.readUpTo(
+            position, position < end ? std::min<std::uint64_t>(4, end - position) : 0);
+        return std::ranges::all_of(bytes, [](std::byte byte) { return byte == std::byte{0}; });
+    }
+
+    /// The next frame after damage: a text, or what another frame, padding or the end follows.
+    std::optional<Id3Frame> findFrameAfter(std::uint64_t position, std::uint64_t end) {
+        constexpr std::uint64_t farthest = 4096;
+        const std::uint64_t last = std::min(end, position + farthest);
+        for (++position; position < last; ++position) {
+            auto frame = readFrameAt(position, end);
+            const bool isPlain = frame && frame->size > 0 && !frame->isCompressed &&
+                                 !frame->isEncrypted && !frame->isGrouped;
+            if (isPlain && (isText(*frame) || leadsOn(frame->offset + frame->size, end)))
+                return frame;
+        }
+        return std::nullopt;
+    }
+
+    bool isText(const Id3Frame& frame) {
+        constexpr std::byte lastEncoding{3};
+        const Bytes encoding = window_.read(frame.offset, 1);
+        return frame.name.front() == 'T' && !encoding.empty() && encoding.front() <= lastEncoding;
+    }
+
+    void setFlags(Id3Frame& frame, unsigned flags) const {
+        if (header_.version == 3) {
+            frame.isCompressed = (flags & 0x80U) != 0;
+            frame.isEncrypted = (flags & 0x40U) != 0;
+            frame.isGrouped = (flags & 0x20U) != 0;
+            frame.hasLength = frame.isCompressed;
+            return;
+        }
+        frame.isGrouped = (flags & 0x40U) != 0;
+        frame.isCompressed = (flags & 0x08U) != 0;
+        frame.isEncrypted = (flags & 0x04U) != 0;
+        frame.isUnsynchronised = (flags & 0x02U) != 0 || header_.isUnsynchronised;
+        frame.hasLength = (flags & 0x01U) != 0;
+    }
+
+    // Some writers of 2.4 give plain sizes. The reading that leads to another frame, to padding or
+    // to the end of the tag is the right one.
+    std::uint64_t sizeOfV24(std::uint32_t raw, std::uint64_t body, std::uint64_t end) {
+        if ((raw & 0x80808080U) != 0)
+            return raw;
+        const std::uint64_t syncsafe = fromSyncsafe(raw);
+        if (syncsafe == raw || leadsOn(body + syncsafe, end) || !leadsOn(body + raw, end))
+            return syncsafe;
+        return raw;
+    }
+
+    bool leadsOn(std::uint64_t position, std::uint64_t end) {
+        if (position >= end)
+            return position == end;
+        const Bytes next = window_.readUpTo(position, std::min<std::uint64_t>(4, end - position));
+        return !next.empty() && (next.front() == std::byte{0} || nameLetters(asText(next)));
+    }
+
+    MediaParse& parse_;
+    const TagHeader& header_;
+    SharedSource source_;
+    ByteWindow& window_;
+};
+
+std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t offset,
+                      std::uint64_t end) {
+    const std::uint64_t body = offset + tagHeaderSize;
+    const std::uint64_t there = end - body;
+    const std::uint64_t size = std::min(header.bodySize, there);
+    std::uint64_t lastFrame = body + size;
+    if (header.isUnsynchronised && header.version < 4) {
+        const std::uint64_t limit =
+            parse.items.listsEverything() ? longestUnsynchronisedTag : longestScannedTag;
+        const auto plain =
+            std::make_shared<UnsynchronisedSource>(parse.source, body, std::min(size, limit));
+        ByteWindow window(*plain);
+        FrameWalk(parse, header, plain, window).run(0, plain->size());
+    } else {
+        lastFrame = FrameWalk(parse, header, parse.source, parse.window).run(body, body + size);
+    }
+    if (header.bodySize > there)
+        return lastFrame;
+    return std::min(body + size + (header.hasFooter ? footerSize : 0), end);
+}
+
+} // namespace
+
+std::uint64_t readId3v2Tags(MediaParse& parse, std::uint64_t offset, std::uint64_t end) {
+    // Two or three tags in a row are an old writer's slip; more are no accident.
+    for (int tags = 0; tags < 8; ++tags) {
+        const auto header = readTagHeader(parse.window, offset, end);
+        if (!header)
+            break;
+        offset = readTag(parse, *header, offset, end);
+    }
+    return offset;
+}
+
+} // namespace tamsy::media

@@ -1,0 +1,169 @@
+#include "Tags/ItemCollector.h"
+
+#include "Formats/LegacyText.h"
+#include "Utils/TextTrimming.h"
+
+#include <algorithm>
+#include <span>
+
+namespace tamsy::media {
+
+namespace {
+
+constexpr std::uint64_t longestCommonText = std::uint64_t{64} * 1024;
+constexpr std::uint64_t allCommonTexts = std::uint64_t{256} * 1024;
+constexpr std::uint64_t allTexts = std::uint64_t{8} * 1024 * 1024;
+constexpr int mostValues = 100;
+constexpr std::size_t mostCommonItems = 100;
+constexpr std::size_t mostItems = 10'000;
+
+/// Whether there is more than white space to show.
+bool saysSomething(const MediaItem& item) {
+    return item.text && !trimmedOfWhitespaceAndNewlines(*item.text).isEmpty();
+}
+
+/// Whether the text may stand under its name: a title, artist or album of blanks is none, while any
+/// other text counts unless it is empty.
+bool isNamed(const MediaItem& item) {
+    const bool isOfTrack = item.name == u"title" || item.name == u"artist" || item.name == u"album";
+    return isOfTrack ? saysSomething(item) : item.text && !item.text->isEmpty();
+}
+
+QString infoName(CommonKey key) {
+    switch (key) {
+    case CommonKey::Title:
+        return QStringLiteral("title");
+    case CommonKey::Artist:
+        return QStringLiteral("artist");
+    case CommonKey::AlbumName:
+        return QStringLiteral("album");
+    case CommonKey::Artwork:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+ItemCollector::ItemCollector(Wanted wanted)
+    : wanted_(wanted), textBudget_(wanted == Wanted::Everything ? allTexts : allCommonTexts) {}
+
+bool ItemCollector::wants(std::optional<CommonKey> key) const {
+    if (wanted_ == Wanted::Everything)
+        return found_.size() < mostItems;
+    return key && *key != CommonKey::Artwork && found_.size() < mostCommonItems;
+}
+
+std::uint64_t ItemCollector::roomForText(std::optional<CommonKey> key) const {
+    const bool isCommonText = key && *key != CommonKey::Artwork;
+    return isCommonText ? std::min(longestCommonText, textBudget_) : textBudget_;
+}
+
+bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
+    if (!wants(key) || length > roomForText(key))
+        return false;
+    textBudget_ -= length;
+    return true;
+}
+
+void ItemCollector::add(MediaItem item) {
+    if (item.commonKey)
+        item.name = infoName(*item.commonKey);
+    found_.push_back({.item = std::move(item), .undecided = {}});
+}
+
+void ItemCollector::add(MediaItem item, TagText text) {
+    item.text = joinedValues(text.decoded);
+    add(std::move(item));
+    found_.back().undecided = std::move(text.undecided);
+}
+
+void ItemCollector::addFallback(CommonKey key, TagText text) {
+    if (text.decoded.isEmpty() && text.undecided.isEmpty())
+        return;
+    MediaItem item;
+    item.commonKey = key;
+    add(std::move(item), std::move(text));
+    found_.back().isFallback = true;
+}
+
+bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText& text) {
+    for (Found& found : std::span(found_).subspan(since)) {
+        if (found.item.commonKey != key || !found.item.text)
+            continue;
+        if (!found.undecided.isEmpty() || !text.undecided.isEmpty())
+            return false;
+        if (found.values++ < mostValues)
+            found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
+        return true;
+    }
+    return false;
+}
+
+bool ItemCollector::has(CommonKey key) const {
+    return std::ranges::any_of(found_, [key](const Found& found) {
+        return found.item.commonKey == key && !found.isFallback &&
+               (!found.undecided.isEmpty() || saysSomething(found.item));
+    });
+}
+
+bool ItemCollector::hasAllCommonTexts() const {
+    return has(CommonKey::Title) && has(CommonKey::Artist) && has(CommonKey::AlbumName);
+}
+
+void ItemCollector::decodeUndecided() {
+    std::vector<QByteArray> judged;
+    for (const Found& found : found_) {
+        if (found.item.commonKey && !found.undecided.isEmpty())
+            judged.push_back(found.undecided);
+    }
+    const LegacyEncoding common = judgeLegacyEncoding(judged);
+    for (Found& found : found_) {
+        if (found.undecided.isEmpty())
+            continue;
+        // Words of Western languages mix with any other's, but hardly two of the others.
+        const bool isJudged = found.item.commonKey || (common != LegacyEncoding::Utf8 &&
+                                                       common != LegacyEncoding::Windows1252);
+        const LegacyEncoding encoding = isJudged ? common : judgeLegacyEncoding({found.undecided});
+        found.item.text = joinedValues(decodeLegacyText(found.undecided, encoding));
+    }
+}
+
+std::vector<MediaItem> ItemCollector::takeItems() {
+    decodeUndecided();
+    std::vector<MediaItem> items;
+    items.reserve(found_.size());
+    for (Found& found : found_) {
+        if (!found.isFallback)
+            items.push_back(std::move(found.item));
+    }
+    const auto isMissing = [&items, count = items.size()](std::optional<CommonKey> key) {
+        return std::none_of(
+            items.begin(), items.begin() + static_cast<std::ptrdiff_t>(count),
+            [key](const MediaItem& item) { return item.commonKey == key && saysSomething(item); });
+    };
+    for (Found& found : found_) {
+        if (found.isFallback && isMissing(found.item.commonKey))
+            items.push_back(std::move(found.item));
+    }
+    return items;
+}
+
+QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
+    QHash<QString, QString> texts;
+    const auto offer = [&texts](const QString& name, const QString& text) {
+        if (!name.isEmpty() && !texts.contains(name))
+            texts.insert(name, text);
+    };
+    for (const MediaItem& item : items) {
+        if (!isNamed(item))
+            continue;
+        offer(item.name, *item.text);
+        // QuickTime's names are known with and without their sign.
+        if (item.name.startsWith(u'©'))
+            offer(item.name.sliced(1), *item.text);
+    }
+    return texts;
+}
+
+} // namespace tamsy::media

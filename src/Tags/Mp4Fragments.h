@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Formats/Mp4Atom.h"
+
+#include <vector>
+
+namespace tamsy::media {
+
+/// Sums the samples of a film that was written in fragments, whose header names no length.
+class Mp4Fragments {
+  public:
+    Mp4Fragments(ByteWindow& window, int& atomsLeft) : window_(window), atomsLeft_(atomsLeft) {}
+
+    /// Takes a track of the movie atom; the first with sound, else the first, is the one that is
+    /// summed.
+    void addTrack(const Mp4Atom& track);
+
+    /// Takes what a track's fragments leave unsaid: `cursor` stands in a `trex` atom behind its
+    /// version and flags.
+    void addDefaults(ByteCursor cursor);
+
+    /// Adds the samples of one `moof` atom.
+    void addFragment(const Mp4Atom& fragment);
+
+    /// The length of all that was added; 0 without a track.
+    [[nodiscard]] double seconds() const;
+
+  private:
+    struct Track {
+        std::uint32_t id = 0;
+        std::uint32_t timescale = 0;
+        std::uint32_t sampleDuration = 0;
+        bool isSound = false;
+        std::uint64_t units = 0;
+    };
+
+    void readTrackPart(const Mp4Atom& atom, Track& track);
+    void addTrackFragment(const Mp4Atom& fragment);
+    void addRun(const Mp4Atom& run, Track& track, std::uint32_t sampleDuration);
+    [[nodiscard]] Track* find(std::uint32_t id);
+
+    ByteWindow& window_;
+    int& atomsLeft_;
+    std::uint64_t samplesLeft_ = 1'000'000;
+    std::vector<Track> tracks_;
+};
+
+} // namespace tamsy::media

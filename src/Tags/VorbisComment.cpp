@@ -1,0 +1,114 @@
+#include "Tags/VorbisComment.h"
+
+#include <algorithm>
+
+namespace tamsy::media {
+
+namespace {
+
+constexpr std::size_t longestKey = 128;
+
+/// The picture's own bytes in the body of a FLAC PICTURE block.
+QByteArray pictureOf(const QByteArray& block) {
+    ByteCursor cursor(std::as_bytes(std::span(block)));
+    if (!cursor.skip(4) || !cursor.skip(cursor.readU32().value_or(UINT32_MAX)) ||
+        !cursor.skip(cursor.readU32().value_or(UINT32_MAX)) || !cursor.skip(16))
+        return {};
+    const auto picture = cursor.readBytes(cursor.readU32().value_or(UINT32_MAX));
+    if (!picture)
+        return {};
+    return {reinterpret_cast<const char*>(picture->data()),
+            static_cast<qsizetype>(picture->size())};
+}
+
+std::optional<CommonKey> commonKeyOf(const QByteArray& key) {
+    if (key == "TITLE")
+        return CommonKey::Title;
+    if (key == "ARTIST")
+        return CommonKey::Artist;
+    if (key == "ALBUM")
+        return CommonKey::AlbumName;
+    if (key == "METADATA_BLOCK_PICTURE" || key == "COVERART")
+        return CommonKey::Artwork;
+    return std::nullopt;
+}
+
+/// One comment: its key, and the place of its value.
+struct Comment {
+    QByteArray key;
+    std::uint64_t value = 0;
+    std::uint64_t end = 0;
+};
+
+void addComment(ItemCollector& items, const SharedSource& source, ByteWindow& window,
+                const Comment& comment, std::size_t blockStart) {
+    const QByteArray key = comment.key.toUpper();
+    const std::uint64_t length = comment.end - comment.value;
+    MediaItem item;
+    item.commonKey = commonKeyOf(key);
+    if (!items.wants(item.commonKey))
+        return;
+    if (key == "METADATA_BLOCK_PICTURE") {
+        item.readData = [source, offset = comment.value, length] {
+            return pictureOf(QByteArray::fromBase64(source->copy(offset, length)));
+        };
+        return items.add(std::move(item));
+    }
+    if (!items.wantsText(item.commonKey, length))
+        return;
+    if (!item.commonKey)
+        item.name = QString::fromUtf8(comment.key);
+    const TagText text = utf8Text(window.copy(comment.value, length));
+    // A key that comes again carries a further value.
+    if (!item.commonKey || !items.appendValue(blockStart, *item.commonKey, text))
+        items.add(std::move(item), text);
+}
+
+std::optional<Comment> readComment(ByteWindow& window, std::uint64_t& position, std::uint64_t end) {
+    const auto length = ByteCursor(window.read(position, 4)).readU32le();
+    if (!length || position + 4 > end || *length > end - position - 4)
+        return std::nullopt;
+    const std::uint64_t body = position + 4;
+    position = body + *length;
+    const auto head = asText(window.read(body, std::min<std::size_t>(*length, longestKey)));
+    const std::size_t sign = head.find('=');
+    if (sign == std::string_view::npos)
+        return Comment{.key = {}, .value = position, .end = position};
+    return Comment{.key = QByteArray(head.data(), static_cast<qsizetype>(sign)),
+                   .value = body + sign + 1,
+                   .end = position};
+}
+
+} // namespace
+
+void readVorbisComments(ItemCollector& items, const SharedSource& source, ByteWindow& window,
+                        std::uint64_t begin, std::uint64_t end) {
+    const std::uint64_t vendor = ByteCursor(window.read(begin, 4)).readU32le().value_or(UINT32_MAX);
+    if (begin + 4 + vendor + 4 > end)
+        return;
+    std::uint64_t position = begin + 4 + vendor;
+    const std::uint64_t count = ByteCursor(window.read(position, 4)).readU32le().value_or(0);
+    position += 4;
+    const std::size_t blockStart = items.count();
+    for (std::uint64_t i = 0; i < std::min<std::uint64_t>(count, mostEntries); ++i) {
+        const auto comment = readComment(window, position, end);
+        if (!comment)
+            break;
+        if (!comment->key.isEmpty())
+            addComment(items, source, window, *comment, blockStart);
+    }
+}
+
+void addFlacPicture(ItemCollector& items, const SharedSource& source, std::uint64_t begin,
+                    std::uint64_t end) {
+    if (!items.wants(CommonKey::Artwork))
+        return;
+    MediaItem item;
+    item.commonKey = CommonKey::Artwork;
+    item.readData = [source, begin, length = end - begin] {
+        return pictureOf(source->copy(begin, length));
+    };
+    items.add(std::move(item));
+}
+
+} // namespace tamsy::media
