@@ -1,7 +1,7 @@
 #include "BigLibrary.h"
 
 #include "Models/AudioFolder.h"
-#include "Platform/StoredFile.h"
+#include "Platform/Storage/StoredFile.h"
 #include "Services/FolderPersistence.h"
 
 #include <QStringList>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Models/Track.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/UserDefaults.h"
 
 #include <QByteArray>
 

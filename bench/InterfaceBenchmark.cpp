@@ -1,7 +1,7 @@
 // What the interface thread does at a keystroke in the search field, over 100,000 tracks.
 
 #include "BigLibrary.h"
-#include "Platform/LargeMemory.h"
+#include "Platform/Storage/LargeMemory.h"
 #include "Services/AudioMetadata.h"
 #include "Services/FolderLibraryService.h"
 #include "ViewModels/LibraryViewModel.h"

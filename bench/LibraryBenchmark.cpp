@@ -3,9 +3,9 @@
 
 #include "BigLibrary.h"
 #include "Models/AudioFolder.h"
-#include "Platform/DirectoryWalk.h"
-#include "Platform/FileDescriptor.h"
-#include "Platform/LargeMemory.h"
+#include "Platform/Storage/DirectoryWalk.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/LargeMemory.h"
 #include "Services/FolderPersistence.h"
 
 #include <QFile>

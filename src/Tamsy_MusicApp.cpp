@@ -1,6 +1,6 @@
 #include "Tamsy_MusicApp.h"
 
-#include "Platform/InterfaceThread.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Appearance.h"
 #include "Views/CoverProvider.h"

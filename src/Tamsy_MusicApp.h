@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Desktop/DesktopIntegration.h"
-#include "Platform/ColorScheme.h"
-#include "Platform/OperationQueue.h"
-#include "Platform/Visibility.h"
-#include "Platform/WindowState.h"
+#include "Platform/Desktop/ColorScheme.h"
+#include "Platform/Desktop/Visibility.h"
+#include "Platform/Desktop/WindowState.h"
+#include "Platform/Threads/OperationQueue.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"

@@ -1,8 +1,8 @@
-#include "Platform/LargeMemory.h"
-#include "Platform/OperationQueue.h"
-#include "Platform/SingleInstance.h"
-#include "Platform/TerminationSignals.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Desktop/SingleInstance.h"
+#include "Platform/Desktop/TerminationSignals.h"
+#include "Platform/Storage/LargeMemory.h"
+#include "Platform/Storage/UserDefaults.h"
+#include "Platform/Threads/OperationQueue.h"
 #include "Tamsy_MusicApp.h"
 
 #include <QFont>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Desktop/RemoteControls.h"
+#include "Platform/Desktop/SleepInhibitor.h"
 #include "Platform/Mpris/MprisService.h"
-#include "Platform/SleepInhibitor.h"
 
 #include <QObject>
 

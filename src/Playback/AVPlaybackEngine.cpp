@@ -1,7 +1,7 @@
 #include "Playback/AVPlaybackEngine.h"
 
+#include "Platform/Desktop/SystemLog.h"
 #include "Platform/MediaPlayer/MediaPlayer.h"
-#include "Platform/SystemLog.h"
 #include "Utils/PlaybackLogger.h"
 
 #include <algorithm>

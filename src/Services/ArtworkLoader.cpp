@@ -1,11 +1,11 @@
 #include "Services/ArtworkLoader.h"
 
-#include "Platform/InterfaceThread.h"
-#include "Platform/MemoryCache.h"
 #include "Platform/Threads/FileWatch.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Platform/Threads/ReadPriority.h"
 #include "Services/FallbackCover.h"
 #include "Services/ThumbnailFiles.h"
+#include "Utils/MemoryCache.h"
 
 #include <QCoreApplication>
 #include <QHash>

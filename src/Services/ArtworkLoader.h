@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/OperationQueue.h"
+#include "Platform/Threads/OperationQueue.h"
 #include "Services/AudioMetadata.h"
 #include "Services/MetadataReader.h"
 #include "Utils/FileURL.h"

@@ -1,8 +1,8 @@
 #include "Services/FolderLibraryService.h"
 
-#include "Platform/DirectoryWalk.h"
-#include "Platform/InterfaceThread.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/DirectoryWalk.h"
+#include "Platform/Storage/UserDefaults.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Services/MetadataReader.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Models/AudioFolder.h"
-#include "Platform/OperationQueue.h"
+#include "Platform/Threads/OperationQueue.h"
 #include "Services/FolderPersistence.h"
 #include "Utils/ValueSubject.h"
 

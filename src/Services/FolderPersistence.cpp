@@ -1,8 +1,8 @@
 #include "Services/FolderPersistence.h"
 
-#include "Platform/Bookmark.h"
-#include "Platform/LargeMemory.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/Bookmark.h"
+#include "Platform/Storage/LargeMemory.h"
+#include "Platform/Storage/UserDefaults.h"
 #include "Services/LibraryDocument.h"
 
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #include "Services/JsonWriter.h"
 
-#include "Platform/LargeMemory.h"
+#include "Platform/Storage/LargeMemory.h"
 #include "Services/UuidText.h"
 
 #include <algorithm>

@@ -1,13 +1,13 @@
 #include "Services/LyricsReader.h"
 
-#include "Platform/InterfaceThread.h"
-#include "Platform/MemoryCache.h"
 #include "Platform/Threads/FileWatch.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Platform/Threads/ReadPriority.h"
 #include "Services/LyricsContainers.h"
 #include "Services/LyricsItems.h"
 #include "Services/LyricsSidecar.h"
 #include "Tags/MediaAsset.h"
+#include "Utils/MemoryCache.h"
 
 #include <QFuture>
 

@@ -1,7 +1,7 @@
 #include "Services/LyricsSidecar.h"
 
 #include "Formats/ByteSource.h"
-#include "Platform/DirectoryStream.h"
+#include "Platform/Storage/DirectoryStream.h"
 #include "Platform/Threads/FileWatch.h"
 #include "Services/LyricsDecoding.h"
 #include "Services/LyricsParsing.h"

@@ -1,7 +1,7 @@
 #include "Services/MetadataReader.h"
 
-#include "Platform/InterfaceThread.h"
-#include "Platform/WorkerPool.h"
+#include "Platform/Threads/InterfaceThread.h"
+#include "Platform/Threads/WorkerPool.h"
 #include "Services/FlacArtwork.h"
 #include "Tags/ImageDecoding.h"
 #include "Tags/MediaAsset.h"

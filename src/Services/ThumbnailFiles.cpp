@@ -1,7 +1,7 @@
 #include "Services/ThumbnailFiles.h"
 
-#include "Platform/FileDescriptor.h"
-#include "Platform/StoredFile.h"
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/StoredFile.h"
 #include "Utils/FNV1a.h"
 
 #include <QBuffer>

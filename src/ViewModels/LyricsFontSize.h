@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/UserDefaults.h"
 
 #include <QObject>
 

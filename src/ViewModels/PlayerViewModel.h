@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Visibility.h"
+#include "Platform/Desktop/Visibility.h"
 #include "Playback/AudioPlaybackEngine.h"
 #include "Services/ArtworkLoader.h"
 #include "Services/MetadataReader.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/ColorScheme.h"
+#include "Platform/Desktop/ColorScheme.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>

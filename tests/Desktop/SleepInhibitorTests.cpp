@@ -1,4 +1,4 @@
-#include "Platform/SleepInhibitor.h"
+#include "Platform/Desktop/SleepInhibitor.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>

@@ -1,5 +1,5 @@
-#include "Platform/FileSizeLimit.h"
-#include "Platform/InterfaceThread.h"
+#include "Platform/Storage/FileSizeLimit.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Services/ArtworkLoader.h"
 #include "Services/CoverFile.h"
 #include "Utils/FNV1a.h"

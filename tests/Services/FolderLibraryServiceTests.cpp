@@ -1,6 +1,6 @@
-#include "Platform/OperationQueue.h"
-#include "Platform/TemporaryFolder.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/TemporaryFolder.h"
+#include "Platform/Storage/UserDefaults.h"
+#include "Platform/Threads/OperationQueue.h"
 #include "Services/AudioMetadata.h"
 #include "Services/FolderLibraryService.h"
 

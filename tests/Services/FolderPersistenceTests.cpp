@@ -1,5 +1,5 @@
-#include "Platform/TemporaryFolder.h"
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/TemporaryFolder.h"
+#include "Platform/Storage/UserDefaults.h"
 #include "Services/FolderPersistence.h"
 #include "Services/LibraryDocument.h"
 

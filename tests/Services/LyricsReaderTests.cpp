@@ -1,7 +1,7 @@
 #include "Services/LyricsReader.h"
 
-#include "Platform/InterfaceThread.h"
-#include "Platform/TemporaryFolder.h"
+#include "Platform/Storage/TemporaryFolder.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Services/LyricsText.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "Services/MetadataReader.h"
 
-#include "Platform/InterfaceThread.h"
+#include "Platform/Threads/InterfaceThread.h"
 #include "Tags/MediaAsset.h"
 #include "Tags/MemoryFile.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UserDefaults.h"
+#include "Platform/Storage/UserDefaults.h"
 #include "Services/AudioMetadata.h"
 #include "Services/FolderLibraryService.h"
 #include "ViewModels/LibraryViewModel.h"

@@ -1,4 +1,4 @@
-#include "Platform/Visibility.h"
+#include "Platform/Desktop/Visibility.h"
 #include "Playback/FakeEngine.h"
 #include "ViewModels/PlayerViewModel.h"
 

@@ -1,7 +1,7 @@
 #include "Platform/MediaPlayer/MediaPlaybackThread.h"
 
-#include "Platform/InterfaceThread.h"
 #include "Platform/MediaPlayer/MediaBackendModule.h"
+#include "Platform/Threads/InterfaceThread.h"
 
 #include <mutex>
 #include <utility>

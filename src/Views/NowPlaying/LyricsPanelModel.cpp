@@ -1,7 +1,7 @@
 #include "Views/NowPlaying/LyricsPanelModel.h"
 
-#include "Platform/InterfaceThread.h"
-#include "Platform/WorkerPool.h"
+#include "Platform/Threads/InterfaceThread.h"
+#include "Platform/Threads/WorkerPool.h"
 #include "Services/LyricsReader.h"
 #include "Views/NowPlaying/NowPlayingLog.h"
 

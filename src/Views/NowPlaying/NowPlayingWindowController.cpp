@@ -1,6 +1,6 @@
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
-#include "Platform/Visibility.h"
+#include "Platform/Desktop/Visibility.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
 

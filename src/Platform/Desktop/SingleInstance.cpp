@@ -1,0 +1,151 @@
+#include "Platform/Desktop/SingleInstance.h"
+
+#include "Platform/Storage/StoredFile.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QLocalServer>
+#include <QLocalSocket>
+
+#include <chrono>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <thread>
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds patience{5};
+constexpr std::chrono::milliseconds pauseBetweenTries{20};
+constexpr qsizetype longestSocketPath = sizeof(sockaddr_un::sun_path) - 1;
+constexpr qint64 longestRequest = 4096;
+
+/// A directory that nobody else can look into, for a session that has no runtime directory.
+QByteArray privateDirectory() {
+    const QByteArray path = "/tmp/tamsy-music-" + QByteArray::number(::getuid());
+    struct stat status {};
+    const bool isOurs = makeDirectories(path) && ::lstat(path.constData(), &status) == 0 &&
+                        S_ISDIR(status.st_mode) && status.st_uid == ::getuid() &&
+                        (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    return isOurs ? path : QByteArray();
+}
+
+/// Where the program of `configurationDirectory` listens; empty if there is no safe place.
+QByteArray socketPath(const QByteArray& configurationDirectory) {
+    const QByteArray name =
+        "/tamsy-music-" + QCryptographicHash::hash(configurationDirectory, QCryptographicHash::Sha1)
+                              .toHex()
+                              .first(16);
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    if (runtime.startsWith('/') && runtime.size() + name.size() <= longestSocketPath &&
+        ::access(runtime.constData(), W_OK | X_OK) == 0)
+        return runtime + name;
+    const QByteArray fallback = privateDirectory();
+    return fallback.isEmpty() ? fallback : fallback + name;
+}
+
+QByteArray activationToken() {
+    const QByteArray token = qgetenv("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? qgetenv("DESKTOP_STARTUP_ID") : token;
+}
+
+FileDescriptor connectTo(const QByteArray& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.isEmpty() || path.size() > longestSocketPath)
+        return {};
+    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    // The system's interface for every kind of address.
+    const auto* general = reinterpret_cast<const sockaddr*>(&address); // NOLINT
+    if (!socket.isOpen() || ::connect(socket.number(), general, sizeof address) != 0)
+        return {};
+    return socket;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(QByteArray configurationDirectory, QObject* parent)
+    : QObject(parent), directory_(std::move(configurationDirectory)) {}
+
+SingleInstance::~SingleInstance() = default;
+
+bool SingleInstance::acquire() {
+    if (!makeDirectories(directory_))
+        return true; // where nothing can be written there is nothing to guard
+    const QByteArray path = directory_ + "/.lock";
+    lock_ = FileDescriptor(
+        ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
+    if (!lock_.isOpen())
+        lock_ = FileDescriptor(::open(directory_.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const auto deadline = Clock::now() + patience;
+    do {
+        if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0)
+            return true;
+        if (errno != EWOULDBLOCK && errno != EINTR)
+            return true; // a file system without locks
+        if (askTheFirst())
+            return false;
+        std::this_thread::sleep_for(pauseBetweenTries);
+    } while (Clock::now() < deadline);
+    return false;
+}
+
+/// True if the program that holds the lock has answered.
+bool SingleInstance::askTheFirst() const {
+    const auto path = StoredFile(directory_ + "/.lock").read();
+    const FileDescriptor socket = connectTo(path.value_or(QByteArray()));
+    const QByteArray request = activationToken().left(longestRequest - 1) + '\n';
+    if (!socket.isOpen() ||
+        ::send(socket.number(), request.constData(), static_cast<std::size_t>(request.size()),
+               MSG_NOSIGNAL) != request.size())
+        return false;
+    pollfd reply{socket.number(), POLLIN, 0};
+    const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(patience);
+    char byte = 0;
+    return ::poll(&reply, 1, static_cast<int>(limit.count())) == 1 &&
+           ::recv(socket.number(), &byte, 1, 0) == 1;
+}
+
+void SingleInstance::listen() {
+    const QByteArray path = socketPath(directory_);
+    const QString name = QFile::decodeName(path);
+    if (path.isEmpty() || QFile::encodeName(name) != path)
+        return;
+    QLocalServer::removeServer(name); // left by a killed run; the lock says that none is alive
+    server_ = std::make_unique<QLocalServer>();
+    server_->setSocketOptions(QLocalServer::UserAccessOption);
+    // From then on nobody would answer; a second start waits for the lock instead.
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            [this] { server_.reset(); });
+    connect(server_.get(), &QLocalServer::newConnection, this, &SingleInstance::answer);
+    if (!server_->listen(name) || !lock_.isOpen())
+        return;
+    (void)!::ftruncate(lock_.number(), 0);
+    (void)!::pwrite(lock_.number(), path.constData(), static_cast<std::size_t>(path.size()), 0);
+}
+
+void SingleInstance::answer() {
+    while (QLocalSocket* client = server_->nextPendingConnection()) {
+        client->setReadBufferSize(longestRequest);
+        connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
+        connect(client, &QLocalSocket::readyRead, this, [this, client] {
+            if (!client->canReadLine())
+                return;
+            Q_EMIT activationRequested(client->readLine(longestRequest).trimmed());
+            client->write("\n");
+            client->disconnectFromServer();
+        });
+    }
+}
+
+} // namespace tamsy

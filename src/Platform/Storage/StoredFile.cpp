@@ -1,0 +1,129 @@
+#include "Platform/Storage/StoredFile.h"
+
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/LargeMemory.h"
+
+#include <QDateTime>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace tamsy {
+namespace {
+
+/// A JSON parser may look this far behind the last byte.
+constexpr qsizetype roomBehindContent = 64;
+
+/// Whole or not at all; a short write is followed by another.
+bool writeAll(int descriptor, QByteArrayView bytes) {
+    while (!bytes.isEmpty()) {
+        const ssize_t written =
+            ::write(descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.sliced(written);
+    }
+    return true;
+}
+
+/// Some file systems can't sync a directory and say so with EINVAL; they have nothing to lose.
+bool sync(int descriptor) {
+    return ::fsync(descriptor) == 0 || errno == EINVAL;
+}
+
+bool syncDirectory(const QByteArray& path) {
+    const FileDescriptor directory(
+        ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); // NOLINT(*-vararg)
+    return directory.isOpen() && sync(directory.number());
+}
+
+bool writeNewFile(const QByteArray& path, QByteArrayView content) {
+    // What a killed run left behind is of no use, whatever it is.
+    ::unlink(path.constData());
+    FileDescriptor file(
+        ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    return file.isOpen() && writeAll(file.number(), content) && sync(file.number()) &&
+           ::close(file.release()) == 0;
+}
+
+} // namespace
+
+std::optional<QByteArray> StoredFile::read() const {
+    // Without O_NONBLOCK a fifo under this name would hold the program for ever.
+    const FileDescriptor file(::open(path_.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    QByteArray content;
+    content.reserve(status.st_size + roomBehindContent);
+    preferLargePages(content.constData(), static_cast<std::size_t>(content.capacity()));
+    content.resize(status.st_size);
+    qsizetype filled = 0;
+    while (filled < content.size()) {
+        const ssize_t count = ::read(file.number(), content.data() + filled,
+                                     static_cast<std::size_t>(content.size() - filled));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return std::nullopt;
+        if (count == 0)
+            break;
+        filled += count;
+    }
+    content.truncate(filled);
+    return content;
+}
+
+bool StoredFile::mayExist() const {
+    struct stat status {};
+    return ::lstat(path_.constData(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+QByteArray StoredFile::directory() const {
+    return path_.first(path_.lastIndexOf('/'));
+}
+
+bool StoredFile::replace(QByteArrayView content) const {
+    const QByteArray beside = path_ + ".new";
+    if (!makeDirectories(directory()))
+        return false;
+    if (writeNewFile(beside, content) && ::rename(beside.constData(), path_.constData()) == 0)
+        return syncDirectory(directory());
+    ::unlink(beside.constData()); // on a full disk the room is needed
+    return false;
+}
+
+bool StoredFile::keepAside() const {
+    const QByteArray base =
+        path_ + ".damaged-" +
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'")).toLatin1();
+    constexpr int attempts = 1000;
+    for (int attempt = 1; attempt <= attempts; ++attempt) {
+        const QByteArray name = attempt == 1 ? base : base + '-' + QByteArray::number(attempt);
+        // Both calls refuse a name that is taken. The link comes first: with it the file's own name
+        // never stands empty.
+        if (::link(path_.constData(), name.constData()) == 0)
+            return true;
+        if (errno == EEXIST)
+            continue;
+        if (::renameat2(AT_FDCWD, path_.constData(), AT_FDCWD, name.constData(),
+                        RENAME_NOREPLACE) == 0)
+            return true;
+        if (errno != EEXIST)
+            return !mayExist();
+    }
+    return false;
+}
+
+bool makeDirectories(const QByteArray& path) {
+    if (path.isEmpty() || ::mkdir(path.constData(), S_IRWXU) == 0 || errno == EEXIST)
+        return true;
+    return errno == ENOENT && makeDirectories(path.first(path.lastIndexOf('/'))) &&
+           ::mkdir(path.constData(), S_IRWXU) == 0;
+}
+
+} // namespace tamsy

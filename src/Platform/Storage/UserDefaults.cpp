@@ -1,0 +1,162 @@
+#include "Platform/Storage/UserDefaults.h"
+
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+/// How long the writer waits before it tries again what it couldn't write.
+constexpr std::chrono::seconds retryInterval{30};
+
+} // namespace
+
+UserDefaults& UserDefaults::standard() {
+    static UserDefaults defaults(configurationDirectory());
+    return defaults;
+}
+
+QByteArray UserDefaults::configurationDirectory() {
+    QByteArray base = qgetenv("XDG_CONFIG_HOME");
+    if (!base.startsWith('/'))
+        base = qgetenv("HOME") + "/.config";
+    return base + "/Tamsy Music";
+}
+
+UserDefaults::UserDefaults(QByteArray directory) : directory_(std::move(directory)) {}
+
+UserDefaults::~UserDefaults() {
+    if (!writer_.joinable())
+        return;
+    drain();
+    {
+        const std::scoped_lock lock(mutex_);
+        isEnding_ = true;
+    }
+    changed_.notify_all();
+    writer_.join();
+}
+
+StoredFile UserDefaults::fileForKey(QByteArrayView key) const {
+    return StoredFile(directory_ + '/' + key.toByteArray().toPercentEncoding());
+}
+
+std::optional<QByteArray> UserDefaults::dataForKey(QByteArrayView key) {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (const auto pending = pending_.constFind(key.toByteArray()); pending != pending_.cend())
+            return pending->value;
+    }
+    const StoredFile file = fileForKey(key);
+    auto content = file.read();
+    if (!content && file.mayExist())
+        moveAside(key);
+    return content;
+}
+
+void UserDefaults::setObject(QByteArray value, QByteArrayView key) {
+    const QByteArray ownKey = key.toByteArray();
+    {
+        const std::scoped_lock lock(mutex_);
+        Pending& pending = pending_[ownKey];
+        pending.value = std::move(value);
+        ++pending.revision;
+        if (!queue_.contains(ownKey))
+            queue_.append(ownKey);
+        queueUnwritten();
+        if (!writer_.joinable())
+            writer_ = std::thread([this] { runWriter(); });
+    }
+    changed_.notify_all();
+    Q_EMIT valueChanged(ownKey);
+}
+
+std::optional<double> UserDefaults::doubleForKey(QByteArrayView key) {
+    const auto data = dataForKey(key);
+    if (!data)
+        return std::nullopt;
+    const QByteArray text = data->trimmed();
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.begin(), text.end(), value);
+    if (error == std::errc() && end == text.end() && std::isfinite(value))
+        return value;
+    moveAside(key);
+    return std::nullopt;
+}
+
+void UserDefaults::setDouble(double value, QByteArrayView key) {
+    std::array<char, 32> text{};
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
+    setObject(QByteArray(text.data(), result.ptr - text.data()), key);
+}
+
+void UserDefaults::moveAside(QByteArrayView key) {
+    const std::scoped_lock lock(mutex_);
+    damaged_.insert(key.toByteArray());
+}
+
+bool UserDefaults::drain() {
+    std::unique_lock lock(mutex_);
+    if (!writer_.joinable())
+        return true;
+    queueUnwritten();
+    changed_.notify_all();
+    changed_.wait(lock, [this] { return queue_.isEmpty() && writing_.isEmpty(); });
+    return pending_.isEmpty();
+}
+
+/// Gives another chance to the values that couldn't be written. With the lock held.
+void UserDefaults::queueUnwritten() {
+    for (auto pending = pending_.keyBegin(); pending != pending_.keyEnd(); ++pending) {
+        if (*pending != writing_ && !queue_.contains(*pending))
+            queue_.append(*pending);
+    }
+}
+
+void UserDefaults::runWriter() {
+    std::unique_lock lock(mutex_);
+    const auto hasWork = [this] { return isEnding_ || !queue_.isEmpty(); };
+    for (;;) {
+        if (pending_.isEmpty())
+            changed_.wait(lock, hasWork);
+        else if (!changed_.wait_for(lock, retryInterval, hasWork))
+            queueUnwritten();
+        if (isEnding_)
+            return;
+        if (queue_.isEmpty())
+            continue;
+        writing_ = queue_.takeFirst();
+        Pending taken = pending_.value(writing_);
+        lock.unlock();
+        const bool isWritten = write(writing_, taken.value);
+        // Let go of in our own code (clear() isn't): what lets a race detector see the last owner's
+        // order.
+        taken.value = QByteArray();
+        lock.lock();
+        if (isWritten && pending_.value(writing_).revision == taken.revision)
+            pending_.remove(writing_);
+        writing_ = QByteArray();
+        changed_.notify_all();
+    }
+}
+
+/// Runs on the writer's thread without the lock.
+bool UserDefaults::write(const QByteArray& key, const QByteArray& value) {
+    const StoredFile file = fileForKey(key);
+    const bool isDamaged = [&] {
+        const std::scoped_lock lock(mutex_);
+        return damaged_.contains(key);
+    }();
+    if (isDamaged) {
+        if (!file.keepAside())
+            return false;
+        const std::scoped_lock lock(mutex_);
+        damaged_.remove(key);
+    }
+    return file.replace(value);
+}
+
+} // namespace tamsy

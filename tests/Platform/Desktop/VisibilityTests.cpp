@@ -1,0 +1,188 @@
+#include "Platform/Desktop/Visibility.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QProcess>
+#include <QRasterWindow>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace tamsy;
+using Occasion = Visibility::Occasion;
+
+namespace {
+
+constexpr auto coverArgument = "--cover-the-screen";
+
+class Window : public QRasterWindow {
+  public:
+    explicit Window(QRect place) { setGeometry(place); }
+
+    int frames = 0;
+
+  private:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        ++frames;
+        QPainter(this).fillRect(QRect({}, size()), Qt::darkCyan);
+    }
+};
+
+class VisibilityTest : public testing::Test {
+  protected:
+    VisibilityTest() {
+        QObject::connect(&visibility, &Visibility::changed, &visibility, [this](Occasion occasion) {
+            occasions.push_back(occasion);
+            answers.push_back(visibility.isAnyWindowVisible());
+        });
+        window.show();
+    }
+
+    static bool waitFor(const std::function<bool()>& condition) {
+        return QTest::qWaitFor(condition, 10'000);
+    }
+
+    bool becomesVisible(bool visible) {
+        return waitFor([&] { return visibility.isAnyWindowVisible() == visible; });
+    }
+
+    bool becomesActive(bool active) {
+        return waitFor([&] { return visibility.isApplicationActive() == active; });
+    }
+
+    /// How often the window is drawn in so many milliseconds, while it asks for it all the time.
+    int framesIn(int milliseconds) {
+        QTimer asking;
+        QObject::connect(&asking, &QTimer::timeout, &window, [this] { window.update(); });
+        QTest::qWait(50); // what is under way
+        window.frames = 0;
+        asking.start(10);
+        QTest::qWait(milliseconds);
+        return window.frames;
+    }
+
+    /// The occasions since the last call.
+    std::vector<Occasion> taken() { return std::exchange(occasions, {}); }
+
+    static void run(const QString& program, const QStringList& arguments) {
+        ASSERT_EQ(QProcess::execute(program, arguments), 0) << program.toStdString();
+    }
+
+    Visibility visibility;
+    std::vector<Occasion> occasions;
+    std::vector<bool> answers; // to "can anything be seen", asked at each occasion
+    Window window{QRect(200, 200, 300, 200)};
+};
+
+TEST_F(VisibilityTest, AMinimisedWindowCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true) && becomesActive(true));
+    EXPECT_FALSE(visibility.isApplicationHidden());
+    EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
+                                                       Occasion::ApplicationDidBecomeActive));
+    window.showMinimized();
+    ASSERT_TRUE(becomesVisible(false) && becomesActive(false));
+    EXPECT_THAT(taken(), testing::IsSupersetOf({Occasion::WindowDidMiniaturize,
+                                                Occasion::ApplicationDidResignActive}));
+    window.showNormal();
+    ASSERT_TRUE(becomesVisible(true));
+    EXPECT_THAT(taken(), testing::Contains(Occasion::WindowDidDeminiaturize));
+    EXPECT_TRUE(answers.back());
+    window.close();
+    EXPECT_TRUE(becomesVisible(false));
+    EXPECT_FALSE(answers.back());
+}
+
+TEST_F(VisibilityTest, AnyWindowInViewIsEnough) {
+    Window second(QRect(700, 200, 300, 200));
+    second.show();
+    ASSERT_TRUE(waitFor([&] { return second.isExposed() && window.isExposed(); }));
+    window.showMinimized();
+    ASSERT_TRUE(waitFor([&] { return !window.isExposed(); }));
+    EXPECT_TRUE(visibility.isAnyWindowVisible());
+    second.destroy();
+    EXPECT_FALSE(visibility.isAnyWindowVisible());
+}
+
+TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true));
+    const QString xdotool = QStringLiteral("xdotool");
+    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("1")});
+    EXPECT_TRUE(becomesVisible(false));
+    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("0")});
+    EXPECT_TRUE(becomesVisible(true));
+
+    // Some window managers leave the window as it is and only say where it stands.
+    const auto moveTo = [&](const char* desktop) {
+        const QString property = QStringLiteral("_NET_WM_DESKTOP");
+        run(QStringLiteral("xprop"),
+            {QStringLiteral("-id"), QString::number(window.winId()), QStringLiteral("-f"), property,
+             QStringLiteral("32c"), QStringLiteral("-set"), property, QLatin1String(desktop)});
+    };
+    moveTo("2");
+    EXPECT_TRUE(becomesVisible(false));
+    EXPECT_TRUE(window.isExposed());
+    moveTo("0xFFFFFFFF"); // on all of them
+    EXPECT_TRUE(becomesVisible(true));
+}
+
+TEST_F(VisibilityTest, AWindowThatAnotherProgramCoversCanNotBeSeen) {
+    ASSERT_TRUE(becomesVisible(true) && becomesActive(true));
+    taken();
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(coverArgument)});
+    EXPECT_TRUE(becomesVisible(false) && becomesActive(false));
+    EXPECT_TRUE(window.isExposed()); // which is why the server has to be asked
+    EXPECT_EQ(framesIn(300), 0);
+    EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
+                                                       Occasion::ApplicationDidResignActive));
+    program.kill();
+    program.waitForFinished();
+    EXPECT_TRUE(becomesVisible(true) && becomesActive(true));
+    EXPECT_GT(framesIn(300), 0);
+}
+
+// A compositor leaves every window uncovered for the server, so the order and places of our own
+// windows decide.
+TEST_F(VisibilityTest, AWindowBelowALargerOneOfOursIsNotDrawn) {
+    Window larger(QRect(100, 100, 700, 500));
+    larger.show();
+    const auto isSeen = [&](bool seen) {
+        return waitFor([&] { return visibility.canBeSeen(window) == seen; });
+    };
+    ASSERT_TRUE(waitFor([&] { return visibility.canBeSeen(larger); }));
+    const auto bringUp = [](const Window& chosen) {
+        run(QStringLiteral("xdotool"),
+            {QStringLiteral("windowactivate"), QString::number(chosen.winId())});
+    };
+    bringUp(larger);
+    ASSERT_TRUE(isSeen(false));
+    EXPECT_TRUE(visibility.isAnyWindowVisible());
+    EXPECT_EQ(framesIn(300), 0);
+    bringUp(window);
+    ASSERT_TRUE(isSeen(true));
+    EXPECT_GT(framesIn(300), 0);
+    bringUp(larger);
+    ASSERT_TRUE(isSeen(false));
+    larger.setPosition(400, 100);
+    EXPECT_TRUE(isSeen(true));
+}
+
+int coverTheScreen() {
+    Window window(QGuiApplication::primaryScreen()->geometry());
+    window.showFullScreen();
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (QGuiApplication::arguments().contains(QLatin1String(coverArgument)))
+        return coverTheScreen();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
