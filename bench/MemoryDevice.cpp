@@ -1,6 +1,6 @@
 #include "MemoryDevice.h"
 
-#include "Platform/MediaPlayer/MediaBackendModule.h"
+#include "Playback/FFmpeg/MediaBackendModule.h"
 
 #include <miniaudio.h>
 

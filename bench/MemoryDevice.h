@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/MediaPlayer/MediaBackend.h"
+#include "Playback/FFmpeg/MediaBackend.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 // Opening and seeking, which happen while the interface waits. Wants the private sound server.
 
-#include "Playback/AudioDecoder.h"
-#include "Playback/MiniaudioBridge.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
+#include "Playback/Miniaudio/MiniaudioBridge.h"
 
 #include <QRandomGenerator>
 #include <benchmark/benchmark.h>

@@ -2,9 +2,9 @@
 
 #include "MemoryDevice.h"
 #include "MonitorListener.h"
-#include "Platform/MediaPlayer/MediaBackendModule.h"
-#include "Playback/AudioDecoder.h"
 #include "Playback/CompositePlaybackEngine.h"
+#include "Playback/FFmpeg/MediaBackendModule.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

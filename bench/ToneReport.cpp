@@ -3,7 +3,7 @@
 // loudest frequency that isn't in the file, over all tones; then what the conversion costs. Fails
 // where a tone's level is off by more than 0.05 dB, or a false tone is above -120 dB.
 
-#include "Platform/Resampling/Resampler.h"
+#include "Playback/Resampling/Resampler.h"
 #include "Playback/Tones.h"
 
 #include <QFile>

@@ -1,5 +1,5 @@
 #include "FuzzTarget.h"
-#include "Playback/AudioDecoder.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
 #include "Tags/MemoryFile.h"
 
 #include <array>

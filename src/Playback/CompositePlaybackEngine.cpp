@@ -1,7 +1,7 @@
 #include "Playback/CompositePlaybackEngine.h"
 
-#include "Playback/AVPlaybackEngine.h"
-#include "Playback/MiniaudioPlaybackEngine.h"
+#include "Playback/FFmpeg/AVPlaybackEngine.h"
+#include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
 #include "Utils/PlaybackLogger.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "Playback/AVPlaybackEngine.h"
 #include "Playback/CompositePlaybackEngine.h"
-#include "Playback/MiniaudioPlaybackEngine.h"
+#include "Playback/FFmpeg/AVPlaybackEngine.h"
+#include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
 #include "Playback/TestAudio.h"
 
 #include <gmock/gmock.h>

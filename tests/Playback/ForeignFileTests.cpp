@@ -1,4 +1,4 @@
-#include "Playback/AudioDecoder.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/TestAudio.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "Playback/CompositePlaybackEngine.h"
-#include "Playback/OutputWatch.h"
+#include "Playback/Output/OutputWatch.h"
 #include "Playback/SoundRecording.h"
 #include "Playback/TestAudio.h"
 

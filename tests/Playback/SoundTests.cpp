@@ -1,5 +1,5 @@
-#include "Platform/MediaPlayer/SoundFiles.h"
 #include "Playback/CompositePlaybackEngine.h"
+#include "Playback/SoundFiles.h"
 #include "Playback/SoundRecording.h"
 #include "Playback/TestAudio.h"
 #include "Playback/Tones.h"

@@ -1,4 +1,4 @@
-#include "Platform/MediaPlayer/SoundFiles.h"
+#include "Playback/SoundFiles.h"
 #include "Playback/Tones.h"
 
 #include <gtest/gtest.h>

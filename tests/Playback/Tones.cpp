@@ -1,7 +1,7 @@
 #include "Playback/Tones.h"
 
-#include "Platform/MediaPlayer/MediaBackendModule.h"
-#include "Playback/AudioDecoder.h"
+#include "Playback/FFmpeg/MediaBackendModule.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
 
 #include <QtEndian>
 

@@ -1,6 +1,6 @@
 #include "Playback/Miniaudio/DecodeAhead.h"
 
-#include "Playback/AudioDecoder.h"
+#include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Output/FrameRing.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "Playback/Miniaudio/FallbackDecoder.h"
 
 #include "Formats/ByteCursor.h"
-#include "Platform/MediaPlayer/MediaBackendModule.h"
+#include "Playback/FFmpeg/MediaBackendModule.h"
 #include "Playback/Miniaudio/LeadingTags.h"
 
 #include <algorithm>

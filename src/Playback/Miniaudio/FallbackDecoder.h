@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Playback/AudioFile.h"
+#include "Playback/Miniaudio/AudioFile.h"
 
 #include <QByteArray>
 #include <miniaudio.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Resampling/StereoFrame.h"
+#include "Playback/Resampling/StereoFrame.h"
 
 #include <array>
 #include <atomic>

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Playback/FFmpeg/FrameConverter.h"
+#include "Playback/FFmpeg/MediaBackend.h"
+#include "Playback/FFmpeg/PacketReader.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+struct AVCodecContext;
+struct AVFrame;
+struct AVPacket;
+
+namespace tamsy {
+
+/// Decodes one file's sound on the calling thread.
+class FFmpegDecoder : public MediaDecoder {
+  public:
+    /// Nothing if the file or its codec can't be opened.
+    [[nodiscard]] static std::unique_ptr<FFmpegDecoder> open(const char* path,
+                                                             const std::atomic<bool>& abandoned);
+
+    [[nodiscard]] double duration() const override { return file_->duration(); }
+    [[nodiscard]] Block decode() override;
+    double seek(double seconds) override;
+
+  private:
+    struct CodecDeleter {
+        void operator()(AVCodecContext* codec) const;
+    };
+    struct PacketDeleter {
+        void operator()(AVPacket* packet) const;
+    };
+    struct FrameDeleter {
+        void operator()(AVFrame* frame) const;
+    };
+    using Codec = std::unique_ptr<AVCodecContext, CodecDeleter>;
+
+    FFmpegDecoder(std::unique_ptr<PacketReader> file, Codec codec);
+    static Codec openCodec(const PacketReader& file);
+    [[nodiscard]] Block decodeBlock();
+    [[nodiscard]] Block decodeNext();
+    void feed();
+    void noteNumber(const AVPacket& packet);
+    void restartAt(double seconds);
+    [[nodiscard]] bool reach(std::int64_t target);
+    [[nodiscard]] double preRoll() const;
+    [[nodiscard]] std::int64_t firstTime() const;
+    [[nodiscard]] std::int64_t numberOf(const AVFrame& frame) const;
+
+    std::unique_ptr<PacketReader> file_;
+    Codec codec_;
+    std::unique_ptr<AVPacket, PacketDeleter> packet_;
+    std::unique_ptr<AVFrame, FrameDeleter> frame_;
+    FrameConverter converter_;
+    std::optional<std::int64_t> origin_; // time stamp of the first sound, in the file's time base
+    std::optional<std::int64_t> firstBlock_; // in bytes, of packets that are blocks of one size
+    std::optional<std::int64_t> blockNumber_, sampleNumber_; // of the packet that decoding began at
+    std::int64_t restart_ = 0; // frames at the device's rate, where decoding was last begun
+    std::optional<std::int64_t> position_; // frames at the device's rate, where the next block is
+    std::optional<Block> pending_;         // found by a seek, given by the next `decode`
+};
+
+} // namespace tamsy

@@ -1,0 +1,125 @@
+#include "Playback/FFmpeg/FileInput.h"
+
+extern "C" {
+#include <libavformat/avio.h>
+#include <libavutil/error.h>
+#include <libavutil/mem.h>
+}
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tamsy {
+namespace {
+
+/// What a question or a move counts for among the bytes that may be read: a file that is nothing
+/// but empty chunks makes the demuxer ask millions of times.
+constexpr std::int64_t seekCost = 256;
+
+constexpr int bufferSize = 64 * 1024; // bytes: some two seconds of compressed sound a call
+
+/// Taggers that know nothing of each other put one tag ahead of the other.
+constexpr int mostTags = 4;
+
+} // namespace
+
+std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<bool>& abandoned) {
+    // Without waiting: a pipe of this name would hold the thread until somebody writes.
+    const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return nullptr;
+    std::unique_ptr<FileInput> input(new FileInput(descriptor, abandoned));
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || !input->context_)
+        return nullptr;
+    for (int tag = 0; tag < mostTags; ++tag)
+        input->start_ += input->leadingTagSize(input->start_);
+    return input;
+}
+
+FileInput::FileInput(int descriptor, const std::atomic<bool>& abandoned)
+    : descriptor_(descriptor), abandoned_(abandoned) {
+    auto* buffer = static_cast<unsigned char*>(av_malloc(bufferSize));
+    if (buffer)
+        context_ = avio_alloc_context(buffer, bufferSize, 0, this, &read, nullptr, &seek);
+    if (!context_)
+        av_free(buffer);
+}
+
+FileInput::~FileInput() {
+    if (context_)
+        av_freep(&context_->buffer);
+    avio_context_free(&context_);
+    ::close(descriptor_);
+}
+
+int FileInput::read(void* self, std::uint8_t* buffer, int size) {
+    auto* input = static_cast<FileInput*>(self);
+    if (input->abandoned_.load(std::memory_order_relaxed))
+        return AVERROR_EXIT;
+    if (input->allowed_ <= 0)
+        return AVERROR_EOF;
+    ssize_t count = 0;
+    do {
+        count = ::pread(input->descriptor_, buffer, static_cast<std::size_t>(size),
+                        input->start_ + input->offset_);
+    } while (count < 0 && errno == EINTR);
+    if (count < 0)
+        return AVERROR(errno);
+    if (count == 0)
+        return AVERROR_EOF;
+    input->offset_ += count;
+    input->allowed_ -= count;
+    return static_cast<int>(count);
+}
+
+std::int64_t FileInput::seek(void* self, std::int64_t offset, int whence) {
+    auto* input = static_cast<FileInput*>(self);
+    input->allowed_ -= seekCost;
+    switch (whence & ~AVSEEK_FORCE) {
+    case AVSEEK_SIZE:
+        return input->size();
+    case SEEK_SET:
+        break;
+    case SEEK_CUR:
+        offset += input->offset_;
+        break;
+    case SEEK_END:
+        offset += input->size();
+        break;
+    default:
+        return AVERROR(EINVAL);
+    }
+    if (offset < 0)
+        return AVERROR(EINVAL);
+    return input->offset_ = offset;
+}
+
+std::int64_t FileInput::size() const {
+    struct stat status {};
+    return ::fstat(descriptor_, &status) == 0 ? std::max<std::int64_t>(0, status.st_size - start_)
+                                              : AVERROR(errno);
+}
+
+/// The length of an ID3v2 tag at `offset`, 0 if there is none.
+std::int64_t FileInput::leadingTagSize(std::int64_t offset) const {
+    std::array<std::uint8_t, 10> header{};
+    if (::pread(descriptor_, header.data(), header.size(), offset) != std::ssize(header))
+        return 0;
+    const bool isTag = std::memcmp(header.data(), "ID3", 3) == 0 &&
+                       std::all_of(header.begin() + 6, header.end(),
+                                   [](std::uint8_t byte) { return byte < 0x80; });
+    if (!isTag)
+        return 0;
+    const bool hasFooter = (header[5] & 0x10U) != 0;
+    const int size = header[6] << 21 | header[7] << 14 | header[8] << 7 | header[9];
+    return size + (hasFooter ? 20 : 10);
+}
+
+} // namespace tamsy

@@ -1,0 +1,140 @@
+#include "Playback/FFmpeg/MediaPlaybackThread.h"
+
+#include "Platform/Threads/InterfaceThread.h"
+#include "Playback/FFmpeg/MediaBackendModule.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace tamsy {
+namespace {
+
+/// A thread that hasn't seen a new item for so long hangs in the last one.
+constexpr auto stuckLimit = std::chrono::milliseconds(200);
+
+/// Threads that may hang in files that don't answer; then new items wait for one of them.
+constexpr int maxStuckThreads = 8;
+
+constexpr auto endLimit = std::chrono::milliseconds(500);
+
+/// Reports on their way to the interface thread, in order.
+class ReportBox {
+  public:
+    explicit ReportBox(QObject* receiver) : receiver_(receiver) {}
+
+    /// Any thread. `wake` runs on the receiver's thread.
+    template <typename Wake>
+    void post(const PlaybackReport& report, Wake wake) {
+        const std::scoped_lock lock(mutex_);
+        reports_.push_back(report);
+        if (receiver_ && reports_.size() == 1)
+            InterfaceThread::run(receiver_, wake);
+    }
+
+    std::vector<PlaybackReport> take() {
+        const std::scoped_lock lock(mutex_);
+        return std::exchange(reports_, {});
+    }
+
+    /// Nothing is sent to the receiver after this.
+    void close() {
+        const std::scoped_lock lock(mutex_);
+        receiver_ = nullptr;
+    }
+
+  private:
+    std::mutex mutex_; // guards what follows
+    QObject* receiver_;
+    std::vector<PlaybackReport> reports_;
+};
+
+} // namespace
+
+/// What both threads hold, so that it outlives whichever ends first.
+struct MediaPlaybackThread::Shared {
+    explicit Shared(QObject* receiver) : reports(receiver) {}
+
+    RingRenderer renderer;
+    PlaybackRequests requests{renderer};
+    ReportBox reports;
+};
+
+MediaPlaybackThread::MediaPlaybackThread() : shared_(std::make_shared<Shared>(this)) {
+    stuckTimer_.setSingleShot(true);
+    connect(&stuckTimer_, &QTimer::timeout, this, &MediaPlaybackThread::replaceStuckThread);
+}
+
+MediaPlaybackThread::~MediaPlaybackThread() {
+    shared_->requests.quit();
+    shared_->reports.close();
+    if (!thread_.joinable())
+        return;
+    if (finished_.wait_for(endLimit) == std::future_status::ready)
+        thread_.join();
+    else
+        thread_.detach();
+}
+
+void MediaPlaybackThread::start() {
+    std::promise<void> promise;
+    finished_ = promise.get_future();
+    thread_ = std::thread([this, shared = shared_, promise = std::move(promise)]() mutable {
+        const auto listener = [this, &shared](const PlaybackReport& report) {
+            shared->reports.post(report, [this] { deliver(); });
+        };
+        PlaybackLoop(shared->requests, shared->renderer, &loadMediaBackend, listener).run();
+        promise.set_value();
+    });
+}
+
+void MediaPlaybackThread::deliver() {
+    for (const PlaybackReport& report : shared_->reports.take())
+        Q_EMIT reported(report);
+}
+
+std::uint64_t MediaPlaybackThread::setItem(const QByteArray& path) {
+    if (!thread_.joinable())
+        start();
+    stuckTimer_.start(stuckLimit);
+    return shared_->requests.setItem(path);
+}
+
+void MediaPlaybackThread::replaceStuckThread() {
+    if (shared_->requests.isTaken() || stuckThreads_ == maxStuckThreads)
+        return;
+    ++stuckThreads_;
+    const std::shared_ptr<Shared> stuck = std::exchange(shared_, std::make_shared<Shared>(this));
+    stuck->reports.close();
+    thread_.detach();
+    shared_->renderer.setVolume(volume_);
+    shared_->requests.takeOver(stuck->requests);
+    start();
+}
+
+void MediaPlaybackThread::dropItem(std::uint64_t item) {
+    shared_->requests.dropItem(item);
+}
+
+void MediaPlaybackThread::setRunning(std::uint64_t item, bool running) {
+    shared_->requests.setRunning(item, running);
+}
+
+void MediaPlaybackThread::seek(std::uint64_t item, std::uint64_t number, double seconds) {
+    shared_->requests.seek(item, number, seconds);
+}
+
+void MediaPlaybackThread::setVolume(float volume) {
+    volume_ = volume;
+    shared_->renderer.setVolume(volume);
+}
+
+bool MediaPlaybackThread::hasRunDry() const {
+    return shared_->renderer.ring().hasRunDry();
+}
+
+std::uint64_t MediaPlaybackThread::consumedFrames() const {
+    return shared_->renderer.ring().consumed();
+}
+
+} // namespace tamsy

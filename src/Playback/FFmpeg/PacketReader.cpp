@@ -1,0 +1,198 @@
+#include "Playback/FFmpeg/PacketReader.h"
+
+#include "Playback/FFmpeg/RawAac.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavcodec/packet.h>
+#include <libavformat/avformat.h>
+#include <libavutil/dict.h>
+#include <libavutil/mem.h>
+}
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace tamsy {
+namespace {
+
+/// Containers that a music file may be, whatever its name says. Play lists and manifests, which
+/// refer to other files, are not among them.
+constexpr const char* containers = "mov,aac,loas,aiff,caf,wav,w64,flac,ogg,mp3,ac3,amr,au";
+
+/// Each container names itself at its start (behind a tag, which is skipped), so a file that is
+/// none of them is refused without reading far, in bytes.
+constexpr int probeSize = 64 * 1024;
+
+/// Measuring reads the whole file, an hour in a quarter of a second. A larger file than this, in
+/// bytes, some ten hours, plays with the length that its bit rate suggests.
+constexpr std::int64_t measureLimit = 512LL << 20U;
+
+/// What may be read of a file, in bytes, to open it, to move in it, and for one packet. Large
+/// pictures and damage fit in; a search through a hole of gigabytes is cut short.
+constexpr std::int64_t openingBudget = 24LL << 20U;
+constexpr std::int64_t seekingBudget = 256LL << 20U;
+constexpr std::int64_t packetBudget = 64LL << 20U;
+
+int refuseOpen(AVFormatContext* /*context*/, AVIOContext** /*input*/, const char* /*url*/,
+               int /*flags*/, AVDictionary** /*options*/) {
+    return AVERROR(EPERM);
+}
+
+bool isRawAac(const AVFormatContext& format) {
+    return std::string_view(format.iformat->name) == "aac";
+}
+
+/// The sound's stream with all others, such as covers and moving pictures, switched off.
+AVStream* selectSound(AVFormatContext& format) {
+    const std::span streams(format.streams, format.nb_streams);
+    const int index = av_find_best_stream(&format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
+    if (index < 0)
+        return nullptr;
+    for (AVStream* stream : streams)
+        stream->discard = stream->index == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    return streams[static_cast<std::size_t>(index)];
+}
+
+struct PacketDeleter {
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+};
+
+} // namespace
+
+void PacketReader::FormatCloser::operator()(AVFormatContext* context) const {
+    avformat_close_input(&context);
+}
+
+PacketReader::Format PacketReader::openFormat(AVIOContext* input) {
+    AVFormatContext* context = avformat_alloc_context();
+    if (!context)
+        return nullptr;
+    context->pb = input;
+    context->flags |= AVFMT_FLAG_CUSTOM_IO;
+    context->format_probesize = probeSize;
+    // A crafted file makes no connection and opens no second file.
+    context->io_open = &refuseOpen;
+    context->protocol_whitelist = av_strdup("file");
+    context->format_whitelist = av_strdup(containers);
+    AVDictionary* options = nullptr;
+    av_dict_set(&options, "ignore_chapters", "1", 0);
+    const int result = avformat_open_input(&context, "", nullptr, &options);
+    av_dict_free(&options);
+    if (result < 0)
+        return nullptr;
+    // Raw AAC comes in whole packets already; taking each apart once more would be two thirds of
+    // the time that measuring such a file takes.
+    if (isRawAac(*context))
+        context->flags |= AVFMT_FLAG_NOPARSE;
+    return Format(context);
+}
+
+std::unique_ptr<PacketReader> PacketReader::open(const char* path,
+                                                 const std::atomic<bool>& abandoned) {
+    std::unique_ptr<FileInput> input = FileInput::open(path, abandoned);
+    if (!input)
+        return nullptr;
+    input->allow(openingBudget);
+    Format format = openFormat(input->context());
+    if (!format)
+        return nullptr;
+    // What is switched off is neither read nor decoded to learn more about it.
+    for (AVStream* stream : std::span(format->streams, format->nb_streams)) {
+        if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
+            stream->discard = AVDISCARD_ALL;
+    }
+    if (avformat_find_stream_info(format.get(), nullptr) < 0)
+        return nullptr;
+    AVStream* stream = selectSound(*format);
+    if (!stream)
+        return nullptr;
+    std::unique_ptr<PacketReader> file(
+        new PacketReader(std::move(input), std::move(format), stream));
+    file->readDuration();
+    return file;
+}
+
+const AVCodecParameters& PacketReader::codecParameters() const {
+    return *stream_->codecpar;
+}
+
+AVRational PacketReader::timeBase() const {
+    return stream_->time_base;
+}
+
+double PacketReader::seekMargin() const {
+    constexpr double longestPage = 1.5; // muxers' limit is a second
+    return std::string_view(format_->iformat->name) == "ogg" ? longestPage : 0;
+}
+
+bool PacketReader::readPacket(AVPacket& packet) {
+    input_->allow(packetBudget);
+    while (av_read_frame(format_.get(), &packet) >= 0) {
+        if (packet.stream_index == stream_->index)
+            return true;
+        av_packet_unref(&packet);
+    }
+    return false;
+}
+
+void PacketReader::seek(std::int64_t timestamp) {
+    input_->allow(seekingBudget);
+    // The first packet may stand ahead of zero: it only warms up the codec.
+    const AVIndexEntry* first = avformat_index_get_entry(stream_, 0);
+    timestamp = std::max(timestamp, first ? first->timestamp : 0);
+    const int index = stream_->index;
+    if (av_seek_frame(format_.get(), index, timestamp, AVSEEK_FLAG_BACKWARD) < 0)
+        av_seek_frame(format_.get(), index, 0, AVSEEK_FLAG_BYTE);
+}
+
+void PacketReader::readDuration() {
+    const AVCodecParameters& codec = *stream_->codecpar;
+    const bool isPcm = av_get_exact_bits_per_sample(codec.codec_id) > 0;
+    // Plain samples are counted by the container, which spares reading them all.
+    if (isPcm && stream_->nb_frames > 0 && codec.sample_rate > 0)
+        duration_ = static_cast<double>(stream_->nb_frames) / codec.sample_rate;
+    else if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
+        duration_ = measure();
+    else if (stream_->duration != AV_NOPTS_VALUE)
+        duration_ = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
+    else if (format_->duration != AV_NOPTS_VALUE)
+        duration_ = static_cast<double>(format_->duration) / AV_TIME_BASE;
+    else
+        duration_ = std::numeric_limits<double>::quiet_NaN();
+}
+
+double PacketReader::measure() {
+    const std::unique_ptr<AVPacket, PacketDeleter> packet(av_packet_alloc());
+    std::optional<std::int64_t> length;
+    // The index knows the first packet once that has been read.
+    if (packet && isRawAac(*format_) && avio_size(format_->pb) <= measureLimit &&
+        readPacket(*packet)) {
+        av_packet_unref(packet.get());
+        input_->allow(measureLimit);
+        length = indexRawAac(*format_->pb, *stream_);
+        seek(0);
+    }
+    if (packet && !length) {
+        length = readThrough(*packet);
+        seek(0);
+    }
+    return static_cast<double>(length.value_or(0)) * av_q2d(stream_->time_base);
+}
+
+std::int64_t PacketReader::readThrough(AVPacket& packet) {
+    std::int64_t length = 0;
+    // Reading to the end also fills the index, which makes each later seek exact.
+    while (readPacket(packet)) {
+        length += packet.duration;
+        av_packet_unref(&packet);
+        if (avio_tell(format_->pb) > measureLimit)
+            return stream_->duration;
+    }
+    return length;
+}
+
+} // namespace tamsy

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Playback/FFmpeg/MediaBackend.h"
+#include "Playback/FFmpeg/PlaybackRequests.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace tamsy {
+
+/// What the playback thread has to tell, always about one item. Positions are seconds; `frame` is
+/// the ring's number of the frame that stands at `position`.
+struct PlaybackReport {
+    enum class Kind {
+        Opened,  // `position` is 0, `duration` may be not finite
+        Failed,  // the file can't be played
+        Started, // sound has begun to flow
+        Sought,  // `seek` is done
+        Ended,   // all sound has been played; `position` is the true length
+        Unheard, // the output has vanished and no other has come
+    };
+    Kind kind = Kind::Failed;
+    std::uint64_t item = 0;
+    std::uint64_t seek = 0; // the latest seek that was carried out
+    double position = 0;
+    double duration = 0;
+    std::uint64_t frame = 0;
+};
+
+/// The work of the playback thread: opens what is wanted, keeps the ring filled, tells how it went.
+/// Nobody else touches the decoder and the device, so neither needs a lock, and whatever a slow
+/// disk or a dead sound server does holds up nobody but this thread.
+class PlaybackLoop {
+  public:
+    using BackendSource = std::function<MediaBackend*()>;
+    using Listener = std::function<void(const PlaybackReport&)>;
+
+    PlaybackLoop(PlaybackRequests& requests, RingRenderer& renderer, BackendSource backendSource,
+                 Listener listener);
+
+    /// Runs until the request says quit.
+    void run();
+
+  private:
+    using Clock = PlaybackRequests::Clock;
+
+    void changeItem(const PlaybackRequest& request);
+    void seek(const PlaybackRequest& request);
+    void discardSound();
+    void fill();
+    void decodeOnce();
+    void settle(const PlaybackRequest& request);
+    void start(const PlaybackRequest& request);
+    void reportEnd();
+    void keepOutput(bool running);
+    void replaceOutput();
+    void closeOutput();
+    [[nodiscard]] Clock::time_point deadline(bool running) const;
+    [[nodiscard]] bool hasAllSound() const { return drained_ && pending_.empty(); }
+    void report(PlaybackReport::Kind kind, double position) const;
+
+    PlaybackRequests& requests_;
+    RingRenderer& renderer_;
+    FrameRing& ring_;
+    const BackendSource backendSource_;
+    const Listener listener_;
+
+    std::uint64_t item_ = 0;
+    std::uint64_t seek_ = 0;
+    std::uint64_t run_ = 0; // the start that was last carried out
+    std::unique_ptr<MediaDecoder> decoder_;
+    std::span<const StereoFrame> pending_; // decoded, not yet in the ring
+    bool filling_ = false;
+    bool drained_ = false;
+    bool endReported_ = false;
+    double anchorPosition_ = 0;     // seconds, the position of the frame below
+    std::uint64_t anchorFrame_ = 0; // the ring's number of the first frame since the last seek
+    std::unique_ptr<AudioOutput> output_;
+    Clock::time_point idleSince_;
+    std::optional<Clock::time_point> lostSince_; // when the output vanished, until there is another
+};
+
+} // namespace tamsy

@@ -1,0 +1,28 @@
+#include "Playback/FFmpeg/RingRenderer.h"
+
+#include <algorithm>
+
+namespace tamsy {
+
+void RingRenderer::render(std::span<StereoFrame> frames) noexcept {
+    std::size_t count = 0;
+    if (running_.load(std::memory_order_acquire))
+        count = ring_.read(frames);
+    else
+        ring_.skipDiscarded();
+    // A jump of the gain is a click, so it slides to its new value within this buffer. After
+    // silence there is nothing to slide from.
+    const float volume = volume_.load(std::memory_order_relaxed);
+    if (wasSilent_)
+        gain_ = volume;
+    wasSilent_ = count == 0;
+    const float step = (volume - gain_) / static_cast<float>(std::max<std::size_t>(1, count));
+    for (StereoFrame& frame : frames.first(count)) {
+        gain_ += step;
+        frame = limited({frame.left * gain_, frame.right * gain_});
+    }
+    gain_ = volume;
+    std::ranges::fill(frames.subspan(count), StereoFrame());
+}
+
+} // namespace tamsy

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Playback/Resampling/DownMix.h"
+#include "Playback/Resampling/Resampler.h"
+#include "Utils/FileURL.h"
+
+#include "Playback/Miniaudio/AudioFile.h"
+#include "Playback/Miniaudio/MpegAudioScan.h"
+
+#include <miniaudio.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace tamsy {
+
+class AudioFile;
+
+/// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
+/// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its
+/// way in a broken file is cut short.
+class AudioDecoder {
+  public:
+    static constexpr ma_format format = ma_format_f32;
+    static constexpr ma_uint32 channels = 2;
+    static constexpr ma_uint32 sampleRate = mediaSampleRate;
+
+    AudioDecoder() = default;
+    ~AudioDecoder();
+    AudioDecoder(const AudioDecoder&) = delete;
+    AudioDecoder& operator=(const AudioDecoder&) = delete;
+
+    /// Opens `url`, once, by its bytes. After a failure nothing may be called.
+    [[nodiscard]] ma_result open(const FileURL& url);
+
+    /// In seconds; 0 when it can't be told. May read the whole file: ask once.
+    [[nodiscard]] double length();
+
+    /// Whether opening left work for later, and what is known by now doesn't reach `seconds`.
+    [[nodiscard]] bool isUnscanned(double seconds) const;
+
+    /// Does a piece of what opening left for later; false once nothing is left. Each piece may
+    /// correct the length.
+    bool scanMore();
+
+    /// Moves to a position in seconds, not below 0, truncated to a frame. What `read` gives then
+    /// equals what it would have given there without the seek. After a failure `read` goes on where
+    /// it was, or gives nothing more.
+    [[nodiscard]] ma_result seek(double seconds);
+
+    /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
+    [[nodiscard]] ma_uint64 read(void* output, ma_uint64 count);
+
+    /// Where the decoder stands in the file, in seconds; after a seek that may be elsewhere than it
+    /// was told. 0 when it can't be told. Takes no lock and no memory.
+    [[nodiscard]] double place();
+
+  private:
+    [[nodiscard]] bool startScan();
+    void takeScan();
+    ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
+    ma_result openByFallback(const AudioFile& file, const QByteArray& path);
+    ma_result replaceByFallback(ma_encoding_format encoding, const QByteArray& path);
+    ma_result finishOpening(ma_result result);
+    ma_result seekToFrame(std::uint64_t frame);
+    [[nodiscard]] bool startConversion();
+    void restartConversion(std::uint64_t skippedFrames);
+    void convertMore();
+
+    ma_decoder decoder_{}; // gives the file's own sample rate and channels
+    std::optional<DownMix> mix_;
+    std::optional<Resampler> resampler_;
+    std::vector<float> decoded_;             // a block as the file has it
+    std::span<const StereoFrame> converted_; // not yet read
+    std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
+    bool hasEnded_ = false;                  // nothing more is decoded
+    bool isCut_ = false;                     // the decoder gave less than it was asked for
+    bool isOpen_ = false;
+    bool isFlac_ = false;
+    std::uint64_t nextFrame_ = 0; // of the output
+    bool isLost_ = false;         // nothing more is found from here on
+    std::int64_t seekingBudget_ = 0;
+    std::unique_ptr<AudioFile> file_; // read by the scanner, which goes first
+    std::unique_ptr<MpegAudioScanner> scanner_;
+    std::size_t boundPoints_ = 0;         // of the scan, that the decoder knows
+    std::optional<double> scannedLength_; // in seconds, where it was found on the way
+};
+
+} // namespace tamsy

@@ -1,0 +1,79 @@
+// The one unit that holds miniaudio and the Vorbis decoder that it takes along. It is compiled
+// alone, since it is large, and with warnings off, since most of it isn't ours.
+
+#include "Playback/Miniaudio/MiniaudioDecoders.h"
+#include "Playback/Miniaudio/ReadBudget.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+// Both libraries read their files through these names alone; a decoder lost in a damaged file is
+// thus held to the budget of the call that it serves.
+#define fread(target, size, count, file) tamsy::ReadBudget::read(target, size, count, file)
+#define fgetc(file) tamsy::ReadBudget::readByte(file)
+
+#define STB_VORBIS_HEADER_ONLY
+#include <stb/stb_vorbis.h>
+#define MINIAUDIO_IMPLEMENTATION
+#include <miniaudio.h>
+#undef STB_VORBIS_HEADER_ONLY
+// When it gives up half-way it frees what it has and hasn't set alike; null is harmless then.
+#define malloc(size) std::calloc(1, size)
+#include <stb/stb_vorbis.h>
+#undef malloc
+
+namespace tamsy {
+
+void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
+    auto& backend = *static_cast<ma_mp3*>(decoder.pBackend);
+    auto& mpeg = backend.dr;
+    // Freed by the backend with itself.
+    auto* table = static_cast<ma_dr_mp3_seek_point*>(
+        ma_malloc(sizeof(ma_dr_mp3_seek_point) * (scan.points.size() + 1), nullptr));
+    if (table == nullptr)
+        return;
+    // A first frame that only describes the stream puts out nothing. The encoder's delay is dropped
+    // at the start alone, so places behind it are told without it.
+    const bool firstFrameIsTag = mpeg.streamStartOffset >= scan.firstFrameEnd;
+    const std::uint64_t delay = mpeg.delayInPCMFrames;
+    const std::uint64_t dropped = delay + (firstFrameIsTag ? scan.firstFramePcmFrames : 0);
+    ma_uint32 count = 0;
+    table[count++] = {mpeg.streamStartOffset, 0, 0, 0};
+    for (const MpegSeekPoint& point : scan.points) {
+        if (point.pcmFrame > dropped + delay)
+            table[count++] = {point.byte, point.pcmFrame - dropped, 0, 0};
+    }
+    ma_dr_mp3_bind_seek_table(&mpeg, count, table);
+    ma_free(backend.pSeekPoints, nullptr); // of a scan that didn't reach as far
+    backend.pSeekPoints = table;
+    backend.seekPointCount = count;
+}
+
+std::optional<double> untoldMpegLength(const ma_decoder& decoder, std::uint64_t pcmFrames) {
+    const auto& mpeg = static_cast<const ma_mp3*>(decoder.pBackend)->dr;
+    if (mpeg.totalPCMFrameCount != MA_UINT64_MAX || mpeg.sampleRate == 0)
+        return std::nullopt;
+    return static_cast<double>(pcmFrames) / mpeg.sampleRate;
+}
+
+bool seeksBadly(const ma_decoder& decoder, ma_encoding_format encoding) {
+    if (encoding == ma_encoding_format_flac) {
+        const auto& flac = *static_cast<const ma_flac*>(decoder.pBackend)->dr;
+        return flac.container == ma_dr_flac_container_ogg || flac.totalPCMFrameCount == 0;
+    }
+    if (encoding != ma_encoding_format_wav)
+        return false;
+    const auto tag = static_cast<const ma_wav*>(decoder.pBackend)->dr.translatedFormatTag;
+    return tag == MA_DR_WAVE_FORMAT_ADPCM || tag == MA_DR_WAVE_FORMAT_DVI_ADPCM;
+}
+
+void dropFlacFrame(ma_decoder& decoder) {
+    auto& flac = *static_cast<ma_flac*>(decoder.pBackend)->dr;
+    flac.currentFLACFrame.pcmFramesRemaining = 0;
+    flac.currentFLACFrame.header.blockSizeInPCMFrames = 0;
+    flac.currentPCMFrame = UINT64_MAX;
+    if (flac.container == ma_dr_flac_container_ogg)
+        static_cast<ma_dr_flac_oggbs*>(flac._oggbs)->bytesRemainingInPage = 0;
+}
+
+} // namespace tamsy

@@ -1,0 +1,231 @@
+#include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
+
+#include "Playback/Miniaudio/MiniaudioBridge.h"
+#include "Utils/PlaybackLogger.h"
+
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tamsy {
+namespace {
+
+constexpr double leastUpdateInterval = 0.05; // seconds
+constexpr int waitInterval = 20;             // milliseconds between two looks at a slow file
+
+void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
+    const std::string_view text = error ? error->description : "unknown";
+    PlaybackLogger::log(QLatin1String("[MINIAUDIO] ") + call + QLatin1String(" error: ") +
+                        QLatin1String(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+} // namespace
+
+void MiniaudioPlaybackEngine::HandleDeleter::operator()(void* player) const {
+    ma_destroyPlayerRaw(player);
+}
+
+MiniaudioPlaybackEngine::~MiniaudioPlaybackEngine() {
+    MiniaudioPlaybackEngine::stop();
+}
+
+Publisher<bool> MiniaudioPlaybackEngine::isPlayingPublisher() const {
+    return isPlayingSubject_.publisher();
+}
+
+Publisher<double> MiniaudioPlaybackEngine::durationPublisher() const {
+    return durationSubject_.publisher();
+}
+
+Publisher<double> MiniaudioPlaybackEngine::currentTimePublisher() const {
+    return currentTimeSubject_.publisher();
+}
+
+void MiniaudioPlaybackEngine::load(const FileURL& url) {
+    stop();
+    if (!ma_isAvailable()) {
+        PlaybackLogger::log(QStringLiteral("[MINIAUDIO] not available"));
+        return;
+    }
+    std::optional<BridgeError> error;
+    handle_.reset(ma_createPlayerRaw(url, &error));
+    if (!handle_) {
+        logFailure(QLatin1String("create"), error);
+        return;
+    }
+    ma_setVolumeRaw(handle_.get(), currentVolume_);
+    sendState();
+    waitForFile();
+}
+
+void MiniaudioPlaybackEngine::play() {
+    if (!handle_)
+        return;
+    std::optional<BridgeError> error;
+    if (!ma_playRaw(handle_.get(), &error)) {
+        logFailure(QLatin1String("play"), error);
+        return;
+    }
+    outputWatch_.reset();
+    playsWhenReady_ = false;
+    isPlayingSubject_.send(true);
+    startTimer();
+}
+
+void MiniaudioPlaybackEngine::pause() {
+    if (!handle_)
+        return;
+    ma_pauseRaw(handle_.get());
+    playsWhenReady_ = false;
+    isPlayingSubject_.send(false);
+    timer_.stop();
+}
+
+void MiniaudioPlaybackEngine::stop() {
+    if (handle_) {
+        ma_stopRaw(handle_.get());
+        handle_.reset();
+    }
+    playsWhenReady_ = false;
+    isPlayingSubject_.send(false);
+    currentTimeSubject_.send(0);
+    timer_.stop();
+    waitTimer_.stop();
+}
+
+void MiniaudioPlaybackEngine::seek(double seconds) {
+    if (!handle_)
+        return;
+    std::optional<BridgeError> error;
+    outputWatch_.reset();
+    if (ma_seekRaw(handle_.get(), seconds, &error)) {
+        sendState();
+        waitForFile();
+        return;
+    }
+    logFailure(QLatin1String("seek"), error);
+    returnToPosition();
+}
+
+/// A failed seek leaves a playing device stopped and the decoder anywhere: in a file whose header
+/// lies, a player that says it plays would stay silent.
+void MiniaudioPlaybackEngine::returnToPosition() {
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), nullptr, &position, &playing);
+    if (!ma_seekRaw(handle_.get(), position, nullptr) && playing)
+        pause();
+}
+
+void MiniaudioPlaybackEngine::setVolume(float volume) {
+    currentVolume_ = volume;
+    ma_setVolumeRaw(handle_.get(), volume);
+}
+
+void MiniaudioPlaybackEngine::setUpdateInterval(double seconds) {
+    updateInterval_ = seconds > leastUpdateInterval ? seconds : leastUpdateInterval;
+    if (timer_.isActive())
+        startTimer();
+}
+
+void MiniaudioPlaybackEngine::startTimer() {
+    constexpr double longest = std::numeric_limits<int>::max(); // milliseconds
+    const double period = std::round(std::min(updateInterval_ * 1000, longest));
+    timer_.start(static_cast<int>(period), Qt::PreciseTimer, this);
+}
+
+void MiniaudioPlaybackEngine::sendState() {
+    double duration = 0;
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), &duration, &position, &playing);
+    durationSubject_.send(duration);
+    currentTimeSubject_.send(position);
+    isPlayingSubject_.send(playing);
+}
+
+/// A lost output is replaced as long as there is hope; then the player pauses where it was.
+void MiniaudioPlaybackEngine::seeToOutput(double position) {
+    switch (outputWatch_.look(position, updateInterval_)) {
+    case OutputWatch::Advice::None:
+        break;
+    case OutputWatch::Advice::Replace:
+        ma_replaceOutputRaw(handle_.get());
+        break;
+    case OutputWatch::Advice::GiveUp:
+        pause();
+        break;
+    }
+}
+
+void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == timer_.timerId())
+        tick();
+    else if (event->timerId() == waitTimer_.timerId() && isFileReady())
+        goOn();
+}
+
+void MiniaudioPlaybackEngine::tick() {
+    double duration = 0;
+    double position = 0;
+    bool playing = false;
+    ma_getStateRaw(handle_.get(), nullptr, nullptr, &playing);
+    if (playing && !isFileReady()) {
+        if (!handle_)
+            return;
+        ma_pauseRaw(handle_.get());
+        timer_.stop();
+        playsWhenReady_ = true;
+        waitTimer_.start(waitInterval, this);
+    }
+    ma_getStateRaw(handle_.get(), &duration, &position, &playing);
+    currentTimeSubject_.send(position);
+    isPlayingSubject_.send(playing);
+    if (duration > 0)
+        durationSubject_.send(duration);
+    if (playing)
+        seeToOutput(position);
+}
+
+/// Looks after a file that opens or moves more slowly than its caller waits.
+void MiniaudioPlaybackEngine::waitForFile() {
+    if (!isFileReady() && handle_)
+        waitTimer_.start(waitInterval, this);
+}
+
+/// Tells late failures: a file that can't be opened leaves what a failed load does, a seek that
+/// can't be done lets the sound go on where it was.
+bool MiniaudioPlaybackEngine::isFileReady() {
+    std::optional<BridgeError> error;
+    switch (ma_lookAtFileRaw(handle_.get(), &error)) {
+    case BridgeFile::Ready:
+        return true;
+    case BridgeFile::Waiting:
+        return false;
+    case BridgeFile::NotOpened:
+        logFailure(QLatin1String("create"), error);
+        stop();
+        return false;
+    case BridgeFile::NotSought:
+        logFailure(QLatin1String("seek"), error);
+        returnToPosition();
+        sendState();
+        return false;
+    }
+    return true;
+}
+
+/// The file is there: what it held up goes on, and its length is known.
+void MiniaudioPlaybackEngine::goOn() {
+    waitTimer_.stop();
+    double duration = 0;
+    ma_getStateRaw(handle_.get(), &duration, nullptr, nullptr);
+    if (duration > 0 && duration != durationSubject_.value())
+        durationSubject_.send(duration);
+    if (playsWhenReady_)
+        play();
+}
+
+} // namespace tamsy

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Playback/AudioPlaybackEngine.h"
+#include "Playback/Output/OutputWatch.h"
+#include "Utils/ValueSubject.h"
+
+#include <QBasicTimer>
+#include <QObject>
+
+#include <memory>
+
+namespace tamsy {
+
+/// The engine over the native player bridge. It polls the bridge while a file plays and tells what
+/// it reads; it doesn't look for the end of a file, whose position runs on past the duration.
+/// After `stop()` the duration stays that of the last file until the next load. All on the
+/// interface thread.
+class MiniaudioPlaybackEngine final : public QObject, public AudioPlaybackEngine {
+  public:
+    MiniaudioPlaybackEngine() = default;
+    ~MiniaudioPlaybackEngine() override;
+
+    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override;
+    [[nodiscard]] Publisher<double> durationPublisher() const override;
+    [[nodiscard]] Publisher<double> currentTimePublisher() const override;
+
+    void load(const FileURL& url) override;
+    void play() override;
+    void pause() override;
+    void stop() override;
+
+    /// Tells the new position at once. A seek that fails leaves sound and position where they were.
+    void seek(double seconds) override;
+    void setVolume(float volume) override;
+    void setUpdateInterval(double seconds) override;
+
+  protected:
+    void timerEvent(QTimerEvent* event) override;
+
+  private:
+    struct HandleDeleter {
+        void operator()(void* player) const;
+    };
+
+    void startTimer();
+    void sendState();
+    void tick();
+    void waitForFile();
+    [[nodiscard]] bool isFileReady();
+    void goOn();
+    void returnToPosition();
+    void seeToOutput(double position);
+
+    std::unique_ptr<void, HandleDeleter> handle_; // the open player
+    QBasicTimer timer_;                           // runs only while playing
+    QBasicTimer waitTimer_;                       // runs only while the file owes frames
+    bool playsWhenReady_ = false;                 // playing was held up by the file
+    OutputWatch outputWatch_;
+    float currentVolume_ = 0.5F;  // given to each new player
+    double updateInterval_ = 0.2; // seconds
+    ValueSubject<bool> isPlayingSubject_{false};
+    ValueSubject<double> durationSubject_{0};
+    ValueSubject<double> currentTimeSubject_{0};
+};
+
+} // namespace tamsy

@@ -1,0 +1,290 @@
+#include "Playback/Miniaudio/MpegAudioScan.h"
+
+#include "Formats/ByteCursor.h"
+#include "Playback/Miniaudio/LeadingTags.h"
+#include "Playback/Miniaudio/MpegFrameHeader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+
+namespace tamsy {
+namespace {
+
+// Junk before the first frame: a cut stream starts within a frame, some taggers leave padding.
+constexpr std::uint64_t searchedBeforeAudio = 65'536;
+// Junk between and behind frames, tags without a known place included: a half-finished download
+// still plays, a container with some audio in it doesn't.
+constexpr std::uint64_t junkAllowance = 1'048'576;
+constexpr std::uint64_t junkLimit = 8 * junkAllowance;
+// Less than a second between two points, which decodes in a millisecond.
+constexpr std::uint64_t framesPerPoint = 32;
+
+/// A view of the file that reads on in large steps, in bytes.
+class Window {
+  public:
+    explicit Window(const AudioFile& file, std::size_t step = 65'536)
+        : file_(file), buffer_(step) {}
+
+    /// Up to `count` bytes at `position`; fewer only at the file's end.
+    std::span<const std::byte> at(std::uint64_t position, std::size_t count) {
+        if (position >= file_.size())
+            return {};
+        count = static_cast<std::size_t>(std::min<std::uint64_t>(count, file_.size() - position));
+        if (position < start_ || position + count > start_ + filled_.size()) {
+            ++reads_;
+            start_ = position;
+            filled_ = file_.read(position, buffer_);
+        }
+        const auto from = filled_.subspan(static_cast<std::size_t>(position - start_));
+        return from.first(std::min(count, from.size()));
+    }
+
+    std::optional<MpegFrameHeader> headerAt(std::uint64_t position) {
+        return parseMpegFrameHeader(at(position, MpegFrameHeader::size));
+    }
+
+    /// The next byte from `position` on that may begin a header, or how far was looked.
+    std::uint64_t nextSync(std::uint64_t position) {
+        const auto bytes = at(position, 4096);
+        if (bytes.empty())
+            return position + 1;
+        const auto* found =
+            static_cast<const std::byte*>(std::memchr(bytes.data(), 0xFF, bytes.size()));
+        return position + static_cast<std::uint64_t>(
+                              found != nullptr ? found - bytes.data()
+                                               : static_cast<std::ptrdiff_t>(bytes.size()));
+    }
+
+    /// How often the file has been read.
+    [[nodiscard]] std::uint64_t reads() const { return reads_; }
+
+    [[nodiscard]] const AudioFile& file() const { return file_; }
+    [[nodiscard]] std::uint64_t fileSize() const { return file_.size(); }
+
+  private:
+    const AudioFile& file_;
+    std::vector<std::byte> buffer_;
+    std::uint64_t start_ = 0;
+    std::uint64_t reads_ = 0;
+    std::span<const std::byte> filled_;
+};
+
+/// The data that layer III carries over from frame to frame, as the decoder keeps it: until it has
+/// been filled, frames that need it come to nothing.
+class Reservoir {
+  public:
+    /// Passes one frame on; whether it decodes. `borrowed` bytes come from the frames before, `own`
+    /// are its main data.
+    bool decodes(std::uint32_t borrowed, std::uint32_t own) {
+        constexpr std::uint32_t capacity = 511;
+        if (!filled_) {
+            filled_ = kept_ >= borrowed;
+            kept_ = std::min(std::min(kept_, borrowed) + own, capacity);
+        }
+        return filled_;
+    }
+
+  private:
+    std::uint32_t kept_ = 0;
+    bool filled_ = false;
+};
+
+/// In the free format a frame ends where the next header of its kind begins.
+std::uint32_t freeFormatBytes(Window& window, std::uint64_t position, std::uint32_t kind) {
+    constexpr std::uint64_t longestFrame = 4608;
+    for (std::uint64_t next = window.nextSync(position + MpegFrameHeader::size);
+         next < position + longestFrame; next = window.nextSync(next + 1)) {
+        const auto header = window.headerAt(next);
+        if (header && header->kind == kind && header->frameBytes == 0)
+            return static_cast<std::uint32_t>(next - position);
+    }
+    return 0;
+}
+
+std::uint64_t junkLimitFor(std::uint64_t audioBytes) {
+    return std::min(junkAllowance + audioBytes, junkLimit);
+}
+
+/// The header at `position`, its size filled in, if `followers` more of its kind follow it, or
+/// as many as the file has room for.
+std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, int followers) {
+    std::optional<MpegFrameHeader> first;
+    for (int found = 1;; ++found) {
+        auto header = window.headerAt(position);
+        if (!header || (first && header->kind != first->kind))
+            return std::nullopt;
+        if (header->frameBytes == 0)
+            header->frameBytes = freeFormatBytes(window, position, header->kind);
+        if (header->frameBytes == 0)
+            return std::nullopt;
+        if (!first)
+            first = header;
+        position += header->frameBytes;
+        // One lone header near the end proves nothing unless its frame fits exactly.
+        const bool atEnd = position == window.fileSize() ||
+                           (found > 1 && position + MpegFrameHeader::size > window.fileSize());
+        if (found > followers || atEnd)
+            return first;
+    }
+}
+
+} // namespace
+
+class MpegAudioScanner::Walk {
+  public:
+    explicit Walk(const AudioFile& file) : file_(file), window_(file) {}
+
+    State advance() {
+        if (state_ != State::Walking)
+            return state_;
+        if (window_.reads() == 0)
+            position_ = start_ = endOfLeadingTags(window_.file());
+        for (const std::uint64_t reads = window_.reads(); window_.reads() <= reads;) {
+            if (position_ + MpegFrameHeader::size > window_.fileSize())
+                return state_ = audioBytes_ > 0 ? State::Done : State::Refused;
+            if (!step())
+                return state_ = State::Refused;
+        }
+        return state_;
+    }
+
+    [[nodiscard]] State state() const { return state_; }
+    [[nodiscard]] const MpegAudioScan& scan() const { return scan_; }
+
+    [[nodiscard]] bool hasMusicAhead() const {
+        constexpr std::uint64_t samples = 5;
+        if (audioBytes_ == 0)
+            return false;
+        const std::uint64_t share = (window_.fileSize() - position_) / samples;
+        std::uint64_t junk = 0;
+        file_.expectRandomReads(true);
+        for (std::uint64_t i = 0; i < samples; ++i)
+            junk += hasMusicAt(position_ + i * share + share / 2) ? 0 : share;
+        file_.expectRandomReads(false);
+        return junk <= junkLimitFor(audioBytes_ + samples * share - junk);
+    }
+
+    [[nodiscard]] std::uint64_t expectedPcmFrames() const {
+        if (state_ != State::Walking || position_ <= start_)
+            return scan_.pcmFrames;
+        const auto walked = static_cast<double>(position_ - start_);
+        const auto all = static_cast<double>(window_.fileSize() - start_);
+        return static_cast<std::uint64_t>(static_cast<double>(scan_.pcmFrames) * all / walked);
+    }
+
+  private:
+    struct PendingPoint {
+        std::uint64_t byte = 0;
+        Reservoir reservoir;
+    };
+
+    /// Takes the frame at the position, or passes over what isn't one; false when that is too much.
+    bool step() {
+        // The first frame needs more proof: any data holds what looks like one header.
+        if (const auto frame = frameAt(window_, position_, audioBytes_ == 0 ? 3 : 1)) {
+            take(*frame, position_);
+            position_ += frame->frameBytes;
+            return true;
+        }
+        const std::uint64_t next = window_.nextSync(position_ + 1);
+        const std::uint64_t passed = next - std::exchange(position_, next);
+        return skipJunk(passed);
+    }
+
+    /// Whether frames like those walked so far come within a few frames' lengths.
+    [[nodiscard]] bool hasMusicAt(std::uint64_t position) const {
+        constexpr std::size_t sampleBytes = 16'384;
+        Window sample(file_, sampleBytes);
+        const std::uint64_t end = position + sampleBytes / 2;
+        while ((position = sample.nextSync(position)) < end) {
+            const auto frame = frameAt(sample, position, 2);
+            if (frame && frame->kind == kind_)
+                return true;
+            ++position;
+        }
+        return false;
+    }
+
+    void take(const MpegFrameHeader& frame, std::uint64_t position) {
+        if (audioBytes_ == 0) {
+            scan_.firstFrameEnd = position + frame.frameBytes;
+            scan_.firstFramePcmFrames = frame.pcmFrames;
+        }
+        audioBytes_ += frame.frameBytes;
+        if (std::exchange(kind_, frame.kind) != frame.kind)
+            loseTrack();
+        const std::uint32_t borrowed = borrowedBytes(frame, position);
+        const std::uint32_t overhead = frame.sideInfoStart + frame.sideInfoBytes;
+        const std::uint32_t own = frame.frameBytes > overhead ? frame.frameBytes - overhead : 0;
+        const bool decodes = reservoir_.decodes(borrowed, own);
+        if (++frames_ % framesPerPoint == 0)
+            pending_ = PendingPoint{position, {}};
+        if (pending_ && pending_->reservoir.decodes(borrowed, own) && decodes) {
+            scan_.points.push_back({pending_->byte, scan_.pcmFrames});
+            pending_.reset();
+        }
+        if (decodes)
+            scan_.pcmFrames += frame.pcmFrames;
+    }
+
+    /// What the side information says about data borrowed from frames before.
+    std::uint32_t borrowedBytes(const MpegFrameHeader& frame, std::uint64_t position) {
+        if (frame.sideInfoBytes == 0)
+            return 0;
+        const auto bits = ByteCursor(window_.at(position + frame.sideInfoStart, 2)).readU16();
+        return std::uint32_t{bits.value_or(0)} >> (frame.isVersion1 ? 7U : 8U);
+    }
+
+    /// Counts bytes that belong to no frame; false when there are too many.
+    bool skipJunk(std::uint64_t bytes) {
+        junkBytes_ += bytes;
+        loseTrack();
+        return junkBytes_ <= (audioBytes_ == 0 ? searchedBeforeAudio : junkLimitFor(audioBytes_));
+    }
+
+    /// The decoder starts afresh behind junk and where the kind of frames changes.
+    void loseTrack() {
+        reservoir_ = {};
+        pending_.reset();
+    }
+
+    const AudioFile& file_;
+    Window window_;
+    State state_ = State::Walking;
+    std::uint64_t start_ = 0;    // of the audio, in bytes from the file's start
+    std::uint64_t position_ = 0; // walked up to here
+    MpegAudioScan scan_;
+    std::uint64_t audioBytes_ = 0;
+    std::uint64_t junkBytes_ = 0;
+    std::uint64_t frames_ = 0;
+    std::uint32_t kind_ = 0;
+    Reservoir reservoir_;
+    std::optional<PendingPoint> pending_;
+};
+
+MpegAudioScanner::MpegAudioScanner(const AudioFile& file) : walk_(std::make_unique<Walk>(file)) {}
+
+MpegAudioScanner::~MpegAudioScanner() = default;
+
+MpegAudioScanner::State MpegAudioScanner::advance() {
+    return walk_->advance();
+}
+
+MpegAudioScanner::State MpegAudioScanner::state() const {
+    return walk_->state();
+}
+
+bool MpegAudioScanner::hasMusicAhead() {
+    return walk_->hasMusicAhead();
+}
+
+const MpegAudioScan& MpegAudioScanner::scan() const {
+    return walk_->scan();
+}
+
+std::uint64_t MpegAudioScanner::expectedPcmFrames() const {
+    return walk_->expectedPcmFrames();
+}
+
+} // namespace tamsy

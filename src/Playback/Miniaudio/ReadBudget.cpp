@@ -1,0 +1,34 @@
+#include "Playback/Miniaudio/ReadBudget.h"
+
+#include <algorithm>
+
+namespace tamsy {
+
+thread_local std::int64_t ReadBudget::left_ = unlimited;
+
+ReadBudget::ReadBudget(std::int64_t bytes) {
+    left_ = bytes;
+}
+
+ReadBudget::~ReadBudget() {
+    left_ = unlimited;
+}
+
+std::size_t ReadBudget::read(void* target, std::size_t size, std::size_t count, std::FILE* file) {
+    if (left_ <= 0)
+        return 0;
+    const std::size_t got = std::fread(target, size, count, file);
+    if (left_ != unlimited)
+        left_ -= std::max(static_cast<std::int64_t>(got * size), leastCost);
+    return got;
+}
+
+int ReadBudget::readByte(std::FILE* file) {
+    if (left_ <= 0)
+        return EOF;
+    if (left_ != unlimited)
+        --left_;
+    return ::getc_unlocked(file);
+}
+
+} // namespace tamsy

@@ -1,0 +1,51 @@
+#include "Playback/FFmpeg/PlaybackLoop.h"
+#include "Playback/TestAudio.h"
+
+#include <array>
+#include <thread>
+
+namespace tamsy::test {
+namespace {
+
+class EndlessSilence final : public MediaDecoder {
+  public:
+    [[nodiscard]] double duration() const override { return 3600; }
+    [[nodiscard]] Block decode() override { return {frames_, false}; }
+    double seek(double seconds) override { return seconds; }
+
+  private:
+    std::array<StereoFrame, 1024> frames_{};
+};
+
+/// Opens anything, and has no way out for its sound.
+class BackendWithoutOutput final : public MediaBackend {
+  public:
+    std::unique_ptr<MediaDecoder> openFile(const char* /*path*/,
+                                           const std::atomic<bool>& /*abandoned*/) override {
+        return std::make_unique<EndlessSilence>();
+    }
+    std::unique_ptr<AudioOutput> openOutput(AudioRenderer& /*renderer*/) override {
+        return nullptr;
+    }
+};
+
+TEST(PlaybackLoop, TellsThatNothingIsHeardWhereNoOutputOpens) {
+    BackendWithoutOutput backend;
+    RingRenderer renderer;
+    PlaybackRequests requests(renderer);
+    std::atomic<bool> isUnheard = false;
+    PlaybackLoop loop(
+        requests, renderer, [&] { return &backend; },
+        [&](const PlaybackReport& report) {
+            if (report.kind == PlaybackReport::Kind::Unheard)
+                isUnheard = true;
+        });
+    std::thread thread([&] { loop.run(); });
+    requests.setRunning(requests.setItem("any"), true);
+    EXPECT_TRUE(waitUntil([&] { return isUnheard.load(); }, 5000));
+    requests.quit();
+    thread.join();
+}
+
+} // namespace
+} // namespace tamsy::test
