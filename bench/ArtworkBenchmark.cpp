@@ -1,7 +1,7 @@
 // What covers cost: the colours of one, a step of the background, the first hundred thumbnails.
 
 #include "FlacWithCover.h"
-#include "Services/ArtworkLoader.h"
+#include "Services/Artwork/ArtworkLoader.h"
 #include "Views/Background/ArtworkColors.h"
 #include "Views/Background/GradientBlobs.h"
 

@@ -2,7 +2,7 @@
 
 #include "Models/AudioFolder.h"
 #include "Platform/Storage/StoredFile.h"
-#include "Services/FolderPersistence.h"
+#include "Services/Library/FolderPersistence.h"
 
 #include <QStringList>
 

@@ -2,7 +2,7 @@
 // beside the strokes, over covers of random colours. Draws the real window, so it wants a display.
 
 #include "Playback/FakeEngine.h"
-#include "Services/FolderLibraryService.h"
+#include "Services/Library/FolderLibraryService.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/CoverFile.h"
+#include "Services/Artwork/CoverFile.h"
 
 #include <QtEndian>
 

@@ -2,8 +2,8 @@
 
 #include "BigLibrary.h"
 #include "Platform/Storage/LargeMemory.h"
-#include "Services/AudioMetadata.h"
-#include "Services/FolderLibraryService.h"
+#include "Services/Library/FolderLibraryService.h"
+#include "Services/Metadata/AudioMetadata.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "Views/TrackListModel.h"
 

@@ -6,7 +6,7 @@
 #include "Platform/Storage/DirectoryWalk.h"
 #include "Platform/Storage/FileDescriptor.h"
 #include "Platform/Storage/LargeMemory.h"
-#include "Services/FolderPersistence.h"
+#include "Services/Library/FolderPersistence.h"
 
 #include <QFile>
 #include <QTemporaryDir>

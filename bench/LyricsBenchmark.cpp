@@ -1,9 +1,9 @@
 // How long a track's lyrics take: the parsing, the search that finds nothing, the mark on the
 // current line.
 
-#include "Services/LyricsParsing.h"
-#include "Services/LyricsReader.h"
-#include "Services/LyricsSidecar.h"
+#include "Services/Lyrics/LyricsParsing.h"
+#include "Services/Lyrics/LyricsReader.h"
+#include "Services/Lyrics/LyricsSidecar.h"
 #include "Views/NowPlaying/LyricsPanelModel.h"
 
 #include <QCoreApplication>

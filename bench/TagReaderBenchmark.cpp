@@ -1,6 +1,6 @@
 // How fast a scan reads tags, beside what it can't be faster than and what it is compared with.
 
-#include "Services/MetadataReader.h"
+#include "Services/Metadata/MetadataReader.h"
 #include "Tags/HostileFiles.h"
 #include "Tags/MediaAsset.h"
 

@@ -1,5 +1,5 @@
 #include "FuzzTarget.h"
-#include "Services/FlacArtwork.h"
+#include "Services/Metadata/FlacArtwork.h"
 #include "Tags/MemoryFile.h"
 
 using namespace tamsy;

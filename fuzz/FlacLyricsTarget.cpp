@@ -1,5 +1,5 @@
 #include "LyricsPromises.h"
-#include "Services/LyricsContainers.h"
+#include "Services/Lyrics/LyricsContainers.h"
 
 using namespace tamsy;
 

@@ -1,5 +1,5 @@
 #include "FuzzTarget.h"
-#include "Services/LibraryDocument.h"
+#include "Services/Library/LibraryDocument.h"
 
 using namespace tamsy;
 

@@ -1,5 +1,5 @@
 #include "LyricsPromises.h"
-#include "Services/LyricsParsing.h"
+#include "Services/Lyrics/LyricsParsing.h"
 
 using namespace tamsy;
 

@@ -1,5 +1,5 @@
 #include "FuzzTarget.h"
-#include "Services/LyricsItems.h"
+#include "Services/Lyrics/LyricsItems.h"
 #include "Tags/MediaAsset.h"
 #include "Tags/MemoryFile.h"
 

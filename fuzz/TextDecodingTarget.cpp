@@ -1,5 +1,5 @@
 #include "FuzzTarget.h"
-#include "Services/LyricsDecoding.h"
+#include "Services/Lyrics/LyricsDecoding.h"
 
 using namespace tamsy;
 

@@ -1,5 +1,5 @@
 #include "LyricsPromises.h"
-#include "Services/LyricsContainers.h"
+#include "Services/Lyrics/LyricsContainers.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     tamsy::fuzz::requireSound(tamsy::parseID3USLT(tamsy::fuzz::asBytes(data, size)));

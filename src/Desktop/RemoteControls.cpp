@@ -1,6 +1,6 @@
 #include "Desktop/RemoteControls.h"
 
-#include "Services/ThumbnailFiles.h"
+#include "Services/Artwork/ThumbnailFiles.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Models/AudioFolder.h"
-#include "Services/FolderLibraryService.h"
+#include "Services/Library/FolderLibraryService.h"
 #include "Utils/ValueSubject.h"
 #include "ViewModels/FolderPanel.h"
 #include "ViewModels/TrackRows.h"

@@ -2,8 +2,8 @@
 
 #include "Platform/Desktop/Visibility.h"
 #include "Playback/AudioPlaybackEngine.h"
-#include "Services/ArtworkLoader.h"
-#include "Services/MetadataReader.h"
+#include "Services/Artwork/ArtworkLoader.h"
+#include "Services/Metadata/MetadataReader.h"
 #include "Utils/FileURL.h"
 #include "Utils/ValueSubject.h"
 #include "ViewModels/LibraryViewModel.h"

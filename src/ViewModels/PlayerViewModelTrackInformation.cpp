@@ -1,7 +1,7 @@
 // Title and cover of the current file. They come after the sound has started, and an answer that
 // arrives after the user has gone on to another file is dropped.
 
-#include "Services/FallbackCover.h"
+#include "Services/Artwork/FallbackCover.h"
 #include "Utils/TextTrimming.h"
 #include "ViewModels/PlayerViewModel.h"
 

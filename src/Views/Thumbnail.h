@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Services/ArtworkLoader.h"
+#include "Services/Artwork/ArtworkLoader.h"
 #include "Utils/FileURL.h"
 
 #include <QByteArray>

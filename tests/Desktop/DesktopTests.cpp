@@ -2,7 +2,7 @@
 #include "Desktop/Listener.h"
 #include "Platform/Mpris/MprisProperties.h"
 #include "Playback/FakeEngine.h"
-#include "Services/ThumbnailFiles.h"
+#include "Services/Artwork/ThumbnailFiles.h"
 #include "ViewModels/LibraryFixture.h"
 #include "ViewModels/PlayerViewModel.h"
 

@@ -1,4 +1,4 @@
-#include "Services/CoverFile.h"
+#include "Services/Artwork/CoverFile.h"
 #include "Tags/ImageDecoding.h"
 
 #include <QBuffer>

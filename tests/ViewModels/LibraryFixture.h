@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Platform/Storage/UserDefaults.h"
-#include "Services/AudioMetadata.h"
-#include "Services/FolderLibraryService.h"
+#include "Services/Library/FolderLibraryService.h"
+#include "Services/Metadata/AudioMetadata.h"
 #include "ViewModels/LibraryViewModel.h"
 
 #include <QDir>

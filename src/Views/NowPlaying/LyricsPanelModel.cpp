@@ -2,7 +2,7 @@
 
 #include "Platform/Threads/InterfaceThread.h"
 #include "Platform/Threads/WorkerPool.h"
-#include "Services/LyricsReader.h"
+#include "Services/Lyrics/LyricsReader.h"
 #include "Views/NowPlaying/NowPlayingLog.h"
 
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "Views/NowPlaying/NowPlayingModel.h"
 
-#include "Services/FallbackCover.h"
+#include "Services/Artwork/FallbackCover.h"
 #include "Views/NowPlaying/NowPlayingLog.h"
 
 #include <chrono>

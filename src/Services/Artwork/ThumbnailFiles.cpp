@@ -1,0 +1,119 @@
+#include "Services/Artwork/ThumbnailFiles.h"
+
+#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/StoredFile.h"
+#include "Utils/FNV1a.h"
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QPainter>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tamsy {
+namespace {
+
+/// Compression factor 0.85.
+constexpr int jpegQuality = 85;
+
+/// What is longer or wider than this was never one of our thumbnails. They are read on the
+/// interface thread, which must not meet a surprise.
+constexpr qsizetype largestFile = 4 << 20; // bytes
+constexpr int largestSide = 2048;          // pixels
+
+/// From the start-of-image marker to the end-of-image marker (ISO/IEC 10918-1). A decoder fills up
+/// a file that was cut short with grey and reports nothing.
+bool isWholeJpeg(QByteArrayView bytes) {
+    return bytes.startsWith("\xff\xd8") && bytes.endsWith("\xff\xd9");
+}
+
+QByteArray readRegularFile(const QByteArray& path) {
+    // Without O_NONBLOCK a fifo under this name would hold the program for ever.
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > largestFile)
+        return {};
+    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    const ssize_t count =
+        ::pread(file.number(), bytes.data(), static_cast<std::size_t>(bytes.size()), 0);
+    return count == bytes.size() ? bytes : QByteArray();
+}
+
+QByteArray jpegBytes(const QImage& image) {
+    // JPEG knows no transparency; what lies behind a cover is white.
+    QImage opaque(image.size(), QImage::Format_RGB32);
+    opaque.fill(Qt::white);
+    QPainter(&opaque).drawImage(0, 0, image);
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setQuality(jpegQuality);
+    return writer.write(opaque) ? buffer.data() : QByteArray();
+}
+
+QByteArray fileName(const FileURL& url) {
+    FNV1a hash;
+    hash.add(url.absoluteString());
+    return '/' + hash.text() + ".jpg";
+}
+
+} // namespace
+
+QByteArray ThumbnailFiles::applicationSupportDirectory() {
+    const QByteArray chosen = qgetenv("XDG_DATA_HOME");
+    return chosen.startsWith('/') ? chosen : QByteArray(qgetenv("HOME") + "/.local/share");
+}
+
+QByteArray ThumbnailFiles::directory(QByteArrayView size) const {
+    return base_ + "/Tamsy Music/Thumbnails/" + size.toByteArray();
+}
+
+QByteArray ThumbnailFiles::cacheDirectory(QByteArrayView size) const {
+    QByteArray path = directory(size);
+    // Where it can't be made, reading and writing fail by themselves.
+    static_cast<void>(makeDirectories(path));
+    return path;
+}
+
+QByteArray ThumbnailFiles::diskPath(const FileURL& url, QByteArrayView size) const {
+    return cacheDirectory(size) + fileName(url);
+}
+
+QByteArray ThumbnailFiles::storedPath(const FileURL& url, QByteArrayView size) const {
+    QByteArray path = directory(size) + fileName(url);
+    return ::access(path.constData(), F_OK) == 0 ? path : QByteArray();
+}
+
+QImage ThumbnailFiles::read(const FileURL& url, QByteArrayView size) const {
+    QByteArray bytes = readRegularFile(diskPath(url, size));
+    if (!isWholeJpeg(bytes))
+        return {};
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer, "jpeg");
+    const QSize pixels = reader.size();
+    return pixels.width() > largestSide || pixels.height() > largestSide ? QImage() : reader.read();
+}
+
+void ThumbnailFiles::write(const QImage& image, const FileURL& url, QByteArrayView size) const {
+    const QByteArray bytes = jpegBytes(image);
+    if (bytes.isEmpty())
+        return;
+    const QByteArray path = diskPath(url, size);
+    QByteArray beside = path + ".XXXXXX"; // two operations may write the same thumbnail at once
+    FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
+    if (!file.isOpen())
+        return;
+    const bool isWritten = ::write(file.number(), bytes.constData(),
+                                   static_cast<std::size_t>(bytes.size())) == bytes.size() &&
+                           ::close(file.release()) == 0;
+    if (!isWritten || ::rename(beside.constData(), path.constData()) != 0)
+        ::unlink(beside.constData()); // on a full disk the room is needed
+}
+
+} // namespace tamsy

@@ -1,0 +1,192 @@
+#include "Services/Library/FolderLibraryService.h"
+
+#include "Platform/Storage/DirectoryWalk.h"
+#include "Platform/Storage/UserDefaults.h"
+#include "Platform/Threads/InterfaceThread.h"
+#include "Services/Metadata/MetadataReader.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <numeric>
+#include <utility>
+
+namespace tamsy {
+namespace {
+
+void print(const QByteArray& message) {
+    std::printf("[Library] %s\n", message.constData());
+    std::fflush(stdout);
+}
+
+auto hasId(QUuid id) {
+    return [id](const AudioFolder& folder) { return folder.id == id; };
+}
+
+/// The extension of a file name, in lower case; empty without one.
+QByteArray lowercaseExtension(QByteArrayView name) {
+    return name.sliced(name.lastIndexOf('.') + 1).toByteArray().toLower();
+}
+
+bool isAudioFile(QByteArrayView name) {
+    return name.lastIndexOf('.') > 0 && AudioFolder::isSupportedExtension(lowercaseExtension(name));
+}
+
+/// Equal texts of neighbours share one memory.
+void share(QString& text, const QString& former) {
+    if (text == former)
+        text = former;
+}
+
+Track makeTrack(const FileURL& url, const FolderLibraryService::TagReader& readTags) {
+    AudioMetadata metadata = readTags(url);
+    QString title = std::move(metadata.title);
+    if (title.isEmpty())
+        title = url.nameWithoutExtensionText();
+    return {QUuid::createUuid(),
+            url,
+            std::move(title),
+            std::move(metadata.artist),
+            std::move(metadata.album),
+            metadata.duration,
+            QString::fromLatin1(url.pathExtension().toLower())};
+}
+
+TrackList scanFolder(const FileURL& url, const FolderLibraryService::TagReader& readTags,
+                     const std::stop_token& stop) {
+    TrackList tracks;
+    DirectoryWalk::visitFiles(url, stop, isAudioFile, [&](const FileURL& file) {
+        Track track = makeTrack(file, readTags);
+        if (!tracks.isEmpty()) {
+            const Track& former = tracks.constLast();
+            track.url.shareFolder(former.url);
+            share(track.artist, former.artist);
+            share(track.album, former.album);
+            share(track.fileExtension, former.fileExtension);
+        }
+        tracks.append(std::move(track));
+    });
+    tracks.squeeze();
+    return tracks;
+}
+
+} // namespace
+
+/// The way of the scans' results. A scan that is stuck on a dead mount may outlive the library.
+class FolderLibraryService::ScanResults {
+  public:
+    explicit ScanResults(FolderLibraryService* receiver) : receiver_(receiver) {}
+
+    /// Any thread.
+    void send(QUuid id, TrackList tracks) {
+        const std::scoped_lock lock(mutex_);
+        if (receiver_ != nullptr)
+            InterfaceThread::run(receiver_, [receiver = receiver_, id, found = std::move(tracks)] {
+                receiver->finishScan(id, found);
+            });
+    }
+
+    /// Nothing is sent to the receiver after this.
+    void close() {
+        const std::scoped_lock lock(mutex_);
+        receiver_ = nullptr;
+    }
+
+  private:
+    std::mutex mutex_; // guards the receiver
+    FolderLibraryService* receiver_;
+};
+
+FolderLibraryService::FolderLibraryService(QObject* parent)
+    : FolderLibraryService(
+          UserDefaults::standard(),
+          [reader = MetadataReader()](const FileURL& url) {
+              return reader.loadWithoutArtwork(url);
+          },
+          parent) {}
+
+FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader readTags,
+                                           QObject* parent)
+    : QObject(parent),
+      persistence_(defaults),
+      readTags_(std::move(readTags)),
+      scanResults_(std::make_shared<ScanResults>(this)) {
+    loadPersistedFolders();
+    const qsizetype tracks = std::accumulate(
+        folders_.cbegin(), folders_.cend(), qsizetype{0},
+        [](qsizetype sum, const auto& folder) { return sum + folder.tracks.size(); });
+    print("init -> folders=" + QByteArray::number(folders_.size()) +
+          ", tracks(sum)=" + QByteArray::number(tracks));
+}
+
+FolderLibraryService::~FolderLibraryService() {
+    scanStop_.request_stop();
+    scanResults_->close();
+    scanQueue_.endWithin(OperationQueue::patience);
+}
+
+void FolderLibraryService::loadPersistedFolders() {
+    QList<AudioFolder> restored;
+    for (FolderRecord& record : persistence_.loadRecords()) {
+        const auto url = FolderPersistence::resolveBookmark(record);
+        if (!url)
+            continue;
+        restored.append(AudioFolder(record.id, *url, std::nullopt,
+                                    std::move(record.tracks).value_or(TrackList()),
+                                    QDateTime::currentDateTimeUtc()));
+    }
+    setFolders(std::move(restored));
+    print("restored folders=" + QByteArray::number(folders_.size()));
+    for (const AudioFolder& folder : std::as_const(folders_))
+        print("folder=" + folder.displayName.toUtf8() +
+              " tracks=" + QByteArray::number(folder.tracks.size()));
+}
+
+void FolderLibraryService::setFolders(QList<AudioFolder> folders) {
+    folders_ = std::move(folders);
+    foldersSubject_.send(folders_);
+}
+
+bool FolderLibraryService::addFolder(const FileURL& url) {
+    const auto saved = persistence_.saveBookmark(url);
+    if (!saved)
+        return false;
+    setFolders(folders_ + QList{AudioFolder(saved->id, url, std::nullopt, {},
+                                            QDateTime::currentDateTimeUtc())});
+    rescanFolder(saved->id);
+    return true;
+}
+
+void FolderLibraryService::removeFolder(QUuid id) {
+    QList<AudioFolder> remaining = folders_;
+    remaining.removeIf(hasId(id));
+    setFolders(std::move(remaining));
+    persistence_.removeRecord(id);
+}
+
+void FolderLibraryService::rescanFolder(QUuid id) {
+    const auto folder = std::find_if(folders_.cbegin(), folders_.cend(), hasId(id));
+    if (folder == folders_.cend())
+        return;
+    const auto scan = [results = scanResults_, readTags = readTags_, id, url = folder->url,
+                       stop = scanStop_.get_token()] {
+        TrackList tracks = scanFolder(url, readTags, stop);
+        if (!stop.stop_requested())
+            results->send(id, std::move(tracks));
+    };
+    scanQueue_.add(std::make_shared<Operation>(scan));
+}
+
+/// The list may have changed since the scan was queued, so the place is looked up again.
+void FolderLibraryService::finishScan(QUuid id, const TrackList& tracks) {
+    QList<AudioFolder> folders = folders_;
+    const auto folder = std::find_if(folders.begin(), folders.end(), hasId(id));
+    if (folder == folders.end())
+        return;
+    folder->tracks = tracks;
+    setFolders(std::move(folders));
+    persistence_.saveTracks(id, tracks);
+}
+
+} // namespace tamsy

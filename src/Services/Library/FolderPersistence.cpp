@@ -1,0 +1,180 @@
+#include "Services/Library/FolderPersistence.h"
+
+#include "Platform/Storage/Bookmark.h"
+#include "Platform/Storage/LargeMemory.h"
+#include "Platform/Storage/UserDefaults.h"
+#include "Services/Library/LibraryDocument.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace tamsy {
+namespace {
+
+/// From 1970-01-01 to 2001-01-01, where the stored dates begin.
+constexpr double secondsToReferenceDate = 978'307'200;
+
+double now() {
+    constexpr double millisecondsPerSecond = 1000;
+    return static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / millisecondsPerSecond -
+           secondsToReferenceDate;
+}
+
+QByteArrayView viewOf(std::string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+
+std::string_view viewOf(const QByteArray& bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+/// Nothing unless `text` is what encoding gives: with its padding, without line breaks or anything
+/// else between.
+std::optional<QByteArray> decodeBase64(std::string_view text) {
+    const QByteArray encoded = viewOf(text).toByteArray();
+    auto decoded = QByteArray::fromBase64Encoding(encoded, QByteArray::AbortOnBase64DecodingErrors);
+    if (!decoded || decoded.decoded.toBase64() != encoded)
+        return std::nullopt;
+    return std::move(decoded.decoded);
+}
+
+/// Gives neighbours that have the same text one memory for it: a library of whole albums repeats
+/// most artists and albums.
+class SharedText {
+  public:
+    const QString& operator()(std::string_view utf8) {
+        if (utf8 != last_) {
+            last_ = utf8;
+            text_ = QString::fromUtf8(viewOf(utf8));
+        }
+        return text_;
+    }
+
+  private:
+    std::string_view last_;
+    QString text_;
+};
+
+/// What restoring the tracks takes, in bytes, with texts of common lengths.
+std::size_t expectedMemory(const LibraryDocument& document) {
+    constexpr std::size_t perTrack = 400;
+    std::size_t tracks = 0;
+    for (const PersistedFolder& folder : document.folders())
+        tracks += folder.tracks ? folder.tracks->size() : 0;
+    return tracks * perTrack;
+}
+
+/// The last text that was copied into a document.
+struct KeptText {
+    QString text;
+    std::string_view utf8;
+};
+
+TrackList restoredTracks(const PersistedTracks& persisted) {
+    SharedText artist;
+    SharedText album;
+    SharedText fileExtension;
+    TrackList tracks;
+    tracks.reserve(static_cast<qsizetype>(persisted.size()));
+    const FileURL root = FileURL::fromPath("/"); // stands for what is no address
+    for (const PersistedTrack& track : persisted) {
+        FileURL url =
+            FileURL::fromAbsoluteString(viewOf(track.urlString)).value_or(FileURL::fromPath("/"));
+        if (!tracks.isEmpty())
+            url.shareFolder(tracks.constLast().url);
+        tracks.append({track.id, std::move(url), QString::fromUtf8(viewOf(track.title)),
+                       artist(track.artist), album(track.album), track.duration,
+                       fileExtension(track.fileExtension).toLower()});
+    }
+    return tracks;
+}
+
+/// Puts `tracks` in the place of what the entry holds. Of neighbours that share a text only the
+/// first's is copied.
+void replaceTracks(PersistedFolder& folder, const TrackList& tracks, LibraryDocument& document) {
+    if (!folder.tracks)
+        folder.tracks = document.makeTracks();
+    folder.tracks->clear();
+    folder.tracks->reserve(static_cast<std::size_t>(tracks.size()));
+    const auto keepShared = [&document](KeptText& kept, const QString& text) {
+        if (!kept.text.isSharedWith(text))
+            kept = {text, document.keep(text)};
+        return kept.utf8;
+    };
+    KeptText artist;
+    KeptText album;
+    KeptText fileExtension;
+    for (const Track& track : tracks)
+        folder.tracks->push_back({track.id, document.keep(track.url.absoluteString()),
+                                  document.keep(track.title), keepShared(artist, track.artist),
+                                  keepShared(album, track.album), track.duration,
+                                  keepShared(fileExtension, track.fileExtension)});
+}
+
+} // namespace
+
+std::optional<FolderPersistence::SavedBookmark>
+FolderPersistence::saveBookmark(const FileURL& folder) {
+    const auto bookmark = Bookmark::create(folder);
+    if (!bookmark)
+        return std::nullopt;
+    const QUuid id = QUuid::createUuid();
+    const QByteArray encoded = bookmark->toBase64();
+    LibraryDocument document = loadRaw();
+    document.folders().push_back({id, viewOf(encoded), now(), std::nullopt});
+    saveRaw(document);
+    return SavedBookmark{id, *bookmark};
+}
+
+void FolderPersistence::saveTracks(QUuid folderId, const TrackList& tracks) {
+    LibraryDocument document = loadRaw();
+    const auto folder = std::find_if(document.folders().begin(), document.folders().end(),
+                                     [&](const auto& entry) { return entry.id == folderId; });
+    if (folder == document.folders().end())
+        return;
+    replaceTracks(*folder, tracks, document);
+    saveRaw(document);
+}
+
+void FolderPersistence::removeRecord(QUuid id) {
+    LibraryDocument document = loadRaw();
+    std::erase_if(document.folders(), [&](const PersistedFolder& entry) { return entry.id == id; });
+    saveRaw(document);
+}
+
+QList<FolderRecord> FolderPersistence::loadRecords() {
+    const LibraryDocument document = loadRaw();
+    const LargePageHeap heap(expectedMemory(document));
+    QList<FolderRecord> records;
+    for (const PersistedFolder& folder : document.folders()) {
+        auto bookmark = decodeBase64(folder.bookmarkBase64);
+        if (!bookmark)
+            continue;
+        records.append({folder.id, *std::move(bookmark), std::nullopt});
+        if (folder.tracks)
+            records.back().tracks = restoredTracks(*folder.tracks);
+    }
+    return records;
+}
+
+std::optional<FileURL> FolderPersistence::resolveBookmark(const FolderRecord& record) {
+    return Bookmark::resolve(record.data);
+}
+
+LibraryDocument FolderPersistence::loadRaw() {
+    const auto data = defaults_.dataForKey(defaultsKey);
+    if (!data)
+        return {};
+    if (auto document = LibraryDocument::decode(*data))
+        return *std::move(document);
+    defaults_.moveAside(defaultsKey);
+    return {};
+}
+
+void FolderPersistence::saveRaw(const LibraryDocument& document) {
+    if (auto data = document.encode())
+        defaults_.setObject(*std::move(data), defaultsKey);
+}
+
+} // namespace tamsy

@@ -1,0 +1,129 @@
+#include "Services/Lyrics/LyricsContainers.h"
+
+#include "Formats/ByteCursor.h"
+#include "Formats/ByteWindow.h"
+#include "Services/Lyrics/LyricsDecoding.h"
+#include "Services/Lyrics/LyricsParsing.h"
+
+#include <algorithm>
+#include <span>
+
+namespace tamsy {
+namespace {
+
+// ID3v2 text encodings.
+constexpr char latin1 = 0;
+constexpr char utf16WithMark = 1;
+constexpr char utf16BigEndian = 2;
+
+constexpr qsizetype encodingAndLanguageLength = 4;
+
+/// The lyrics behind the descriptor and its terminator; empty if there is no terminator.
+QByteArrayView behindDescriptor(QByteArrayView payload, qsizetype unitWidth) {
+    const QByteArrayView terminator = QByteArrayView("\0\0", 2).first(unitWidth);
+    qsizetype offset = encodingAndLanguageLength;
+    while (offset + unitWidth <= payload.size() && payload.sliced(offset, unitWidth) != terminator)
+        offset += unitWidth;
+    return payload.sliced(std::min(offset + unitWidth, payload.size()));
+}
+
+std::optional<QString> decodeID3Text(QByteArrayView bytes, char encoding) {
+    switch (encoding) {
+    case latin1:
+        return QString::fromLatin1(bytes);
+    case utf16WithMark:
+        return decodeUTF16(bytes);
+    case utf16BigEndian:
+        return decodeUTF16BigEndian(bytes);
+    default:
+        return decodeUTF8(bytes);
+    }
+}
+
+/// The value of a "key=value" comment whose key speaks of lyrics.
+std::optional<QString> lyricsOfComment(ByteCursor::Bytes comment) {
+    const auto text = decodeUTF8(media::asText(comment));
+    const qsizetype equals = text ? text->indexOf(u'=') : -1;
+    if (equals < 0 || !text->first(equals).toLower().contains(u"lyrics"))
+        return std::nullopt;
+    return text->sliced(equals + 1);
+}
+
+constexpr std::uint64_t flacBlockHeaderLength = 4;
+constexpr std::uint64_t shortestFlacFile = 9;
+constexpr std::uint8_t vorbisCommentBlock = 4;
+
+struct FlacBlock {
+    std::uint8_t type = 0;
+    bool isLast = false;
+    std::uint64_t start = 0;
+    std::uint64_t end = 0;
+};
+
+/// The block whose header stands at `offset`; nothing if it doesn't lie in the file wholly.
+std::optional<FlacBlock> readFlacBlock(media::ByteWindow& window, std::uint64_t offset) {
+    ByteCursor header(window.read(offset, flacBlockHeaderLength));
+    const auto flagAndType = header.readU8();
+    const auto length = header.readU24();
+    if (!flagAndType || !length)
+        return std::nullopt;
+    FlacBlock block{.type = static_cast<std::uint8_t>(*flagAndType & 0x7FU),
+                    .isLast = (*flagAndType & 0x80U) != 0,
+                    .start = offset + flacBlockHeaderLength};
+    block.end = block.start + *length;
+    return block.end <= window.size() ? std::optional(block) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<Lyrics> parseID3USLT(QByteArrayView payload) {
+    if (payload.size() < encodingAndLanguageLength)
+        return std::nullopt;
+    const char encoding = payload.front();
+    const bool isWide = encoding == utf16WithMark || encoding == utf16BigEndian;
+    const auto text = decodeID3Text(behindDescriptor(payload, isWide ? 2 : 1), encoding);
+    return text ? parseAsStampsDecide(*text) : std::nullopt;
+}
+
+std::optional<Lyrics> parseVorbisCommentBlockForLyrics(QByteArrayView block) {
+    ByteCursor cursor(
+        std::as_bytes(std::span(block.data(), static_cast<std::size_t>(block.size()))));
+    const auto vendorLength = cursor.readU32le();
+    if (!vendorLength || !cursor.skip(*vendorLength))
+        return std::nullopt;
+    const std::uint32_t count = cursor.readU32le().value_or(0);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const auto length = cursor.readU32le();
+        const auto comment = length ? cursor.readBytes(*length) : std::nullopt;
+        if (!comment)
+            return std::nullopt;
+        if (const auto lyrics = lyricsOfComment(*comment))
+            return parseSyncedElsePlain(*lyrics);
+    }
+    return std::nullopt;
+}
+
+std::optional<Lyrics> readFlacVorbisLyrics(const media::ByteSource& source) {
+    media::ByteWindow window(source);
+    if (window.size() < shortestFlacFile || !window.matches(0, "fLaC"))
+        return std::nullopt;
+    std::uint64_t offset = 4;
+    while (const auto block = readFlacBlock(window, offset)) {
+        if (block->type == vorbisCommentBlock) {
+            const QByteArray body = window.copy(block->start, block->end - block->start);
+            if (auto lyrics = parseVorbisCommentBlockForLyrics(body))
+                return lyrics;
+        }
+        if (block->isLast)
+            return std::nullopt;
+        offset = block->end;
+    }
+    return std::nullopt;
+}
+
+std::optional<Lyrics> readFlacVorbisLyrics(const FileURL& url) {
+    const media::SharedSource source = media::openFileSource(url);
+    return source ? readFlacVorbisLyrics(*source) : std::nullopt;
+}
+
+} // namespace tamsy

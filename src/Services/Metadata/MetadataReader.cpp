@@ -1,0 +1,216 @@
+#include "Services/Metadata/MetadataReader.h"
+
+#include "Platform/Threads/InterfaceThread.h"
+#include "Platform/Threads/WorkerPool.h"
+#include "Services/Metadata/FlacArtwork.h"
+#include "Tags/ImageDecoding.h"
+#include "Tags/MediaAsset.h"
+#include "Utils/TextTrimming.h"
+
+#include <QPromise>
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace tamsy {
+
+namespace {
+
+using Items = std::vector<MediaItem>;
+using OptionalText = std::optional<QString>;
+
+constexpr MetadataFormat formats[] = {MetadataFormat::ID3, MetadataFormat::ITunes,
+                                      MetadataFormat::QuickTime};
+
+// The three fields in the order in which everything about them is done.
+struct Field {
+    CommonKey key;
+    const char* infoKey;
+    QString AudioMetadata::*text;
+};
+constexpr Field fields[] = {{CommonKey::Title, "title", &AudioMetadata::title},
+                            {CommonKey::Artist, "artist", &AudioMetadata::artist},
+                            {CommonKey::AlbumName, "album", &AudioMetadata::album}};
+
+const MediaItem* firstItem(CommonKey key, const Items& items) {
+    const auto found = std::ranges::find(items, key, &MediaItem::commonKey);
+    return found == items.end() ? nullptr : &*found;
+}
+
+double finiteOrZero(double seconds) {
+    return std::isfinite(seconds) ? seconds : 0;
+}
+
+QString trimmed(const QString& text) {
+    return trimmedOfWhitespaceAndNewlines(text).toString();
+}
+
+/// The info dictionary's text for a field, trimmed; nothing if that leaves none.
+OptionalText infoText(const MediaAsset& asset, const Field& field) {
+    const QString text = trimmed(asset.infoDictionary().value(QLatin1String(field.infoKey)));
+    return text.isEmpty() ? std::nullopt : OptionalText(text);
+}
+
+/// The first text with this key that isn't empty; one of blanks counts.
+OptionalText firstCommonString(CommonKey key, const Items& items) {
+    for (const MediaItem& item : items) {
+        if (item.commonKey == key && item.text && !item.text->isEmpty())
+            return item.text;
+    }
+    return std::nullopt;
+}
+
+QImage decodedData(const MediaItem& item, PictureBudget& budget) {
+    const QByteArray data = item.data();
+    return budget.takeBytes(data.size()) ? decodeImage(data, budget) : QImage();
+}
+
+/// A picture that a tag holds as text.
+QImage decodedText(const MediaItem& item, PictureBudget& budget) {
+    if (!item.text)
+        return {};
+    const auto bytes = QByteArray::fromBase64Encoding(item.text->toUtf8(),
+                                                      QByteArray::AbortOnBase64DecodingErrors);
+    return bytes ? decodeImage(bytes.decoded, budget) : QImage();
+}
+
+QImage decodedItem(const MediaItem& item, PictureBudget& budget) {
+    if (!budget.hasTime())
+        return {};
+    QImage image = decodedData(item, budget);
+    return image.isNull() ? decodedText(item, budget) : image;
+}
+
+/// The cover: the first artwork item of the common list, else the first item of any format that is
+/// a picture, else the pictures of a FLAC file.
+QImage artworkImage(const MediaAsset& asset, const Items& common) {
+    PictureBudget budget;
+    if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
+        QImage image = decodedItem(*item, budget);
+        if (!image.isNull())
+            return image;
+    }
+    for (const MetadataFormat format : formats) {
+        for (const MediaItem& item : asset.metadata(format)) {
+            QImage image = decodedItem(item, budget);
+            if (!image.isNull())
+                return image;
+        }
+    }
+    const bool isFlac = asset.url().pathExtension().toLower() == "flac";
+    return isFlac ? flacEmbeddedArtwork(asset.url(), budget) : QImage();
+}
+
+/// What the worker leaves in memory for the interface thread's steps.
+struct LoadedFile {
+    LoadedFile(const FileURL& url, MediaAsset::Depth depth)
+        : asset(url, depth), common(asset.commonMetadata()) {}
+
+    void decodeArtwork() { artwork = artworkImage(asset, common); }
+
+    MediaAsset asset;
+    Items common;
+    QImage artwork;
+};
+
+/// The first text that any of the format lists has for a key.
+OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
+    for (const MetadataFormat format : formats) {
+        if (auto text = firstCommonString(key, asset.metadata(format)))
+            return text;
+    }
+    return std::nullopt;
+}
+
+AudioMetadata chosen(const LoadedFile& file) {
+    AudioMetadata metadata;
+    for (const Field& field : fields) {
+        OptionalText text = firstCommonString(field.key, file.common);
+        if (!text)
+            text = firstFormatString(field.key, file.asset);
+        if (!text)
+            text = infoText(file.asset, field);
+        metadata.*field.text = text.value_or(QString());
+    }
+    metadata.duration = finiteOrZero(file.asset.duration());
+    metadata.artwork = file.artwork;
+    return metadata;
+}
+
+/// The player's loads, which wait for nobody else's.
+WorkerPool& playerLoads() {
+    static WorkerPool pool;
+    return pool;
+}
+
+QFuture<AudioMetadata> startLoad(std::function<LoadedFile()> read) {
+    const auto promise = std::make_shared<QPromise<AudioMetadata>>();
+    promise->start();
+    playerLoads().start([promise, read = std::move(read)] {
+        const auto file = std::make_shared<const LoadedFile>(read());
+        InterfaceThread::run([promise, file] {
+            promise->addResult(chosen(*file));
+            promise->finish();
+        });
+    });
+    return promise->future();
+}
+
+struct LoadedHere {
+    AudioMetadata metadata;
+    bool wasRead = false;
+};
+
+LoadedHere loadedHere(const FileURL& url) {
+    assert(!InterfaceThread::isCurrent());
+    if (InterfaceThread::isCurrent())
+        return {};
+    const auto file = std::make_shared<LoadedFile>(url, MediaAsset::Depth::Full);
+    file->decodeArtwork();
+    const auto metadata = InterfaceThread::waitFor<AudioMetadata>(
+        [file] { return QtFuture::makeReadyFuture(chosen(*file)); });
+    return {.metadata = metadata.value_or(AudioMetadata()),
+            .wasRead = metadata && file->asset.wasRead()};
+}
+
+} // namespace
+
+AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
+    const MediaAsset asset(url, MediaAsset::Depth::CommonTexts);
+    const Items common = asset.commonMetadata();
+    AudioMetadata metadata;
+    for (const Field& field : fields) {
+        const MediaItem* item = firstItem(field.key, common);
+        const QString text = trimmed(item ? item->text.value_or(QString()) : QString());
+        metadata.*field.text = text.isEmpty() ? infoText(asset, field).value_or(QString()) : text;
+    }
+    metadata.duration = finiteOrZero(asset.duration());
+    return metadata;
+}
+
+QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
+    return startLoad([url] {
+        LoadedFile file(url, MediaAsset::Depth::Full);
+        file.decodeArtwork();
+        return file;
+    });
+}
+
+QFuture<AudioMetadata> MetadataReader::loadTextsAsync(const FileURL& url) const {
+    return startLoad([url] { return LoadedFile(url, MediaAsset::Depth::Items); });
+}
+
+AudioMetadata MetadataReader::load(const FileURL& url) const {
+    return loadedHere(url).metadata;
+}
+
+std::optional<AudioMetadata> MetadataReader::loadIfReadable(const FileURL& url) const {
+    const LoadedHere loaded = loadedHere(url);
+    return loaded.wasRead ? std::optional(loaded.metadata) : std::nullopt;
+}
+
+} // namespace tamsy
