@@ -24,7 +24,8 @@
 #include <cstdio>
 
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
-Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_LibraryPlugin)
 
 using namespace tamsy;
 

@@ -5,7 +5,7 @@
 #include "Services/Library/FolderLibraryService.h"
 #include "Services/Metadata/AudioMetadata.h"
 #include "ViewModels/LibraryViewModel.h"
-#include "Views/TrackListModel.h"
+#include "Views/Library/TrackListModel.h"
 
 #include <QCoreApplication>
 #include <QFile>

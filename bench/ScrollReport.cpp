@@ -9,7 +9,7 @@
 #include "Services/Library/FolderPersistence.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
-#include "Views/CoverProvider.h"
+#include "Views/Controls/CoverProvider.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -25,7 +25,8 @@
 #include <algorithm>
 #include <cstdio>
 
-Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_LibraryPlugin)
 
 using namespace tamsy;
 
@@ -102,7 +103,7 @@ void scroll(const char* name, bool withCovers) {
     view.engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     view.setInitialProperties({{QStringLiteral("library"), QVariant::fromValue(&library)},
                                {QStringLiteral("player"), QVariant::fromValue(&player)}});
-    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/Views/TrackListView.qml")));
+    view.setSource(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/Library/TrackListView.qml")));
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.resize(840, 640);
     view.show();

@@ -55,7 +55,7 @@ endfunction()
 function(tamsy_install_icons)
     set(theme "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
     foreach(size IN LISTS TAMSY_APPLICATION_ICON_SIZES)
-        install(FILES "${PROJECT_BINARY_DIR}/src/Views/rendered/application-icon-${size}.png"
+        install(FILES "${PROJECT_BINARY_DIR}/src/Views/Controls/rendered/application-icon-${size}.png"
             DESTINATION "${theme}/${size}x${size}/apps" RENAME tamsy-music.png)
     endforeach()
     install(FILES "${TAMSY_RESOURCE_SOURCES}/application-icon.svg"

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
+import Tamsy.Library
 
 /// The main window's content: folders beside the track table, the search over it, the player bar
 /// along the bottom over both.

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Dialogs
-import Tamsy.Views
+import Tamsy.Controls
+import Tamsy.Library
 
 /// The main window: menus, content, folder picker. Closing it ends the program, whatever other
 /// window is open.

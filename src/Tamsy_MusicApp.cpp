@@ -2,8 +2,8 @@
 
 #include "Platform/Threads/InterfaceThread.h"
 #include "Playback/CompositePlaybackEngine.h"
-#include "Views/Appearance.h"
-#include "Views/CoverProvider.h"
+#include "Views/Controls/Appearance.h"
+#include "Views/Controls/CoverProvider.h"
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
 #include <QCoreApplication>
@@ -14,7 +14,8 @@
 #include <chrono>
 
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
-Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_LibraryPlugin)
 Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 
 namespace tamsy {

@@ -8,7 +8,7 @@
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"
-#include "Views/FolderPanelController.h"
+#include "Views/Library/FolderPanelController.h"
 
 #include <QByteArray>
 #include <QObject>

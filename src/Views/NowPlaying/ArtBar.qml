@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// A thin bar on the cover's colours, filled up to a fraction. It says where it is dragged to and
 /// leaves the rest to its owner; a click is a drag of one step.

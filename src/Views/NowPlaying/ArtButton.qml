@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
 
 /// An icon on the cover's colours that does something.
 AppButton {

@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// A slow, soft field of the cover's colours. It moves while it can be seen.
 Item {

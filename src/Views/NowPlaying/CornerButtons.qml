@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// The two buttons in the window's corner: the list of tracks, and the lyrics.
 Item {

@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// The large cover with its shadow, in its own shape within a square; a note where there is none.
 Item {

@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// The cover and, below it, what is playing and how: everything of the window but the lyrics.
 Item {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
+import Tamsy.Library
 
 /// The tracks that the main window lists, over the Now Playing window; a click plays one.
 Popup {

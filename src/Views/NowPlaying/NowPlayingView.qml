@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// The Now Playing window's content: the cover and the controls on the cover's own colours, the
 /// lyrics beside them on demand.

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// The large window beside the main one. Closing it only hides it.
 ApplicationWindow {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// One track of the picker. The whole row takes the click.
 Item {

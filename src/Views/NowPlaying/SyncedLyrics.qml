@@ -1,6 +1,6 @@
 import QtQuick
+import Tamsy.Controls
 import Tamsy.NowPlaying
-import Tamsy.Views
 
 /// Synced lyrics: the line that is sung stands at the top, the later ones follow below it.
 Item {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
 
 /// A bordered button with a text, in the dark palette.
 AppButton {

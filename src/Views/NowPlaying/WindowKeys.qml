@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// The shortcuts of the menus in a window without menus. A modal sheet blocks those of the window
 /// below it, so it has some of its own.

@@ -13,7 +13,8 @@
 #include <algorithm>
 
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
-Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_LibraryPlugin)
 
 using namespace tamsy;
 using testing::Contains;

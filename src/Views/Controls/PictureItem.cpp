@@ -1,4 +1,4 @@
-#include "Views/PictureItem.h"
+#include "Views/Controls/PictureItem.h"
 
 #include <QPainter>
 #include <QQuickWindow>

@@ -1,4 +1,4 @@
-#include "Views/FolderListModel.h"
+#include "Views/Library/FolderListModel.h"
 
 #include <algorithm>
 

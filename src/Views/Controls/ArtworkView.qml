@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// The small cover of a row, the fallback cover until it has come; a playing row carries a speaker
 /// over it.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// Starting, holding and stepping.
 AppMenu {

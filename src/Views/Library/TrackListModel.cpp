@@ -1,4 +1,4 @@
-#include "Views/TrackListModel.h"
+#include "Views/Library/TrackListModel.h"
 
 #include <QUuid>
 

@@ -1,4 +1,4 @@
-#include "Views/CoverProvider.h"
+#include "Views/Controls/CoverProvider.h"
 
 #include <QImage>
 #include <QPainter>

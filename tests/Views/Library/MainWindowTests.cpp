@@ -3,9 +3,9 @@
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"
 #include "Views/AccessibleWalk.h"
-#include "Views/CoverProvider.h"
-#include "Views/FolderPanelController.h"
-#include "Views/Thumbnail.h"
+#include "Views/Controls/CoverProvider.h"
+#include "Views/Controls/Thumbnail.h"
+#include "Views/Library/FolderPanelController.h"
 
 #include <QElapsedTimer>
 #include <QMimeData>
@@ -19,7 +19,8 @@
 #include <algorithm>
 
 Q_IMPORT_QML_PLUGIN(Tamsy_NowPlayingPlugin)
-Q_IMPORT_QML_PLUGIN(Tamsy_ViewsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Tamsy_LibraryPlugin)
 Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 
 using namespace tamsy;

@@ -1,7 +1,7 @@
 pragma Singleton
 
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// What all views share: the palettes, sizes of type, radii and durations (points and milliseconds).
 QtObject {

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
+import Tamsy.Library
 
 /// The tracks of the selected folder; selecting one starts it.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Controls
 
 /// An icon over a headline and a line that says what to do.
 Column {

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Tamsy.Views
+import Tamsy.Controls
 
 /// The strip along the bottom: play and pause, the title, the time and the position.
 Item {

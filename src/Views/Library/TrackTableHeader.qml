@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Controls
 
 /// The titles over the columns of the track table.
 Item {

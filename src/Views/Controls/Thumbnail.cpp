@@ -1,4 +1,4 @@
-#include "Views/Thumbnail.h"
+#include "Views/Controls/Thumbnail.h"
 
 #include <QHash>
 #include <QList>

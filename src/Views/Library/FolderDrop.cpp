@@ -1,6 +1,6 @@
-#include "Views/FolderDrop.h"
+#include "Views/Library/FolderDrop.h"
 
-#include "Views/LocalAddress.h"
+#include "Views/Library/LocalAddress.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import Tamsy.Controls
 
 /// One folder of the sidebar with its context menu.
 Item {

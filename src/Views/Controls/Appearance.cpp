@@ -1,4 +1,4 @@
-#include "Views/Appearance.h"
+#include "Views/Controls/Appearance.h"
 
 namespace tamsy {
 namespace {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tamsy.Views
+import Tamsy.Controls
 
 /// One track of the table. It only says what was pressed; the table decides.
 Item {

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import Tamsy.Controls
 
 /// A text that is a button; only the pointer shows it. The text is no caption that a mnemonic could be in.
 AppButton {

@@ -1,6 +1,6 @@
-#include "Views/FolderPanelController.h"
+#include "Views/Library/FolderPanelController.h"
 
-#include "Views/LocalAddress.h"
+#include "Views/Library/LocalAddress.h"
 
 #include <QDir>
 #include <QStandardPaths>

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
-import Tamsy.Views
+import Tamsy.Controls
+import Tamsy.Library
 
 /// The library's folders, one of which can be selected.
 Rectangle {
