@@ -2,6 +2,7 @@
 
 #include "FlacWithCover.h"
 #include "Services/Artwork/ArtworkLoader.h"
+#include "Utils/FileURL.h"
 #include "Views/Background/ArtworkColors.h"
 #include "Views/Background/GradientBlobs.h"
 

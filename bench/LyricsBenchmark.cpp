@@ -4,6 +4,7 @@
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Services/Lyrics/LyricsReader.h"
 #include "Services/Lyrics/LyricsSidecar.h"
+#include "Utils/FileURL.h"
 #include "Views/NowPlaying/LyricsPanelModel.h"
 
 #include <QCoreApplication>

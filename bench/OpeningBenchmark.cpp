@@ -2,6 +2,7 @@
 
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Miniaudio/MiniaudioBridge.h"
+#include "Utils/FileURL.h"
 
 #include <QRandomGenerator>
 #include <benchmark/benchmark.h>

@@ -3,6 +3,7 @@
 // in seconds.
 
 #include "Playback/CompositePlaybackEngine.h"
+#include "Utils/FileURL.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>

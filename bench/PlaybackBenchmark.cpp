@@ -5,6 +5,7 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Playback/FFmpeg/MediaBackendModule.h"
 #include "Playback/Miniaudio/AudioDecoder.h"
+#include "Utils/FileURL.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

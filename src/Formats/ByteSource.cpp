@@ -2,6 +2,7 @@
 
 #include "Platform/Threads/FileWatch.h"
 #include "Platform/Threads/ReadPriority.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <atomic>

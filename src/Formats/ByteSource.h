@@ -1,13 +1,15 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <QByteArray>
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
+
+namespace tamsy {
+class FileURL;
+}
 
 namespace tamsy::media {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "Utils/FileURL.h"
 #include "Utils/ValueSubject.h"
 
 namespace tamsy {
+
+class FileURL;
 
 /// The one interface between the player and anything that makes sound. It has no end-of-track
 /// event: an engine reports three values and the player works out by itself that a track has ended.

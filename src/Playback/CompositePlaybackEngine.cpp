@@ -2,6 +2,7 @@
 
 #include "Playback/FFmpeg/AVPlaybackEngine.h"
 #include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
+#include "Utils/FileURL.h"
 #include "Utils/PlaybackLogger.h"
 
 #include <algorithm>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <QString>
 
 #include <functional>
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// The folder picker as the library asks for it. The windows' layer provides it.
 class FolderPanel {

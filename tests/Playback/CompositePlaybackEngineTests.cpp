@@ -1,5 +1,6 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Playback/FakeEngine.h"
+#include "Utils/FileURL.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

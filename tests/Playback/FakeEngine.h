@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Playback/AudioPlaybackEngine.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "Platform/Storage/DirectoryStream.h"
 #include "Platform/Storage/FileDescriptor.h"
+#include "Utils/FileURL.h"
 
 #include <QList>
 

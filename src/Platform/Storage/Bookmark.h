@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <QByteArray>
 #include <QByteArrayView>
 
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// Bytes that give back a folder's address after a restart. Their form, version 1, is three lines,
 /// each ended by a line feed:

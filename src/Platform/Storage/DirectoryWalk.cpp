@@ -2,6 +2,7 @@
 
 #include "Platform/Storage/DirectoryStream.h"
 #include "Platform/Storage/NaturalOrder.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <QByteArrayView>
 
 #include <functional>
 #include <stop_token>
 
 namespace tamsy {
+
+class FileURL;
 
 /// A recursive walk over the regular files below a folder.
 class DirectoryWalk {

@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/SystemLog.h"
 #include "Playback/FFmpeg/MediaPlayer.h"
+#include "Utils/FileURL.h"
 #include "Utils/PlaybackLogger.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "Playback/FFmpeg/MediaPlayer.h"
 
+#include "Utils/FileURL.h"
+
 #include <QMetaObject>
 #include <QPointer>
 

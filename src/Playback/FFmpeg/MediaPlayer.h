@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Playback/FFmpeg/MediaPlaybackThread.h"
-#include "Utils/FileURL.h"
 #include "Utils/ValueSubject.h"
 
 #include <QElapsedTimer>
@@ -15,6 +14,8 @@
 #include <vector>
 
 namespace tamsy {
+
+class FileURL;
 
 /// Plays one file on the default output and tells its observers how it goes. It lives on the
 /// interface thread; every observer is called there, and no operation waits for disk or device.

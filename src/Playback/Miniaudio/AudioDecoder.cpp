@@ -6,6 +6,7 @@
 #include "Playback/Miniaudio/MpegAudioScan.h"
 #include "Playback/Miniaudio/OggVorbis.h"
 #include "Playback/Miniaudio/ReadBudget.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,6 @@
 
 #include "Playback/Resampling/DownMix.h"
 #include "Playback/Resampling/Resampler.h"
-#include "Utils/FileURL.h"
 
 #include "Playback/Miniaudio/AudioFile.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
@@ -18,6 +17,7 @@
 namespace tamsy {
 
 class AudioFile;
+class FileURL;
 
 /// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
 /// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its

@@ -2,6 +2,7 @@
 
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Output/FrameRing.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <array>

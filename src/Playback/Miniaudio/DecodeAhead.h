@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Playback/Resampling/StereoFrame.h"
-#include "Utils/FileURL.h"
 
 #include <miniaudio.h>
 
@@ -10,6 +9,8 @@
 #include <span>
 
 namespace tamsy {
+
+class FileURL;
 
 /// One open file, decoded ahead of the device by a thread of its own: the only one that reads the
 /// file, and so the only one that a slow or dead file system can hold up. It keeps four seconds of

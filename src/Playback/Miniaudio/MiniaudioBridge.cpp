@@ -3,6 +3,7 @@
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Miniaudio/DecodeAhead.h"
 #include "Playback/Output/SoundServerNoise.h"
+#include "Utils/FileURL.h"
 
 #include <miniaudio.h>
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <optional>
 #include <string_view>
 
 namespace tamsy {
+
+class FileURL;
 
 /// One open file on one output device. Made by `ma_createPlayer`, ended by `ma_destroyPlayer`; its
 /// caller owns it and calls the functions below on one thread, the interface thread. Stopped when

@@ -1,6 +1,7 @@
 #include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
 
 #include "Playback/Miniaudio/MiniaudioBridge.h"
+#include "Utils/FileURL.h"
 #include "Utils/PlaybackLogger.h"
 
 #include <QTimerEvent>

@@ -5,6 +5,7 @@
 #include "Platform/Threads/ReadPriority.h"
 #include "Services/Artwork/FallbackCover.h"
 #include "Services/Artwork/ThumbnailFiles.h"
+#include "Utils/FileURL.h"
 #include "Utils/MemoryCache.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,6 @@
 #include "Platform/Threads/OperationQueue.h"
 #include "Services/Metadata/AudioMetadata.h"
 #include "Services/Metadata/MetadataReader.h"
-#include "Utils/FileURL.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -13,6 +12,8 @@
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// Gives covers of a fixed size, fast: from memory, from a file on disk, or read from the audio
 /// file by a background operation, which fills both. A track without a cover gets the fallback

@@ -3,6 +3,7 @@
 #include "Platform/Storage/FileDescriptor.h"
 #include "Platform/Storage/StoredFile.h"
 #include "Utils/FNV1a.h"
+#include "Utils/FileURL.h"
 
 #include <QBuffer>
 #include <QImageReader>

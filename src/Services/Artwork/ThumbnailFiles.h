@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Utils/FileURL.h"
-
 #include <QByteArray>
 #include <QImage>
 
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// The covers that survive restarts: one JPEG file a track and size, found by its name alone, which
 /// hangs on the track's address and on nothing else. Files and directories are for the user alone.

@@ -4,6 +4,7 @@
 #include "Formats/ByteWindow.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <span>

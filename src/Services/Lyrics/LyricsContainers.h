@@ -2,7 +2,6 @@
 
 #include "Formats/ByteSource.h"
 #include "Models/Lyrics.h"
-#include "Utils/FileURL.h"
 
 #include <QByteArrayView>
 
@@ -13,6 +12,8 @@
 // memory stays bounded (64 MiB for one value) however large the file. Pure but for the reading; any
 // thread.
 namespace tamsy {
+
+class FileURL;
 
 /// The payload of an ID3v2 USLT frame (id3.org, ID3v2.4 frames, 4.8), its header and transport
 /// encodings taken off: text encoding, language, descriptor, lyrics. An encoding beyond the

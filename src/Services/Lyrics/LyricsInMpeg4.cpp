@@ -3,6 +3,7 @@
 #include "Formats/ByteCursor.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
+#include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <span>

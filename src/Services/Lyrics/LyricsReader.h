@@ -1,11 +1,12 @@
 #pragma once
 
 #include "Models/Lyrics.h"
-#include "Utils/FileURL.h"
 
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// Finds the lyrics of an audio file: in its own tags first, then in a sidecar file beside it. The
 /// first source that gives anything ends the search, plain or synced. Answers are kept for the

@@ -5,6 +5,7 @@
 #include "Platform/Threads/FileWatch.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
+#include "Utils/FileURL.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

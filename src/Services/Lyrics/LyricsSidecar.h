@@ -1,12 +1,13 @@
 #pragma once
 
 #include "Models/Lyrics.h"
-#include "Utils/FileURL.h"
 
 #include <optional>
 
 // LRC files beside the audio. Blocking; any thread but the interface thread.
 namespace tamsy {
+
+class FileURL;
 
 /// The largest sidecar file that is read, in bytes; larger ones are no lyrics.
 inline constexpr std::uint64_t largestSidecar = 524'288;

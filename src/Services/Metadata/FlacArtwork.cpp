@@ -2,6 +2,7 @@
 
 #include "Formats/ByteWindow.h"
 #include "Tags/ImageDecoding.h"
+#include "Utils/FileURL.h"
 
 namespace tamsy {
 

@@ -2,11 +2,12 @@
 
 #include "Formats/ByteCursor.h"
 #include "Tags/PictureBudget.h"
-#include "Utils/FileURL.h"
 
 #include <QImage>
 
 namespace tamsy {
+
+class FileURL;
 
 /// The first picture that decodes among a FLAC file's PICTURE blocks (RFC 9639), whatever its kind;
 /// null if there is none within `budget`. The signature must stand at the file's first byte. Any

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Services/Metadata/AudioMetadata.h"
-#include "Utils/FileURL.h"
 
 #include <QFuture>
 
 #include <optional>
 
 namespace tamsy {
+
+class FileURL;
 
 /// Turns an audio file into an `AudioMetadata` record. It holds no state and keeps no cache: each
 /// call reads the file again, and one instance serves any number of callers on any thread. No path

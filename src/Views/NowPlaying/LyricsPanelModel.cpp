@@ -3,6 +3,7 @@
 #include "Platform/Threads/InterfaceThread.h"
 #include "Platform/Threads/WorkerPool.h"
 #include "Services/Lyrics/LyricsReader.h"
+#include "Utils/FileURL.h"
 #include "Views/NowPlaying/NowPlayingLog.h"
 
 #include <QPointer>

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Models/Lyrics.h"
-#include "Utils/FileURL.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 namespace tamsy {
+
+class FileURL;
 
 /// The lyrics of the current track as rows, and which of them is being sung. Interface thread; the
 /// reading happens in the background.

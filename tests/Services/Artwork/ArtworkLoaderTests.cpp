@@ -3,6 +3,7 @@
 #include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Artwork/CoverFile.h"
 #include "Utils/FNV1a.h"
+#include "Utils/FileURL.h"
 
 #include <QDir>
 #include <QFile>

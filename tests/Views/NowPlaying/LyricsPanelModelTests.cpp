@@ -1,3 +1,4 @@
+#include "Utils/FileURL.h"
 #include "Views/NowPlaying/LyricsPanelModel.h"
 
 #include <QFile>
