@@ -17,7 +17,7 @@ namespace {
 // In processor time, since the machine may be busy with other things. An instrumented build takes
 // ten times as long as the program; what the limit is for is a reader without end.
 constexpr double secondsToScan = 0.3;
-constexpr double secondsToReadAll = 1;
+constexpr double secondsToReadAll = 3;
 
 // What a file's texts may fill memory with, in UTF-16 units.
 constexpr qsizetype lengthToScan = qsizetype{256} * 1024;

@@ -57,7 +57,7 @@ void expectRefused(const FileURL& url, int code) {
         return error || ma_lookAtFileRaw(late.get(), &error) == BridgeFile::NotOpened;
     })) << url.absoluteString().toStdString();
     // The aim is 50 ms; a search through 4 GB takes half a minute.
-    EXPECT_LT(timer.elapsed(), 1000) << url.absoluteString().toStdString();
+    EXPECT_LT(timer.elapsed(), 5000) << url.absoluteString().toStdString();
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, code) << url.absoluteString().toStdString();
 }
@@ -137,7 +137,7 @@ TEST(HostileFile, WithAHoleStopsWithoutWaiting) {
         timer.start();
         ma_seek(player.get(), 15, nullptr);
         ma_stop(player.get());
-        EXPECT_LT(timer.elapsed(), 1000) << url.absoluteString().toStdString();
+        EXPECT_LT(timer.elapsed(), 5000) << url.absoluteString().toStdString();
     }
 }
 
