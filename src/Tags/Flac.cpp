@@ -1,14 +1,11 @@
 #include "Tags/Flac.h"
 
+#include "Formats/FlacBlock.h"
 #include "Tags/VorbisComment.h"
 
 namespace tamsy::media {
 
 namespace {
-
-constexpr std::uint8_t lastBlock = 0x80;
-constexpr std::uint8_t streamInfoBlock = 0;
-constexpr std::uint8_t commentBlock = 4;
 
 constexpr std::uint64_t smallestFrame = 11;
 constexpr std::uint64_t mostFrameSamples = 65'535;
@@ -30,23 +27,18 @@ double flacDuration(Bytes streamInfo, std::uint64_t streamBytes) {
 
 double readFlac(MediaParse& parse, std::uint64_t offset) {
     double seconds = 0;
-    std::uint64_t position = offset + 4;
-    for (int count = 0; count < mostEntries; ++count) {
-        ByteCursor cursor(parse.window.read(position, 4));
-        const auto type = cursor.readU8();
-        const auto length = cursor.readU24();
-        const std::uint64_t body = position + 4;
-        if (!length || *length > parse.window.size() - body)
-            break;
-        position = body + *length;
-        if ((*type & ~lastBlock) == streamInfoBlock && *length >= 18)
-            seconds = flacDuration(parse.window.read(body, 18), parse.window.size() - offset);
-        const bool isComment = (*type & ~lastBlock) == commentBlock;
+    auto block = readFlacBlock(parse.window, offset + 4);
+    for (int count = 0; block && count < mostEntries; ++count) {
+        if (block->type == FlacBlockHeader::StreamInfo && block->end - block->begin >= 18)
+            seconds =
+                flacDuration(parse.window.read(block->begin, 18), parse.window.size() - offset);
+        const bool isComment = block->type == FlacBlockHeader::VorbisComment;
         if (isComment)
-            readVorbisComments(parse.items, parse.source, parse.window, body, position);
-        // Behind the comments stand only pictures and padding, far apart.
-        if (isComment || (*type & lastBlock) != 0)
+            readVorbisComments(parse.items, parse.source, parse.window, block->begin, block->end);
+        // Only pictures and padding follow the comments, far apart.
+        if (isComment || block->isLast)
             break;
+        block = readFlacBlock(parse.window, block->end);
     }
     return seconds;
 }

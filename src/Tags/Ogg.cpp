@@ -1,5 +1,6 @@
 #include "Tags/Ogg.h"
 
+#include "Formats/FlacBlock.h"
 #include "Formats/OggPackets.h"
 #include "Tags/Flac.h"
 #include "Tags/VorbisComment.h"
@@ -67,20 +68,23 @@ std::optional<Stream> findStream(ByteWindow& window, std::uint64_t offset) {
     return std::nullopt;
 }
 
+/// The first byte of a frame, 0xFF, read as a block's type.
+constexpr std::uint8_t soundFrame = 0x7F;
+
 void readFlacBlocks(MediaParse& parse, OggPacketWalk& walk) {
     for (int count = 0; count < mostFlacBlocks; ++count) {
         const auto packet = walk.next();
         if (!packet)
             break;
         ByteWindow window(*packet);
-        const auto type = ByteCursor(window.read(0, 4)).readU8();
-        if (!type || *type == 0xFF) // a frame of sound
+        const auto block = parseFlacBlockHeader(window.read(0, FlacBlockHeader::size));
+        if (!block || block->type == soundFrame)
             break;
-        if ((*type & 0x7FU) == 4)
-            readVorbisComments(parse.items, packet, window, 4, packet->size());
-        else if ((*type & 0x7FU) == 6)
-            addFlacPicture(parse.items, packet, 4, packet->size());
-        if ((*type & 0x80U) != 0)
+        if (block->type == FlacBlockHeader::VorbisComment)
+            readVorbisComments(parse.items, packet, window, block->size, packet->size());
+        else if (block->type == FlacBlockHeader::Picture)
+            addFlacPicture(parse.items, packet, block->size, packet->size());
+        if (block->isLast)
             break;
     }
 }

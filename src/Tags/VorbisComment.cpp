@@ -1,5 +1,7 @@
 #include "Tags/VorbisComment.h"
 
+#include "Formats/FlacBlock.h"
+
 #include <algorithm>
 
 namespace tamsy::media {
@@ -10,11 +12,7 @@ constexpr std::size_t longestKey = 128;
 
 /// The picture's own bytes in the body of a FLAC PICTURE block.
 QByteArray pictureOf(const QByteArray& block) {
-    ByteCursor cursor(std::as_bytes(std::span(block)));
-    if (!cursor.skip(4) || !cursor.skip(cursor.readU32().value_or(UINT32_MAX)) ||
-        !cursor.skip(cursor.readU32().value_or(UINT32_MAX)) || !cursor.skip(16))
-        return {};
-    const auto picture = cursor.readBytes(cursor.readU32().value_or(UINT32_MAX));
+    const auto picture = pictureInFlacBlock(std::as_bytes(std::span(block)));
     if (!picture)
         return {};
     return {reinterpret_cast<const char*>(picture->data()),

@@ -2,6 +2,7 @@
 
 #include "Formats/ByteCursor.h"
 #include "Formats/ByteWindow.h"
+#include "Formats/FlacBlock.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Utils/FileURL.h"
@@ -50,30 +51,7 @@ std::optional<QString> lyricsOfComment(ByteCursor::Bytes comment) {
     return text->sliced(equals + 1);
 }
 
-constexpr std::uint64_t flacBlockHeaderLength = 4;
 constexpr std::uint64_t shortestFlacFile = 9;
-constexpr std::uint8_t vorbisCommentBlock = 4;
-
-struct FlacBlock {
-    std::uint8_t type = 0;
-    bool isLast = false;
-    std::uint64_t start = 0;
-    std::uint64_t end = 0;
-};
-
-/// The block whose header stands at `offset`; nothing if it doesn't lie in the file wholly.
-std::optional<FlacBlock> readFlacBlock(media::ByteWindow& window, std::uint64_t offset) {
-    ByteCursor header(window.read(offset, flacBlockHeaderLength));
-    const auto flagAndType = header.readU8();
-    const auto length = header.readU24();
-    if (!flagAndType || !length)
-        return std::nullopt;
-    FlacBlock block{.type = static_cast<std::uint8_t>(*flagAndType & 0x7FU),
-                    .isLast = (*flagAndType & 0x80U) != 0,
-                    .start = offset + flacBlockHeaderLength};
-    block.end = block.start + *length;
-    return block.end <= window.size() ? std::optional(block) : std::nullopt;
-}
 
 } // namespace
 
@@ -109,9 +87,9 @@ std::optional<Lyrics> readFlacVorbisLyrics(const media::ByteSource& source) {
     if (window.size() < shortestFlacFile || !window.matches(0, "fLaC"))
         return std::nullopt;
     std::uint64_t offset = 4;
-    while (const auto block = readFlacBlock(window, offset)) {
-        if (block->type == vorbisCommentBlock) {
-            const QByteArray body = window.copy(block->start, block->end - block->start);
+    while (const auto block = media::readFlacBlock(window, offset)) {
+        if (block->type == media::FlacBlockHeader::VorbisComment) {
+            const QByteArray body = window.copy(block->begin, block->end - block->begin);
             if (auto lyrics = parseVorbisCommentBlockForLyrics(body))
                 return lyrics;
         }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Formats/ByteWindow.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace tamsy::media {
+
+/// The header of a FLAC metadata block (RFC 9639, section 8.1).
+struct FlacBlockHeader {
+    static constexpr std::size_t size = 4;
+
+    enum Type : std::uint8_t { StreamInfo = 0, VorbisComment = 4, Picture = 6 };
+
+    std::uint8_t type = 0; ///< a `Type`, or one that nobody here reads
+    bool isLast = false;
+    std::uint32_t length = 0; ///< bytes of the body
+};
+
+/// Nothing if there are fewer than four bytes.
+[[nodiscard]] std::optional<FlacBlockHeader> parseFlacBlockHeader(Bytes bytes);
+
+/// A metadata block in a file.
+struct FlacBlock {
+    std::uint8_t type = 0;
+    bool isLast = false;
+    std::uint64_t begin = 0; ///< of the body
+    std::uint64_t end = 0;   ///< of the body, where the next block or the first frame begins
+};
+
+/// The block whose header is at `offset`; nothing if it isn't wholly in the file.
+[[nodiscard]] std::optional<FlacBlock> readFlacBlock(ByteWindow& window, std::uint64_t offset);
+
+/// The encoded picture in the body of a PICTURE block (RFC 9639, section 8.8), not copied; nothing
+/// if a length in it is wrong.
+[[nodiscard]] std::optional<Bytes> pictureInFlacBlock(Bytes body);
+
+} // namespace tamsy::media
