@@ -14,8 +14,8 @@ struct FrameHeader {
     std::uint32_t sampleRate = 0;
     /// What stays the same from frame to frame of one stream.
     std::uint32_t kind = 0;
-    /// Bytes between this header and the place where an encoder may leave notes about the stream.
-    std::uint32_t sideInformation = 0;
+    /// MPEG layer III: bytes from the frame's start to where an encoder may put a Xing header.
+    std::uint32_t infoStart = 0;
 };
 
 /// Bytes at a frame's start that its header takes at most.

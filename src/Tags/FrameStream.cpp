@@ -75,7 +75,7 @@ std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
     const auto behind = [frame](std::size_t bytes) {
         return ByteCursor(frame.subspan(std::min(frame.size(), bytes)));
     };
-    auto note = readXingNote(behind(4 + header.sideInformation));
+    auto note = readXingNote(behind(header.infoStart));
     if (!note)
         note = readVbriNote(behind(36));
     if (!note || note->frames == 0)

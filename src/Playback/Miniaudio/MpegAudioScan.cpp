@@ -1,8 +1,8 @@
 #include "Playback/Miniaudio/MpegAudioScan.h"
 
 #include "Formats/ByteCursor.h"
+#include "Formats/MpegFrameHeader.h"
 #include "Playback/Miniaudio/LeadingTags.h"
-#include "Playback/Miniaudio/MpegFrameHeader.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
+#include "Formats/MpegFrameHeader.h"
 #include "Playback/Miniaudio/MiniaudioBridge.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
-#include "Playback/Miniaudio/MpegFrameHeader.h"
 #include "Playback/SoundFiles.h"
 #include "Playback/TestAudio.h"
 

@@ -1,4 +1,4 @@
-#include "Playback/Miniaudio/MpegFrameHeader.h"
+#include "Formats/MpegFrameHeader.h"
 
 #include "Formats/ByteCursor.h"
 
@@ -57,11 +57,11 @@ std::optional<MpegFrameHeader> parseMpegFrameHeader(std::span<const std::byte> b
     header.isVersion1 = version == 3;
     header.pcmFrames = pcmFramesOf(header.isVersion1, layer);
     const std::uint32_t halvings = header.isVersion1 ? 0 : version == 2 ? 1 : 2;
-    const std::uint32_t sampleRate = version1SampleRates[rate] >> halvings;
+    header.sampleRate = version1SampleRates[rate] >> halvings;
     const std::uint32_t bitsPerSecond = bitratesOf(header.isVersion1, layer)[bitrate] * 1000U;
     if (bitsPerSecond != 0) {
         const std::uint32_t slotBytes = layer == 1 ? 4 : 1;
-        const std::uint32_t slots = header.pcmFrames / 8 / slotBytes * bitsPerSecond / sampleRate;
+        const std::uint32_t slots = header.pcmFrames / 8 / slotBytes * bitsPerSecond / header.sampleRate;
         const std::uint32_t padding = (*word >> 9U) & 1U;
         header.frameBytes = (slots + padding) * slotBytes;
     }
