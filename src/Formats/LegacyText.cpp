@@ -2,6 +2,7 @@
 
 #include "Formats/TextConverter.h"
 #include "Formats/TextLikelihood.h"
+#include "Formats/Utf8.h"
 
 #include <QStringDecoder>
 
@@ -26,12 +27,6 @@ constexpr Candidate candidates[] = {
 
 constexpr double withoutKana = 8; // bits
 
-std::optional<QString> decodeUtf8(QByteArrayView bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(std::move(text));
-}
-
 QString decodeWestern(QByteArrayView bytes) {
     constexpr char16_t windows[] = u"€\x81‚ƒ„…†‡ˆ‰Š‹Œ\x8DŽ\x8F\x90‘’“”•–—˜™š›œ\x9DžŸ";
     QString text = QString::fromLatin1(bytes);
@@ -45,8 +40,8 @@ QString decodeWestern(QByteArrayView bytes) {
 } // namespace
 
 LegacyEncoding judgeLegacyEncoding(const std::vector<QByteArray>& texts) {
-    if (std::ranges::all_of(texts,
-                            [](const QByteArray& text) { return decodeUtf8(text).has_value(); }))
+    if (std::ranges::all_of(
+            texts, [](const QByteArray& text) { return decodeStrictUtf8(text).has_value(); }))
         return LegacyEncoding::Utf8;
     auto likeliest = LegacyEncoding::Windows1252;
     double lowest = std::numeric_limits<double>::infinity();
@@ -68,7 +63,7 @@ QString decodeLegacyText(QByteArrayView bytes, LegacyEncoding encoding) {
     const bool isOfSingleBytes = encoding == LegacyEncoding::Utf8 ||
                                  encoding == LegacyEncoding::Windows1252 ||
                                  encoding == LegacyEncoding::Windows1251;
-    const auto utf8 = isOfSingleBytes ? decodeUtf8(bytes) : std::nullopt;
+    const auto utf8 = isOfSingleBytes ? decodeStrictUtf8(bytes) : std::nullopt;
     if (utf8)
         return *utf8;
     if (encoding == LegacyEncoding::Utf8 || encoding == LegacyEncoding::Windows1252)

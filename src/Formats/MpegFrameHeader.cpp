@@ -61,7 +61,8 @@ std::optional<MpegFrameHeader> parseMpegFrameHeader(std::span<const std::byte> b
     const std::uint32_t bitsPerSecond = bitratesOf(header.isVersion1, layer)[bitrate] * 1000U;
     if (bitsPerSecond != 0) {
         const std::uint32_t slotBytes = layer == 1 ? 4 : 1;
-        const std::uint32_t slots = header.pcmFrames / 8 / slotBytes * bitsPerSecond / header.sampleRate;
+        const std::uint32_t slots =
+            header.pcmFrames / 8 / slotBytes * bitsPerSecond / header.sampleRate;
         const std::uint32_t padding = (*word >> 9U) & 1U;
         header.frameBytes = (slots + padding) * slotBytes;
     }

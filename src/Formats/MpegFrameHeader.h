@@ -11,8 +11,8 @@ namespace tamsy {
 struct MpegFrameHeader {
     static constexpr std::size_t size = 4;
 
-    std::uint32_t kind = 0;          // version, layer, sample rate: equal in a stream's frames
-    std::uint32_t frameBytes = 0;    // header included; 0 in the free format, which doesn't tell
+    std::uint32_t kind = 0;       // version, layer, sample rate: equal in a stream's frames
+    std::uint32_t frameBytes = 0; // header included; 0 in the free format, which doesn't tell
     std::uint32_t sampleRate = 0;
     std::uint32_t pcmFrames = 0;     // samples a channel that the frame decodes to
     std::uint32_t sideInfoStart = 0; // layer III: bytes from the frame's start, behind a checksum

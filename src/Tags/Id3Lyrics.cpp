@@ -1,6 +1,7 @@
 #include "Tags/Id3Lyrics.h"
 
 #include "Formats/ByteCursor.h"
+#include "Formats/Id3Terminator.h"
 #include "Formats/LegacyText.h"
 #include "Tags/TagText.h"
 
@@ -20,23 +21,17 @@ struct Entry {
     std::uint32_t milliseconds = 0;
 };
 
-constexpr bool isWide(std::uint8_t encoding) {
-    return encoding == 1 || encoding == 2;
-}
-
 /// Reads up to the terminator; nothing if there is none.
-std::optional<QByteArrayView> readText(ByteCursor& cursor, QByteArrayView payload,
-                                       std::uint8_t encoding) {
+std::optional<QByteArrayView> readText(ByteCursor& cursor, QByteArrayView payload, char encoding) {
     const auto start = static_cast<qsizetype>(cursor.position());
-    const std::uint64_t width = isWide(encoding) ? 2 : 1;
-    while (const auto unit = cursor.readBytes(width)) {
-        if (std::ranges::all_of(*unit, [](std::byte byte) { return byte == std::byte{0}; }))
-            return payload.sliced(start, static_cast<qsizetype>(cursor.position() - width) - start);
-    }
-    return std::nullopt;
+    const qsizetype unit = id3UnitSize(encoding);
+    const qsizetype end = findId3Terminator(payload, unit, start);
+    if (end < 0 || !cursor.seek(static_cast<std::uint64_t>(end + unit)))
+        return std::nullopt;
+    return payload.sliced(start, end - start);
 }
 
-std::vector<Entry> readEntries(ByteCursor& cursor, QByteArrayView payload, std::uint8_t encoding) {
+std::vector<Entry> readEntries(ByteCursor& cursor, QByteArrayView payload, char encoding) {
     std::vector<Entry> entries;
     while (entries.size() < mostEntriesOfSong) {
         const auto bytes = readText(cursor, payload, encoding);
@@ -57,8 +52,9 @@ LegacyEncoding judged(const std::vector<Entry>& entries) {
     return judgeLegacyEncoding(texts);
 }
 
-std::vector<QString> decoded(const std::vector<Entry>& entries, std::uint8_t encoding) {
-    const LegacyEncoding legacy = isWide(encoding) ? LegacyEncoding::Utf8 : judged(entries);
+std::vector<QString> decoded(const std::vector<Entry>& entries, char encoding) {
+    const LegacyEncoding legacy =
+        id3UnitSize(encoding) == 2 ? LegacyEncoding::Utf8 : judged(entries);
     std::vector<QString> texts;
     texts.reserve(entries.size());
     for (const Entry& entry : entries) {
@@ -118,7 +114,7 @@ QString joinedLines(const std::vector<Entry>& entries, const std::vector<QString
 std::optional<QString> synchronisedLyricsText(QByteArrayView payload) {
     ByteCursor cursor(
         std::as_bytes(std::span(payload.data(), static_cast<std::size_t>(payload.size()))));
-    const std::uint8_t encoding = cursor.readU8().value_or(0);
+    const auto encoding = static_cast<char>(cursor.readU8().value_or(0));
     if (!cursor.skip(3) || cursor.readU8() != timesInMilliseconds || !cursor.skip(1) ||
         !readText(cursor, payload, encoding))
         return std::nullopt;

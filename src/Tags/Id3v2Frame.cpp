@@ -1,5 +1,6 @@
 #include "Tags/Id3v2Frame.h"
 
+#include "Formats/Id3Terminator.h"
 #include "Formats/Inflate.h"
 #include "Formats/Unsynchronisation.h"
 #include "Tags/Id3Lyrics.h"
@@ -57,18 +58,12 @@ QByteArray payloadOf(const Id3Frame& frame, QByteArray bytes, qsizetype limit) {
     return frame.isCompressed ? inflated(bytes, limit) : bytes;
 }
 
-/// Splits the text at its first terminator: one zero byte, or an aligned pair for UTF-16.
+/// The text up to its first terminator, and what follows.
 std::pair<QByteArrayView, QByteArrayView> splitAtTerminator(QByteArrayView bytes, char encoding) {
-    if (encoding == 1 || encoding == 2) {
-        for (qsizetype i = 0; i + 1 < bytes.size(); i += 2) {
-            if (bytes[i] == 0 && bytes[i + 1] == 0)
-                return {bytes.first(i), bytes.sliced(i + 2)};
-        }
-        return {bytes, {}};
-    }
-    const qsizetype end = bytes.indexOf('\0');
+    const qsizetype unit = id3UnitSize(encoding);
+    const qsizetype end = findId3Terminator(bytes, unit);
     return end < 0 ? std::pair(bytes, QByteArrayView())
-                   : std::pair(bytes.first(end), bytes.sliced(end + 1));
+                   : std::pair(bytes.first(end), bytes.sliced(end + unit));
 }
 
 TagText decode(QByteArrayView bytes, char encoding) {

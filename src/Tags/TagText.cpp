@@ -1,5 +1,7 @@
 #include "Tags/TagText.h"
 
+#include "Formats/Utf8.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -36,11 +38,10 @@ QStringDecoder::Encoding likelyOrder(QByteArrayView bytes) {
 } // namespace
 
 TagText utf8Text(QByteArrayView bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder(bytes);
-    if (decoder.hasError())
+    auto text = decodeStrictUtf8(bytes);
+    if (!text)
         return {.decoded = {}, .undecided = bytes.toByteArray()};
-    return {.decoded = std::move(text), .undecided = {}};
+    return {.decoded = std::move(*text), .undecided = {}};
 }
 
 TagText legacyText(QByteArrayView bytes) {

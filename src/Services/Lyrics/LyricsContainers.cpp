@@ -3,11 +3,11 @@
 #include "Formats/ByteCursor.h"
 #include "Formats/ByteWindow.h"
 #include "Formats/FlacBlock.h"
+#include "Formats/Id3Terminator.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Utils/FileURL.h"
 
-#include <algorithm>
 #include <span>
 
 namespace tamsy {
@@ -20,13 +20,11 @@ constexpr char utf16BigEndian = 2;
 
 constexpr qsizetype encodingAndLanguageLength = 4;
 
-/// The lyrics behind the descriptor and its terminator; empty if there is no terminator.
-QByteArrayView behindDescriptor(QByteArrayView payload, qsizetype unitWidth) {
-    const QByteArrayView terminator = QByteArrayView("\0\0", 2).first(unitWidth);
-    qsizetype offset = encodingAndLanguageLength;
-    while (offset + unitWidth <= payload.size() && payload.sliced(offset, unitWidth) != terminator)
-        offset += unitWidth;
-    return payload.sliced(std::min(offset + unitWidth, payload.size()));
+/// The lyrics after the descriptor and its terminator; empty if there is no terminator.
+QByteArrayView afterDescriptor(QByteArrayView payload) {
+    const qsizetype unit = id3UnitSize(payload.front());
+    const qsizetype end = findId3Terminator(payload, unit, encodingAndLanguageLength);
+    return end < 0 ? QByteArrayView() : payload.sliced(end + unit);
 }
 
 std::optional<QString> decodeID3Text(QByteArrayView bytes, char encoding) {
@@ -59,8 +57,7 @@ std::optional<Lyrics> parseID3USLT(QByteArrayView payload) {
     if (payload.size() < encodingAndLanguageLength)
         return std::nullopt;
     const char encoding = payload.front();
-    const bool isWide = encoding == utf16WithMark || encoding == utf16BigEndian;
-    const auto text = decodeID3Text(behindDescriptor(payload, isWide ? 2 : 1), encoding);
+    const auto text = decodeID3Text(afterDescriptor(payload), encoding);
     return text ? parseAsStampsDecide(*text) : std::nullopt;
 }
 

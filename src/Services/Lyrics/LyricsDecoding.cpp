@@ -1,5 +1,7 @@
 #include "Services/Lyrics/LyricsDecoding.h"
 
+#include "Formats/Utf8.h"
+
 #include <QStringConverter>
 
 namespace tamsy {
@@ -21,7 +23,7 @@ std::optional<QString> decodeLatin1(QByteArrayView bytes) {
 } // namespace
 
 std::optional<QString> decodeUTF8(QByteArrayView bytes) {
-    return bytes.isValidUtf8() ? std::optional(QString::fromUtf8(bytes)) : std::nullopt;
+    return decodeStrictUtf8(bytes);
 }
 
 std::optional<QString> decodeUTF16(QByteArrayView bytes) {
