@@ -61,8 +61,7 @@ std::vector<MediaItem> selected(const std::vector<MediaItem>& items, auto&& pred
 
 } // namespace
 
-MediaAsset::MediaAsset(const FileURL& url, Depth depth)
-    : url_(url), source_(media::openFileSource(url)) {
+MediaAsset::MediaAsset(const FileURL& url, Depth depth) : source_(media::openFileSource(url)) {
     if (!source_)
         return;
     MediaParse parse(source_,

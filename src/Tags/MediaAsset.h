@@ -2,13 +2,14 @@
 
 #include "Formats/ByteSource.h"
 #include "Tags/MediaItem.h"
-#include "Utils/FileURL.h"
 
 #include <QHash>
 
 #include <vector>
 
 namespace tamsy {
+
+class FileURL;
 
 /// An audio file's own account of itself: its length and its tags, whatever its container. The file
 /// is recognised by its content, not by its name, and is read when the asset is made; nothing reads
@@ -25,8 +26,6 @@ class MediaAsset {
     };
 
     MediaAsset(const FileURL& url, Depth depth);
-
-    [[nodiscard]] const FileURL& url() const { return url_; }
 
     /// Whether the file could be opened and no read of it has failed so far, those of items' bytes
     /// counted.
@@ -46,7 +45,6 @@ class MediaAsset {
     [[nodiscard]] const QHash<QString, QString>& infoDictionary() const { return info_; }
 
   private:
-    FileURL url_;
     media::SharedSource source_;
     double duration_ = 0;
     std::vector<MediaItem> items_;

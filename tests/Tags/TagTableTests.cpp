@@ -1,5 +1,6 @@
 #include "Tags/MediaAsset.h"
 #include "Tags/TagText.h"
+#include "Utils/FileURL.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -7,6 +7,7 @@
 #include "Services/Lyrics/LyricsItems.h"
 #include "Services/Lyrics/LyricsSidecar.h"
 #include "Tags/MediaAsset.h"
+#include "Utils/FileURL.h"
 #include "Utils/MemoryCache.h"
 
 #include <QFuture>

@@ -5,6 +5,7 @@
 #include "Services/Metadata/FlacArtwork.h"
 #include "Tags/ImageDecoding.h"
 #include "Tags/MediaAsset.h"
+#include "Utils/FileURL.h"
 #include "Utils/TextTrimming.h"
 
 #include <QPromise>
@@ -87,7 +88,7 @@ QImage decodedItem(const MediaItem& item, PictureBudget& budget) {
 
 /// The cover: the first artwork item of the common list, else the first item of any format that is
 /// a picture, else the pictures of a FLAC file.
-QImage artworkImage(const MediaAsset& asset, const Items& common) {
+QImage artworkImage(const FileURL& url, const MediaAsset& asset, const Items& common) {
     PictureBudget budget;
     if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
         QImage image = decodedItem(*item, budget);
@@ -101,8 +102,8 @@ QImage artworkImage(const MediaAsset& asset, const Items& common) {
                 return image;
         }
     }
-    const bool isFlac = asset.url().pathExtension().toLower() == "flac";
-    return isFlac ? flacEmbeddedArtwork(asset.url(), budget) : QImage();
+    const bool isFlac = url.pathExtension().toLower() == "flac";
+    return isFlac ? flacEmbeddedArtwork(url, budget) : QImage();
 }
 
 /// What the worker leaves in memory for the interface thread's steps.
@@ -110,7 +111,7 @@ struct LoadedFile {
     LoadedFile(const FileURL& url, MediaAsset::Depth depth)
         : asset(url, depth), common(asset.commonMetadata()) {}
 
-    void decodeArtwork() { artwork = artworkImage(asset, common); }
+    void decodeArtwork(const FileURL& url) { artwork = artworkImage(url, asset, common); }
 
     MediaAsset asset;
     Items common;
@@ -170,7 +171,7 @@ LoadedHere loadedHere(const FileURL& url) {
     if (InterfaceThread::isCurrent())
         return {};
     const auto file = std::make_shared<LoadedFile>(url, MediaAsset::Depth::Full);
-    file->decodeArtwork();
+    file->decodeArtwork(url);
     const auto metadata = InterfaceThread::waitFor<AudioMetadata>(
         [file] { return QtFuture::makeReadyFuture(chosen(*file)); });
     return {.metadata = metadata.value_or(AudioMetadata()),
@@ -195,7 +196,7 @@ AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
 QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
     return startLoad([url] {
         LoadedFile file(url, MediaAsset::Depth::Full);
-        file.decodeArtwork();
+        file.decodeArtwork(url);
         return file;
     });
 }
