@@ -1,5 +1,7 @@
 #include "Utils/PlaybackLogger.h"
 
+#include "Utils/BaseDirectory.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -7,17 +9,6 @@
 #include <utility>
 
 namespace tamsy {
-namespace {
-
-QString stateDirectory() {
-    QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (base.isEmpty())
-        base = QDir::homePath() + QLatin1String("/.local/state");
-    return base + QLatin1String("/Tamsy Music");
-}
-
-} // namespace
-
 void PlaybackLogger::log([[maybe_unused]] const QString& message) {
 #ifdef TAMSY_PLAYBACK_LOG
     shared().write(message);
@@ -30,9 +21,9 @@ PlaybackLogger& PlaybackLogger::shared() {
 }
 
 PlaybackLogger::PlaybackLogger() {
-    const QString directory = stateDirectory();
-    QDir().mkpath(directory);
-    fileURL_ = QFile::encodeName(directory + QLatin1String("/playback.log"));
+    const QByteArray directory = baseDirectory(BaseDirectory::State) + "/Tamsy Music";
+    QDir().mkpath(QFile::decodeName(directory));
+    fileURL_ = directory + "/playback.log";
     writer_ = std::jthread([this](const std::stop_token& stop) { runWriter(stop); });
 }
 

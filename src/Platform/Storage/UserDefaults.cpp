@@ -1,5 +1,7 @@
 #include "Platform/Storage/UserDefaults.h"
 
+#include "Utils/BaseDirectory.h"
+
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -20,10 +22,7 @@ UserDefaults& UserDefaults::standard() {
 }
 
 QByteArray UserDefaults::configurationDirectory() {
-    QByteArray base = qgetenv("XDG_CONFIG_HOME");
-    if (!base.startsWith('/'))
-        base = qgetenv("HOME") + "/.config";
-    return base + "/Tamsy Music";
+    return baseDirectory(BaseDirectory::Config) + "/Tamsy Music";
 }
 
 UserDefaults::UserDefaults(QByteArray directory) : directory_(std::move(directory)) {}
