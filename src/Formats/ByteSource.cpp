@@ -1,16 +1,14 @@
 #include "Formats/ByteSource.h"
 
+#include "Platform/Storage/RegularFile.h"
 #include "Platform/Threads/FileWatch.h"
 #include "Platform/Threads/ReadPriority.h"
 #include "Utils/FileURL.h"
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <utility>
 
 namespace tamsy::media {
 
@@ -20,13 +18,8 @@ constexpr std::uint64_t largestValue = std::uint64_t{64} * 1024 * 1024;
 
 class FileSource : public ByteSource {
   public:
-    FileSource(int descriptor, const struct stat& status)
-        : descriptor_(descriptor),
-          device_(status.st_dev),
-          size_(static_cast<std::uint64_t>(status.st_size)) {}
-    FileSource(const FileSource&) = delete;
-    FileSource& operator=(const FileSource&) = delete;
-    ~FileSource() override { ::close(descriptor_); }
+    explicit FileSource(RegularFile file)
+        : file_(std::move(file)), size_(static_cast<std::uint64_t>(file_.status().st_size)) {}
 
     [[nodiscard]] std::uint64_t size() const override { return size_; }
 
@@ -39,8 +32,6 @@ class FileSource : public ByteSource {
         std::size_t done = 0;
         while (done < target.size() && offset + done < size_) {
             const ssize_t got = readOnce(offset + done, target.subspan(done));
-            if (got < 0 && errno == EINTR)
-                continue;
             if (got < 0)
                 hasFailed_.store(true, std::memory_order_relaxed);
             if (got <= 0 || FileWatch::isCurrentAbandoned())
@@ -52,13 +43,13 @@ class FileSource : public ByteSource {
 
   private:
     [[nodiscard]] ssize_t readOnce(std::uint64_t offset, std::span<std::byte> target) const {
-        const std::size_t count = PatientReads::pieceAfterMusic(device_, target.size());
+        const std::size_t count =
+            PatientReads::pieceAfterMusic(file_.status().st_dev, target.size());
         const FileWatch::Call call;
-        return ::pread(descriptor_, target.data(), count, static_cast<off_t>(offset));
+        return file_.read(offset, target.first(count));
     }
 
-    int descriptor_;
-    dev_t device_;
+    RegularFile file_;
     std::uint64_t size_;
     mutable std::atomic<bool> hasFailed_{false};
 };
@@ -75,17 +66,8 @@ QByteArray ByteSource::copy(std::uint64_t offset, std::uint64_t length) const {
 
 SharedSource openFileSource(const FileURL& url) {
     const FileWatch::Call call;
-    // Without O_NONBLOCK the opening of a fifo would wait for a writer.
-    const int descriptor =
-        ::open(url.path().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0)
-        return nullptr;
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    return std::make_shared<FileSource>(descriptor, status);
+    RegularFile file(url.path());
+    return file.isOpen() ? std::make_shared<FileSource>(std::move(file)) : nullptr;
 }
 
 std::size_t MemorySource::read(std::uint64_t offset, std::span<std::byte> target) const {

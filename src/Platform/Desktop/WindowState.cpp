@@ -1,40 +1,31 @@
 #include "Platform/Desktop/WindowState.h"
 
-#include <QDir>
-#include <QFile>
+#include "Platform/Storage/StoredFile.h"
+#include "Utils/BaseDirectory.h"
+
 #include <QList>
-#include <QSaveFile>
-#include <QString>
 
 namespace tamsy {
 namespace {
 
-constexpr int leastSide = 200;
-constexpr int greatestSide = 20000;
-constexpr qint64 greatestFileSize = 100;
+constexpr int minSide = 200;
+constexpr int maxSide = 20000;
 
-QString stateDirectory() {
-    QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    if (!QDir::isAbsolutePath(base))
-        base = QDir::homePath() + QLatin1String("/.local/state");
-    return base + QLatin1String("/Tamsy Music");
-}
-
-QString stateFile() {
-    return stateDirectory() + QLatin1String("/window");
+StoredFile stateFile() {
+    return StoredFile(baseDirectory(BaseDirectory::State) + "/Tamsy Music/window");
 }
 
 bool isSensible(int side) {
-    return side >= leastSide && side <= greatestSide;
+    return side >= minSide && side <= maxSide;
 }
 
 } // namespace
 
 std::optional<WindowState> WindowState::load() {
-    QFile file(stateFile());
-    if (!file.open(QIODevice::ReadOnly))
+    const auto content = stateFile().read();
+    if (!content)
         return std::nullopt;
-    const QList<QByteArray> words = file.read(greatestFileSize).simplified().split(' ');
+    const QList<QByteArray> words = content->simplified().split(' ');
     if (words.size() < 3)
         return std::nullopt;
     const QSize size(words[0].toInt(), words[1].toInt());
@@ -45,14 +36,11 @@ std::optional<WindowState> WindowState::load() {
 }
 
 void WindowState::save() const {
-    QDir().mkpath(stateDirectory());
-    QSaveFile file(stateFile());
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.write(QByteArray::number(size.width()) + ' ' + QByteArray::number(size.height()) + ' ' +
-               (isMaximized ? "maximized" : "normal") + ' ' + QByteArray::number(sidebarWidth) +
-               '\n');
-    file.commit();
+    const QByteArray words =
+        QByteArray::number(size.width()) + ' ' + QByteArray::number(size.height()) + ' ' +
+        (isMaximized ? "maximized" : "normal") + ' ' + QByteArray::number(sidebarWidth) + '\n';
+    // Losing it costs a resize.
+    static_cast<void>(stateFile().replaceUnsynced(words));
 }
 
 } // namespace tamsy

@@ -2,19 +2,21 @@
 
 #include "Platform/Storage/FileDescriptor.h"
 #include "Platform/Storage/LargeMemory.h"
+#include "Platform/Storage/RegularFile.h"
 
 #include <QDateTime>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace tamsy {
 namespace {
 
-/// A JSON parser may look this far behind the last byte.
-constexpr qsizetype roomBehindContent = 64;
+/// A JSON parser may look this far past the last byte.
+constexpr qsizetype roomAfterContent = 64;
 
 /// Whole or not at all; a short write is followed by another.
 bool writeAll(int descriptor, QByteArrayView bytes) {
@@ -53,28 +55,24 @@ bool writeNewFile(const QByteArray& path, QByteArrayView content) {
 } // namespace
 
 std::optional<QByteArray> StoredFile::read() const {
-    // Without O_NONBLOCK a fifo under this name would hold the program for ever.
-    const FileDescriptor file(::open(path_.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+    const RegularFile file(path_);
+    if (!file.isOpen())
         return std::nullopt;
     QByteArray content;
-    content.reserve(status.st_size + roomBehindContent);
+    content.reserve(file.status().st_size + roomAfterContent);
     preferLargePages(content.constData(), static_cast<std::size_t>(content.capacity()));
-    content.resize(status.st_size);
-    qsizetype filled = 0;
-    while (filled < content.size()) {
-        const ssize_t count = ::read(file.number(), content.data() + filled,
-                                     static_cast<std::size_t>(content.size() - filled));
-        if (count < 0 && errno == EINTR)
-            continue;
+    content.resize(file.status().st_size);
+    std::span<std::byte> rest = std::as_writable_bytes(std::span(content));
+    while (!rest.empty()) {
+        const ssize_t count =
+            file.read(static_cast<std::uint64_t>(content.size()) - rest.size(), rest);
         if (count < 0)
             return std::nullopt;
         if (count == 0)
             break;
-        filled += count;
+        rest = rest.subspan(static_cast<std::size_t>(count));
     }
-    content.truncate(filled);
+    content.chop(static_cast<qsizetype>(rest.size()));
     return content;
 }
 
@@ -93,6 +91,18 @@ bool StoredFile::replace(QByteArrayView content) const {
         return false;
     if (writeNewFile(beside, content) && ::rename(beside.constData(), path_.constData()) == 0)
         return syncDirectory(directory());
+    ::unlink(beside.constData()); // on a full disk the room is needed
+    return false;
+}
+
+bool StoredFile::replaceUnsynced(QByteArrayView content) const {
+    QByteArray beside = path_ + ".XXXXXX";
+    FileDescriptor file(makeDirectories(directory()) ? ::mkostemp(beside.data(), O_CLOEXEC) : -1);
+    if (!file.isOpen())
+        return false;
+    if (writeAll(file.number(), content) && ::close(file.release()) == 0 &&
+        ::rename(beside.constData(), path_.constData()) == 0)
+        return true;
     ::unlink(beside.constData()); // on a full disk the room is needed
     return false;
 }

@@ -25,6 +25,10 @@ class StoredFile {
     /// stays, if any of that fails.
     [[nodiscard]] bool replace(QByteArrayView content) const;
 
+    /// The same without syncing, for what can be made again: after a power cut the file may be
+    /// missing or empty. Several threads may write the same file at once; the last one wins.
+    [[nodiscard]] bool replaceUnsynced(QByteArrayView content) const;
+
     /// Gives the present content a second name, "<path>.damaged-<time>", that nothing had before;
     /// where the file system has no second names the file moves there. False if neither works.
     [[nodiscard]] bool keepAside() const;

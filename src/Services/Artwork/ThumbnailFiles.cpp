@@ -1,7 +1,8 @@
 #include "Services/Artwork/ThumbnailFiles.h"
 
-#include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Storage/RegularFile.h"
 #include "Platform/Storage/StoredFile.h"
+#include "Utils/BaseDirectory.h"
 #include "Utils/FNV1a.h"
 #include "Utils/FileURL.h"
 
@@ -10,11 +11,8 @@
 #include <QImageWriter>
 #include <QPainter>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <fcntl.h>
-#include <sys/stat.h>
+#include <span>
+
 #include <unistd.h>
 
 namespace tamsy {
@@ -34,16 +32,12 @@ bool isWholeJpeg(QByteArrayView bytes) {
     return bytes.startsWith("\xff\xd8") && bytes.endsWith("\xff\xd9");
 }
 
-QByteArray readRegularFile(const QByteArray& path) {
-    // Without O_NONBLOCK a fifo under this name would hold the program for ever.
-    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > largestFile)
+QByteArray readWhole(const QByteArray& path) {
+    const RegularFile file(path);
+    if (!file.isOpen() || file.status().st_size > largestFile)
         return {};
-    QByteArray bytes(status.st_size, Qt::Uninitialized);
-    const ssize_t count =
-        ::pread(file.number(), bytes.data(), static_cast<std::size_t>(bytes.size()), 0);
+    QByteArray bytes(file.status().st_size, Qt::Uninitialized);
+    const ssize_t count = file.read(0, std::as_writable_bytes(std::span(bytes)));
     return count == bytes.size() ? bytes : QByteArray();
 }
 
@@ -67,8 +61,7 @@ QByteArray fileName(const FileURL& url) {
 } // namespace
 
 QByteArray ThumbnailFiles::applicationSupportDirectory() {
-    const QByteArray chosen = qgetenv("XDG_DATA_HOME");
-    return chosen.startsWith('/') ? chosen : QByteArray(qgetenv("HOME") + "/.local/share");
+    return baseDirectory(BaseDirectory::Data);
 }
 
 QByteArray ThumbnailFiles::directory(QByteArrayView size) const {
@@ -92,7 +85,7 @@ QByteArray ThumbnailFiles::storedPath(const FileURL& url, QByteArrayView size) c
 }
 
 QImage ThumbnailFiles::read(const FileURL& url, QByteArrayView size) const {
-    QByteArray bytes = readRegularFile(diskPath(url, size));
+    QByteArray bytes = readWhole(diskPath(url, size));
     if (!isWholeJpeg(bytes))
         return {};
     QBuffer buffer(&bytes);
@@ -105,16 +98,8 @@ void ThumbnailFiles::write(const QImage& image, const FileURL& url, QByteArrayVi
     const QByteArray bytes = jpegBytes(image);
     if (bytes.isEmpty())
         return;
-    const QByteArray path = diskPath(url, size);
-    QByteArray beside = path + ".XXXXXX"; // two operations may write the same thumbnail at once
-    FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
-    if (!file.isOpen())
-        return;
-    const bool isWritten = ::write(file.number(), bytes.constData(),
-                                   static_cast<std::size_t>(bytes.size())) == bytes.size() &&
-                           ::close(file.release()) == 0;
-    if (!isWritten || ::rename(beside.constData(), path.constData()) != 0)
-        ::unlink(beside.constData()); // on a full disk the room is needed
+    // Without it the cover is only read from the track again.
+    static_cast<void>(StoredFile(diskPath(url, size)).replaceUnsynced(bytes));
 }
 
 } // namespace tamsy
