@@ -58,7 +58,7 @@ deb: ## builds a Debian package in build/deb
 	@lintian --fail-on error build/deb/*.deb
 
 .PHONY: lint
-lint: ## checks layout, floors, words, QML and C++ without running anything
+lint: ## checks layout, floors, words, commit subjects, QML and C++ without running anything
 	@tools/setup build run test lint
 	@$(MAKE) build/asan/build.ninja
 	@tools/lint build/asan
