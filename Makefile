@@ -35,11 +35,11 @@ test: ## runs all tests under the address, undefined-behaviour and thread saniti
 	ctest --preset asan
 
 .PHONY: bench
-bench: ## measures the parts and the program, each beside its baseline
+bench: ## measures the parts and the program, each beside its baseline; ONLY="tones start" some of it
 	@tools/setup build run demo test bench
 	@$(MAKE) build/bench/build.ninja
 	cmake --build --preset bench
-	@bench/run build/bench
+	@bench/run build/bench $(ONLY)
 
 .PHONY: fuzz
 fuzz: ## feeds broken input to each reader for a minute (SECONDS_EACH=60)
