@@ -32,6 +32,13 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE "${CMAKE_MATCH_1}")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CMAKE_MATCH_2}")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/debian/changelog)
 
+# What software centres show as the newest version.
+file(STRINGS packaging/org.tamsy.music.metainfo.xml newest REGEX "<release " LIMIT_COUNT 1)
+if(NOT newest MATCHES "version=\"${PROJECT_VERSION}\"")
+    message(FATAL_ERROR "packaging/org.tamsy.music.metainfo.xml doesn't begin with version ${PROJECT_VERSION}")
+endif()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/org.tamsy.music.metainfo.xml)
+
 # The modules that QML loads by name aren't linked, so nothing else would find that they are needed.
 execute_process(COMMAND tools/setup --names run WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}"
     OUTPUT_VARIABLE names OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
