@@ -9,7 +9,7 @@
 
 namespace tamsy {
 
-/// One folder that the user added to the library, with the tracks found in it.
+/// A folder that the user added to the library, with the tracks found in it.
 struct AudioFolder {
     /// Without a `displayName` the folder shows the last path component of `url`.
     AudioFolder(QUuid id, FileURL url, std::optional<QString> displayName, TrackList tracks,
@@ -17,15 +17,15 @@ struct AudioFolder {
 
     QUuid id;            ///< identity; never changes
     FileURL url;         ///< the folder's location; never changes
-    QString displayName; ///< what the sidebar shows
+    QString displayName; ///< the name in the sidebar
     TrackList tracks;    ///< in library order
     QDateTime dateAdded; ///< when the folder was added; never changes
 
-    /// Lower-case extensions, without the dot, of the files that a scan picks up.
-    [[nodiscard]] static bool isSupportedExtension(QByteArrayView lowercaseExtension);
+    /// The extensions, in lower case and without the dot, of the files that a scan picks up.
     [[nodiscard]] static const QList<QByteArray>& supportedExtensions();
+    [[nodiscard]] static bool isSupportedExtension(QByteArrayView lowercaseExtension);
 
-    /// All five fields; tracks count by their identity.
+    /// Compares all five fields; tracks by identity.
     friend bool operator==(const AudioFolder&, const AudioFolder&) = default;
 };
 

@@ -13,13 +13,13 @@ struct LyricsLine {
     friend bool operator==(const LyricsLine&, const LyricsLine&) = default;
 };
 
-/// The lyrics of one track. Synced ones have at least one line and ascend in time; plain ones have
-/// no times and may have no lines. Copies share their lines.
+/// The lyrics of a track. Synced lyrics have at least one line and ascend in time; plain lyrics
+/// have no times and may have no lines. Copies share their lines.
 struct Lyrics {
     QList<LyricsLine> lines; ///< in the order in which they are shown
     bool isSynced = false;   ///< whether the lines carry real times
 
-    /// What a track without lyrics has: no lines, not synced.
+    /// The value for a track without lyrics: no lines, not synced.
     static const Lyrics empty;
 
     friend bool operator==(const Lyrics&, const Lyrics&) = default;

@@ -8,21 +8,21 @@
 
 namespace tamsy {
 
-/// One playable audio file with the tags that were read for it. A change of tags means a new
-/// record: no field changes after construction. Copies share their texts.
+/// A playable audio file with the tags read from it. A rescan makes a new record; no field changes
+/// after construction. Copies share their texts.
 struct Track {
-    QUuid id;              ///< identity of this record; a rescan makes a new one
-    FileURL url;           ///< where the audio file lies
+    QUuid id;              ///< identity of this record
+    FileURL url;           ///< location of the audio file
     QString title;         ///< display title
     QString artist;        ///< may be empty
     QString album;         ///< may be empty
-    double duration = 0;   ///< seconds; zero, negative or not finite when nothing could be read
-    QString fileExtension; ///< as the scan stored it
+    double duration = 0;   ///< seconds; zero, negative or not finite when unknown
+    QString fileExtension; ///< without the dot, as stored by the scan
 
     /// Minutes and seconds, or "--:--" if the duration isn't a finite number above zero.
     [[nodiscard]] QString durationFormatted() const;
 
-    /// Identity alone decides; two records of one file differ.
+    /// Compares identity only: two records of one file differ.
     friend bool operator==(const Track& a, const Track& b) { return a.id == b.id; }
     friend size_t qHash(const Track& track, size_t seed = 0) { return qHash(track.id, seed); }
 };

@@ -7,11 +7,11 @@
 
 namespace tamsy {
 
-/// FNV-1a in 64 bits (Fowler, Noll, Vo), a quick hash for names and signatures. It is no protection
-/// against bytes that were made to collide.
+/// 64-bit FNV-1a (Fowler, Noll, Vo), a fast hash for names and signatures. It does not resist
+/// deliberate collisions.
 class FNV1a {
   public:
-    /// Takes in `bytes` behind all that came before.
+    /// Continues the hash with `bytes`.
     constexpr void add(QByteArrayView bytes) {
         for (const char byte : bytes) {
             value_ ^= static_cast<unsigned char>(byte);

@@ -7,23 +7,23 @@ namespace tamsy {
 namespace {
 
 constexpr std::string_view scheme = "file://";
-constexpr std::string_view unescaped =
+constexpr std::string_view unescapedCharacters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
     "-._~!$&'()*+,:=@/";
 
-constexpr std::array<bool, 256> makeStandingBytes() {
-    std::array<bool, 256> standing{};
-    for (const char c : unescaped)
-        standing[static_cast<unsigned char>(c)] = true;
-    return standing;
+constexpr std::array<bool, 256> makeUnescapedBytes() {
+    std::array<bool, 256> unescaped{};
+    for (const char c : unescapedCharacters)
+        unescaped[static_cast<unsigned char>(c)] = true;
+    return unescaped;
 }
 
 void appendEscaped(QByteArray& text, QByteArrayView bytes) {
-    static constexpr std::array<bool, 256> standing = makeStandingBytes();
+    static constexpr std::array<bool, 256> unescaped = makeUnescapedBytes();
     static constexpr std::string_view digits = "0123456789ABCDEF";
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
-        if (standing[byte]) {
+        if (unescaped[byte]) {
             text.append(c);
             continue;
         }
@@ -43,7 +43,7 @@ int hexDigit(char c) {
     return -1;
 }
 
-/// Whether every escape is whole and none stands for a NUL, which no path can hold.
+/// Whether every escape is complete and none encodes a NUL, which no path can contain.
 bool canBeUnescaped(QByteArrayView text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i] == '\0')
@@ -58,7 +58,7 @@ bool canBeUnescaped(QByteArrayView text) {
     return true;
 }
 
-/// Undoes the escapes of a text that can be unescaped.
+/// Decodes the escapes of a text for which `canBeUnescaped` holds.
 void appendUnescaped(QByteArray& bytes, QByteArrayView text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (text[i] != '%') {
@@ -70,8 +70,8 @@ void appendUnescaped(QByteArray& bytes, QByteArrayView text) {
     }
 }
 
-/// The text behind the scheme and the host, or nothing: an empty host and "localhost" are this
-/// machine.
+/// The text after the scheme and the host. Nothing if the host is another machine: only an empty
+/// one and "localhost" are this one.
 std::optional<QByteArrayView> escapedPath(QByteArrayView text) {
     const auto schemeSize = static_cast<qsizetype>(scheme.size());
     if (text.size() <= schemeSize || qstrnicmp(text.data(), scheme.data(), scheme.size()) != 0)
@@ -92,7 +92,7 @@ QByteArrayView lastComponent(QByteArrayView path) {
     return path.size() <= 1 ? path : path.sliced(path.lastIndexOf('/') + 1);
 }
 
-/// Where the extension's dot stands in a file name, or -1.
+/// The position of the extension's dot in a file name, or -1.
 qsizetype extensionDot(QByteArrayView name) {
     const qsizetype dot = name.lastIndexOf('.');
     return dot > 0 && dot + 1 < name.size() ? dot : -1;
@@ -134,7 +134,7 @@ QByteArray FileURL::path() const {
 }
 
 QByteArray FileURL::lastPathComponent() const {
-    // An escaped slash (%2F) is a slash of the path once it is undone, so cut after unescaping.
+    // An escaped slash (%2F) separates components once it is unescaped, so unescape first.
     const QByteArray whole = path();
     return lastComponent(whole).toByteArray();
 }

@@ -13,51 +13,50 @@ namespace tamsy {
 /// the bytes of a path. File names are bytes on Linux, so a name that isn't valid UTF-8 lists,
 /// plays, persists and hashes unchanged; only the shown text replaces what can't be decoded.
 ///
-/// The text is the identity: two addresses are equal when their texts are. Text that was read from
-/// a stored document is kept verbatim; text made from a path escapes every byte but letters, digits
-/// and
-/// `-._~!$&'()*+,:=@/` as %XX in upper case. That form is fixed for ever, since stored documents
-/// and cache names hang on it. A copy shares its bytes. A default-made address is empty.
+/// The text is the identity: two addresses are equal when their texts are. Text read from a stored
+/// document is kept verbatim; text made from a path escapes every byte but letters, digits and
+/// `-._~!$&'()*+,:=@/` as %XX in upper case. That form must never change: stored documents and
+/// cache file names depend on it. Copies share their bytes. A default-constructed address is empty.
 ///
-/// The text is held in two parts, so that the files of one folder can share the longer one: a large
-/// library would hold the same folders' texts ten times over.
+/// The text is held in two parts, folder and name, so that the files of one folder can share the
+/// folder's text: a large library would otherwise hold it ten times over.
 class FileURL {
   public:
     FileURL() = default;
 
-    /// The address of `path`, an absolute path in bytes; a slash at its end is dropped.
+    /// The address of `path`, an absolute path in bytes; trailing slashes are dropped.
     [[nodiscard]] static FileURL fromPath(QByteArrayView path);
 
-    /// Reads the text of a file address and keeps it as it stands. Nothing if it is no absolute
-    /// address with the file scheme on this machine, or if an escape is broken or hides a NUL.
+    /// Takes the text of a file address verbatim. Nothing unless it is an absolute address on this
+    /// machine with the file scheme, or if an escape is malformed or encodes a NUL.
     [[nodiscard]] static std::optional<FileURL> fromAbsoluteString(QByteArrayView text);
 
     /// The absolute text, ASCII when made from a path.
     [[nodiscard]] QByteArray absoluteString() const { return folder_ + name_; }
 
-    /// The path's bytes, ready for the system's calls.
+    /// The path's bytes, as system calls take them.
     [[nodiscard]] QByteArray path() const;
 
     /// The last component's bytes; "/" for the root.
     [[nodiscard]] QByteArray lastPathComponent() const;
 
-    /// The last component as it is shown; undecodable bytes become U+FFFD.
+    /// The last component for display; undecodable bytes become U+FFFD.
     [[nodiscard]] QString lastPathComponentText() const;
 
-    /// The last component without its extension, as it is shown.
+    /// The last component without its extension, for display.
     [[nodiscard]] QString nameWithoutExtensionText() const;
 
-    /// What stands behind the last dot of the last component, as it is written: empty without a
-    /// dot, with nothing before or behind the dot.
+    /// The text after the last dot of the last component, its case unchanged; empty if there is no
+    /// dot or nothing before or after it.
     [[nodiscard]] QByteArray pathExtension() const;
 
-    /// The folder that holds this file.
+    /// The folder that contains this file.
     [[nodiscard]] FileURL parent() const;
 
-    /// This folder's entry `name`, given in bytes.
+    /// The address of the entry `name` (bytes) in this folder.
     [[nodiscard]] FileURL appending(QByteArrayView name) const;
 
-    /// Takes `neighbour`'s memory for the folder's text if the two lie in the same one.
+    /// Shares the memory of `neighbour`'s folder text if both are in the same folder.
     void shareFolder(const FileURL& neighbour) {
         if (folder_ == neighbour.folder_)
             folder_ = neighbour.folder_;
@@ -75,8 +74,8 @@ class FileURL {
   private:
     explicit FileURL(QByteArrayView text);
 
-    QByteArray folder_; // up to the last slash, which it holds
-    QByteArray name_;   // what stands behind it
+    QByteArray folder_; // up to and including the last slash
+    QByteArray name_;   // everything after it
 };
 
 } // namespace tamsy

@@ -8,7 +8,7 @@ QString lowercasedNormalForm(const QString& text) {
 }
 
 bool isPlainCJK(char16_t unit) {
-    // From the CJK radicals to the end of the unified ideographs, without the combining tone and
+    // From the CJK radicals to the end of the unified ideographs, except the combining tone and
     // voicing marks, which compose with the character before them.
     const bool combines = (unit >= 0x302A && unit <= 0x302F) || unit == 0x3099 || unit == 0x309A;
     return unit >= 0x2E80 && unit <= 0x9FFF && !combines;

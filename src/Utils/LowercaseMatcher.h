@@ -5,9 +5,9 @@
 
 namespace tamsy {
 
-/// Looks for a query in texts: a plain substring test after lower-casing both, in one normal form
-/// (NFC), so that a decomposed letter is found like its composed twin and never as its bare letter.
-/// Diacritics count. Keeps a buffer, so one matcher serves one thread.
+/// Case-insensitive substring search. Query and text are lower-cased and compared in NFC, so a
+/// decomposed letter matches its composed form but never its base letter alone. Diacritics count.
+/// Keeps a buffer, so an instance belongs to one thread.
 class LowercaseMatcher {
   public:
     explicit LowercaseMatcher(QStringView query);
@@ -15,8 +15,8 @@ class LowercaseMatcher {
     [[nodiscard]] bool isContainedIn(const QString& text);
 
   private:
-    /// Lower-cases into `buffer_`, which spares an allocation for each text, if every unit is ASCII
-    /// or a CJK character that has neither case nor another normal form. False if one isn't.
+    /// Lower-cases into `buffer_`, which saves an allocation for each text, if every unit is ASCII
+    /// or a CJK character with neither case nor another normal form; otherwise false.
     bool lowercasePlainText(QStringView text);
 
     QString query_;

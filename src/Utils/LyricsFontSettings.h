@@ -2,7 +2,7 @@
 
 namespace tamsy {
 
-/// The rules of the lyrics font size, in points.
+/// Limits, default and step of the lyrics font size, in points.
 struct LyricsFontSettings {
     static constexpr auto userDefaultsKey = "lyricsFontSizePoints";
     static constexpr double defaultSize = 46.0;
@@ -10,7 +10,7 @@ struct LyricsFontSettings {
     static constexpr double maximumSize = 96.0;
     static constexpr double step = 4.0;
 
-    /// `size` held between the minimum and the maximum.
+    /// `size`, limited to the range from minimum to maximum.
     [[nodiscard]] static double clamp(double size);
 };
 

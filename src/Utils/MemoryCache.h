@@ -11,40 +11,40 @@
 
 namespace tamsy {
 
-/// Values under keys, kept as long as the memory set aside for them allows: when the costs exceed
-/// the limit, the values that weren't asked for the longest go first. A value is handed out as a
-/// copy, so it should share its storage. Any thread.
+/// A least-recently-used cache: when the total cost would exceed the limit, the values unused for
+/// longest are removed first. Values are returned by copy, so they should share their storage.
+/// Any thread.
 template <typename Key, typename Value>
 class MemoryCache {
   public:
-    /// `totalCostLimit` is in the unit of the costs, as a rule bytes.
+    /// `totalCostLimit` is in the same unit as the costs, usually bytes.
     explicit MemoryCache(std::size_t totalCostLimit) : totalCostLimit_(totalCostLimit) {}
 
     [[nodiscard]] std::optional<Value> object(const Key& key) {
         const std::scoped_lock lock(mutex_);
-        const auto found = places_.find(key);
-        if (found == places_.end())
+        const auto found = positions_.find(key);
+        if (found == positions_.end())
             return std::nullopt;
         entries_.splice(entries_.begin(), entries_, found->second);
         return entries_.front().value;
     }
 
-    /// Keeps `value` in place of what stood under `key`. One that costs more than the limit isn't
-    /// kept.
+    /// Stores `value` under `key`, replacing the former value. A value that costs more than the
+    /// limit isn't stored.
     void setObject(Value value, const Key& key, std::size_t cost) {
         const std::scoped_lock lock(mutex_);
-        if (const auto former = places_.find(key); former != places_.end())
+        if (const auto former = positions_.find(key); former != positions_.end())
             remove(former->second);
         if (cost > totalCostLimit_)
             return;
         while (cost > totalCostLimit_ - totalCost_)
             remove(std::prev(entries_.end()));
         entries_.push_front({key, std::move(value), cost});
-        places_.emplace(key, entries_.begin());
+        positions_.emplace(key, entries_.begin());
         totalCost_ += cost;
     }
 
-    /// The costs of all that is kept.
+    /// The sum of the costs of all stored values.
     [[nodiscard]] std::size_t totalCost() const {
         const std::scoped_lock lock(mutex_);
         return totalCost_;
@@ -56,21 +56,21 @@ class MemoryCache {
         Value value;
         std::size_t cost;
     };
-    using Place = typename std::list<Entry>::iterator;
+    using Position = typename std::list<Entry>::iterator;
     struct Hash {
         std::size_t operator()(const Key& key) const { return qHash(key, 0); }
     };
 
-    void remove(Place place) {
-        totalCost_ -= place->cost;
-        places_.erase(place->key);
-        entries_.erase(place);
+    void remove(Position position) {
+        totalCost_ -= position->cost;
+        positions_.erase(position->key);
+        entries_.erase(position);
     }
 
     const std::size_t totalCostLimit_;
-    mutable std::mutex mutex_; // guards all that follows
-    std::list<Entry> entries_; // the one asked for last in front
-    std::unordered_map<Key, Place, Hash> places_;
+    mutable std::mutex mutex_; // guards everything below
+    std::list<Entry> entries_; // most recently used first
+    std::unordered_map<Key, Position, Hash> positions_;
     std::size_t totalCost_ = 0;
 };
 

@@ -8,7 +8,8 @@
 namespace tamsy {
 namespace {
 
-// Ideographs are letters by category; those with a numeric value are listed by the Unihan database.
+// Ideographs are letters by category; these are the ones with a numeric value in the Unihan
+// database.
 constexpr char32_t numericIdeographs[] = {
     0x3405,  0x3483,  0x382A,  0x3B4D,  0x4E00,  0x4E03,  0x4E07,  0x4E09,  0x4E5D,
     0x4E8C,  0x4E94,  0x4E96,  0x4EBF,  0x4EC0,  0x4EDF,  0x4EE8,  0x4F0D,  0x4F70,

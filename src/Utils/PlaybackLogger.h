@@ -11,13 +11,12 @@
 
 namespace tamsy {
 
-/// A diagnostic channel for following what engines and player do. Nothing in the program reads it.
-/// It is off in release builds, where a message is dropped at once and no file is made; debug
-/// builds append to `$XDG_STATE_HOME/Tamsy Music/playback.log` (`~/.local/state` without the
-/// variable).
+/// A log of what the engines and the player do, for diagnosis; the program itself never reads it.
+/// Release builds drop every message and make no file; debug builds append to
+/// `$XDG_STATE_HOME/Tamsy Music/playback.log` (`~/.local/state` if the variable is unset).
 class PlaybackLogger {
   public:
-    /// Writes `message` as one line behind a time stamp. Any thread; never waits for the file.
+    /// Appends a line: a time stamp and `message`. Any thread; never waits for the file.
     static void log(const QString& message);
 
   private:
@@ -28,10 +27,10 @@ class PlaybackLogger {
     void runWriter(const std::stop_token& stop);
 
     QByteArray fileURL_;
-    std::mutex mutex_; // guards the lines
+    std::mutex mutex_; // guards lines_
     std::condition_variable_any changed_;
-    QByteArray lines_;    // on their way to the file
-    std::jthread writer_; // its end waits until they are there
+    QByteArray lines_;    // not written yet
+    std::jthread writer_; // writes them all before it ends
 };
 
 } // namespace tamsy

@@ -16,7 +16,8 @@ QStringView trimmed(QStringView text, Predicate drops) {
 
 } // namespace
 
-// All space separators and newlines lie in the basic plane, so single UTF-16 units decide.
+// All space separators and newlines are in the Basic Multilingual Plane, so testing single UTF-16
+// code units is enough.
 
 bool isWhitespace(char32_t character) {
     return character == U'\t' || QChar::category(character) == QChar::Separator_Space;

@@ -5,7 +5,7 @@
 
 namespace tamsy {
 
-/// White space: the Unicode space separators (category Zs) and the tab, no line ends.
+/// White space: the Unicode space separators (category Zs) and the tab, but no newline.
 [[nodiscard]] bool isWhitespace(char32_t character);
 
 /// The seven newline characters: U+000A to U+000D, U+0085, U+2028 and U+2029.

@@ -8,7 +8,7 @@
 
 namespace tamsy {
 
-/// Ends a subscription when it is destroyed. Move-only; a default-made one stands for none.
+/// Ends a subscription when it is destroyed. Move-only; a default-constructed one holds none.
 class Subscription {
   public:
     Subscription() = default;
@@ -34,22 +34,22 @@ class Subscription {
     std::function<void()> end_;
 };
 
-/// A set of subscriptions that end with their owner.
+/// Subscriptions that end with their owner.
 using Subscriptions = std::vector<Subscription>;
 
 template <typename T>
 class ValueSubject;
 
-/// The read-only face of a `ValueSubject`, as an engine hands it out. It may outlive the subject;
-/// it then delivers the last value and nothing after it.
+/// The read-only side of a `ValueSubject`. It may outlive the subject; it then delivers the last
+/// value and nothing after it.
 template <typename T>
 class Publisher {
   public:
     using Handler = std::function<void(const T&)>;
 
-    /// Delivers the latest value at once, then every later one, equal values too, each on the
-    /// thread that sends it. No call begins once the returned subscription has ended on that same
-    /// thread.
+    /// Delivers the latest value at once, then every later one, even if equal, each on the thread
+    /// that sends it. Once the returned subscription has ended on that thread, no further call
+    /// begins.
     [[nodiscard]] Subscription subscribe(Handler handler) const;
 
     /// The latest value. Any thread.
@@ -63,7 +63,7 @@ class Publisher {
     struct State {
         explicit State(T initial) : value(std::move(initial)) {}
 
-        std::mutex mutex; // guards all that follows
+        std::mutex mutex; // guards everything below
         T value;
         std::vector<std::pair<unsigned, std::shared_ptr<const Handler>>> handlers;
         unsigned nextId = 0;
@@ -82,9 +82,9 @@ class Publisher {
     std::shared_ptr<State> state_;
 };
 
-/// A holder of a latest value that delivers it at once to a new subscriber and then every later
-/// value, including one equal to the last. Any thread may send; two threads that send to the same
-/// subject put their own calls in order. No lock is held while a handler runs.
+/// Holds a latest value; delivers it at once to each new subscriber, then every later value,
+/// including one equal to the last. Any thread may send; threads that send to the same subject must
+/// order their calls themselves. No lock is held while a handler runs.
 template <typename T>
 class ValueSubject {
   public:

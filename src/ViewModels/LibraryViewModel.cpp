@@ -1,6 +1,6 @@
 #include "ViewModels/LibraryViewModel.h"
 
-#include "Utils/JoinedSubscription.h"
+#include "Utils/CombineLatest.h"
 #include "Utils/LowercaseMatcher.h"
 #include "Utils/TextTrimming.h"
 

@@ -1,6 +1,6 @@
 // How the engine's values become what the views show.
 
-#include "Utils/JoinedSubscription.h"
+#include "Utils/CombineLatest.h"
 #include "ViewModels/PlayerViewModel.h"
 #include "ViewModels/TrackNavigation.h"
 
@@ -24,7 +24,7 @@ void PlayerViewModel::bindEngine() {
             Q_EMIT durationChanged();
     }));
     // The seeking flag takes no part in the decision; its change runs the handler again.
-    Subscriptions joined = receiveJoinedOn(
+    Subscriptions joined = combineLatest(
         this,
         [this](double time, bool visible, std::optional<double> pending, bool /*seeking*/) {
             handleTime(time, visible, pending);

@@ -1,6 +1,6 @@
 // When a track has ended, and what plays next.
 
-#include "Utils/JoinedSubscription.h"
+#include "Utils/CombineLatest.h"
 #include "Utils/PlaybackLogger.h"
 #include "ViewModels/PlayerViewModel.h"
 #include "ViewModels/TrackNavigation.h"
@@ -58,7 +58,7 @@ void logChoice(const QString& prefix, const FileURL& url) {
 } // namespace
 
 void PlayerViewModel::detectTrackEnds() {
-    Subscriptions joined = receiveJoinedOn(
+    Subscriptions joined = combineLatest(
         this,
         [this](double time, double duration, bool playing) {
             handleReport(time, duration, playing);

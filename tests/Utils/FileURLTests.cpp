@@ -13,7 +13,7 @@ struct PathRow {
     QByteArray extension;
 };
 
-TEST(FileURL, KeepsEveryByteOfAPathThroughItsText) {
+TEST(FileURL, RoundTripsEveryByteOfAPath) {
     const PathRow rows[] = {
         {"/music/a.mp3", "file:///music/a.mp3", "a.mp3", "mp3"},
         {"/music/", "file:///music", "music", ""},
@@ -48,7 +48,7 @@ TEST(FileURL, KeepsStoredTextVerbatim) {
     EXPECT_EQ(url->lastPathComponent(), "b\xC3\xA9.mp3");
 }
 
-TEST(FileURL, RefusesWhatIsNoFileAddress) {
+TEST(FileURL, RejectsTextThatIsNotALocalFileAddress) {
     for (const char* text :
          {"", "file://", "file:///a%2", "file:///a%zz", "file:///a%00b", "/plain/path",
           "https://example.org/a.mp3", "file://elsewhere/a.mp3", "file:a"})

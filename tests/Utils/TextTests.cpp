@@ -11,7 +11,7 @@ using namespace tamsy;
 
 namespace {
 
-TEST(TimeText, IsZeroBeforeTheStartAndForNoNumberAndNeverOverflows) {
+TEST(TimeText, ShowsZeroForInvalidPositionsAndNeverOverflows) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     for (const double none : {-0.1, -5.0, infinity, std::numeric_limits<double>::quiet_NaN()})
         EXPECT_EQ(timeString(none), QStringLiteral("0:00")) << none;
@@ -19,13 +19,13 @@ TEST(TimeText, IsZeroBeforeTheStartAndForNoNumberAndNeverOverflows) {
     EXPECT_EQ(roundedSeconds(-1e300), std::numeric_limits<std::int64_t>::min());
 }
 
-TEST(LyricsFontSettings, HoldsTheSizeBetweenItsLimits) {
+TEST(LyricsFontSettings, ClampsTheSize) {
     EXPECT_EQ(LyricsFontSettings::clamp(98), 96);
     EXPECT_EQ(LyricsFontSettings::clamp(22), 24);
     EXPECT_EQ(LyricsFontSettings::clamp(50), 50);
 }
 
-TEST(ByteCursor, NeverLeavesItsBytes) {
+TEST(ByteCursor, NeverReadsPastItsBytes) {
     const std::array<std::byte, 5> bytes{};
     ByteCursor cursor(bytes);
     ASSERT_TRUE(cursor.readU16());

@@ -1,4 +1,4 @@
-#include "Utils/JoinedSubscription.h"
+#include "Utils/CombineLatest.h"
 #include "Utils/ValueSubject.h"
 
 #include <QCoreApplication>
@@ -23,19 +23,19 @@ TEST(ValueSubject, AHandlerMayEndItsOwnAndOtherSubscriptions) {
     });
     second = subject.publisher().subscribe([&](const int&) { ++calls; });
     subject.send(1);
-    EXPECT_EQ(calls, 1); // the first delivery alone
+    EXPECT_EQ(calls, 1); // only the initial delivery
 }
 
-TEST(ValueSubject, JoinedValuesAreThoseOfTheMomentOfTheSend) {
+TEST(ValueSubject, CombinedValuesAreThoseAtTheTimeOfTheSend) {
     ValueSubject<double> time(0);
     ValueSubject<bool> playing(true);
     QObject receiver;
     std::vector<std::pair<double, bool>> seen;
-    const Subscriptions subscriptions = receiveJoinedOn(
+    const Subscriptions subscriptions = combineLatest(
         &receiver, [&](double t, bool p) { seen.emplace_back(t, p); }, time.publisher(),
         playing.publisher());
     time.send(9.9);
-    playing.send(false); // follows at once, yet the report before it was sent while playing
+    playing.send(false); // must not change the values already on their way
     EXPECT_TRUE(seen.empty());
     QCoreApplication::processEvents();
     EXPECT_THAT(seen,
