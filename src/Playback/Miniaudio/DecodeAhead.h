@@ -31,7 +31,7 @@ class DecodeAhead {
     /// sound to start with.
     [[nodiscard]] std::optional<ma_result> opened() const;
 
-    /// The same, after at most 50 ms of waiting.
+    /// The same, after at most 40 ms of waiting.
     [[nodiscard]] std::optional<ma_result> waitUntilOpened() const;
 
     /// Begins to move to `seconds`, at most to the end; if that fails, back to `returnTo`. What
@@ -41,7 +41,7 @@ class DecodeAhead {
     /// How the latest seek ended; nothing while it goes on.
     [[nodiscard]] std::optional<ma_result> sought() const;
 
-    /// The same, after at most 50 ms of waiting.
+    /// The same, after at most 40 ms of waiting.
     [[nodiscard]] std::optional<ma_result> waitUntilSought() const;
 
     /// True while the file owes frames: it is being opened or moved, or the device has run dry.
