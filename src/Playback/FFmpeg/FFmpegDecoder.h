@@ -24,6 +24,7 @@ class FFmpegDecoder : public MediaDecoder {
     [[nodiscard]] double duration() const override { return file_->duration(); }
     [[nodiscard]] Block decode() override;
     double seek(double seconds) override;
+    bool scanMore() override { return file_->scanMore(); }
 
   private:
     struct CodecDeleter {

@@ -65,11 +65,7 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
         return AVERROR_EXIT;
     if (input->allowed_ <= 0)
         return AVERROR_EOF;
-    ssize_t count = 0;
-    do {
-        count = ::pread(input->descriptor_, buffer, static_cast<std::size_t>(size),
-                        input->start_ + input->offset_);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = input->readOnce(input->offset_, buffer, static_cast<std::size_t>(size));
     if (count < 0)
         return AVERROR(errno);
     if (count == 0)
@@ -77,6 +73,34 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
     input->offset_ += count;
     input->allowed_ -= count;
     return static_cast<int>(count);
+}
+
+/// As `pread`, from where the sound's container begins.
+ssize_t FileInput::readOnce(std::int64_t offset, void* target, std::size_t size) const {
+    ssize_t count = 0;
+    do {
+        count = ::pread(descriptor_, target, size, start_ + offset);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+std::span<const std::byte> FileInput::readAt(std::int64_t offset,
+                                             std::span<std::byte> target) const {
+    std::size_t filled = 0;
+    while (filled < target.size() && !abandoned_.load(std::memory_order_relaxed)) {
+        const auto rest = target.subspan(filled);
+        const ssize_t count =
+            readOnce(offset + static_cast<std::int64_t>(filled), rest.data(), rest.size());
+        if (count <= 0)
+            break;
+        filled += static_cast<std::size_t>(count);
+    }
+    return target.first(filled);
+}
+
+void FileInput::expectRandomReads(bool isRandom) const {
+    static_cast<void>(
+        ::posix_fadvise(descriptor_, 0, 0, isRandom ? POSIX_FADV_RANDOM : POSIX_FADV_NORMAL));
 }
 
 std::int64_t FileInput::seek(void* self, std::int64_t offset, int whence) {
@@ -110,7 +134,7 @@ std::int64_t FileInput::size() const {
 /// The length of an ID3v2 tag at `offset`, 0 if there is none.
 std::int64_t FileInput::leadingTagSize(std::int64_t offset) const {
     std::array<std::uint8_t, 10> header{};
-    if (::pread(descriptor_, header.data(), header.size(), offset) != std::ssize(header))
+    if (readOnce(offset, header.data(), header.size()) != std::ssize(header))
         return 0;
     const bool isTag = std::memcmp(header.data(), "ID3", 3) == 0 &&
                        std::all_of(header.begin() + 6, header.end(),

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 
 struct AVIOContext;
 
@@ -23,13 +27,25 @@ class FileInput {
     /// Lets the demuxer read so many bytes from now on; then it meets the file's end.
     void allow(std::int64_t bytes) { allowed_ = bytes; }
 
+    /// Reads from `offset`, as much as `target` takes or the file holds, whatever `allow` says.
+    /// Gives the part of `target` that was filled.
+    [[nodiscard]] std::span<const std::byte> readAt(std::int64_t offset,
+                                                    std::span<std::byte> target) const;
+
+    /// In bytes; negative where it can't be told.
+    [[nodiscard]] std::int64_t size() const;
+
+    /// Tells the system whether reads jump about: it then fetches nothing beyond them. At first it
+    /// takes them for sequential.
+    void expectRandomReads(bool isRandom) const;
+
     [[nodiscard]] AVIOContext* context() const { return context_; }
 
   private:
     FileInput(int descriptor, const std::atomic<bool>& abandoned);
     static int read(void* self, std::uint8_t* buffer, int size);
     static std::int64_t seek(void* self, std::int64_t offset, int whence);
-    [[nodiscard]] std::int64_t size() const;
+    [[nodiscard]] ssize_t readOnce(std::int64_t offset, void* target, std::size_t size) const;
     [[nodiscard]] std::int64_t leadingTagSize(std::int64_t offset) const;
 
     int descriptor_;

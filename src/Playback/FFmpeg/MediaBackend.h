@@ -37,7 +37,8 @@ class MediaDecoder {
 
     virtual ~MediaDecoder() = default;
 
-    /// Length in seconds as the file tells it; not finite when it doesn't.
+    /// Length in seconds as the file tells it; not finite when it doesn't. An estimate while
+    /// `scanMore` has work left.
     [[nodiscard]] virtual double duration() const = 0;
 
     /// The next frames. The work of one call is bounded, so it may give none before the end.
@@ -46,6 +47,9 @@ class MediaDecoder {
     /// Goes to `seconds`, exact to a frame, or to the end of the file if that comes first. Gives
     /// the position in seconds of the frame that `decode` gives next.
     virtual double seek(double seconds) = 0;
+
+    /// Does a piece of what opening a slow file left for later; false once nothing is left.
+    virtual bool scanMore() { return false; }
 };
 
 /// The libraries behind the media player. They are large, so they live in a module that is loaded

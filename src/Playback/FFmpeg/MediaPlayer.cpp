@@ -149,6 +149,10 @@ void MediaPlayer::handle(const PlaybackReport& report) {
     case PlaybackReport::Kind::Sought:
         finishSeek(report);
         break;
+    case PlaybackReport::Kind::Scanned:
+        if (!endPosition_)
+            duration_.send(report.duration);
+        break;
     case PlaybackReport::Kind::Ended:
         if (report.seek == latestSeek_ && hasSound_)
             reachEnd(report.position);

@@ -1,7 +1,5 @@
 #include "Playback/FFmpeg/PacketReader.h"
 
-#include "Playback/FFmpeg/RawAac.h"
-
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavcodec/packet.h>
@@ -11,8 +9,8 @@ extern "C" {
 }
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -27,7 +25,7 @@ constexpr const char* containers = "mov,aac,loas,aiff,caf,wav,w64,flac,ogg,mp3,a
 /// none of them is refused without reading far, in bytes.
 constexpr int probeSize = 64 * 1024;
 
-/// Measuring reads the whole file, an hour in a quarter of a second. A larger file than this, in
+/// Measuring by packets reads the whole file, an hour in two seconds. A larger file than this, in
 /// bytes, some ten hours, plays with the length that its bit rate suggests.
 constexpr std::int64_t measureLimit = 512LL << 20U;
 
@@ -158,7 +156,7 @@ void PacketReader::readDuration() {
     else if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
         duration_ = measure();
     else if (stream_->duration != AV_NOPTS_VALUE)
-        duration_ = static_cast<double>(stream_->duration) * av_q2d(stream_->time_base);
+        duration_ = inSeconds(stream_->duration);
     else if (format_->duration != AV_NOPTS_VALUE)
         duration_ = static_cast<double>(format_->duration) / AV_TIME_BASE;
     else
@@ -167,20 +165,49 @@ void PacketReader::readDuration() {
 
 double PacketReader::measure() {
     const std::unique_ptr<AVPacket, PacketDeleter> packet(av_packet_alloc());
-    std::optional<std::int64_t> length;
+    if (!packet)
+        return 0;
+    const bool isWalked = isRawAac(*format_) && startWalk(*packet);
+    const std::int64_t length = isWalked ? walk_->duration() : readThrough(*packet);
+    if (isWalked && walk_->state() == RawAacWalk::State::Done)
+        walk_.reset();
+    seek(0);
+    return inSeconds(length);
+}
+
+/// Walks through the file, as far as that takes no time to speak of. Of a file that is slow to
+/// read, samples have to do: the walk is finished later. False if the file isn't whole frames to
+/// its end.
+bool PacketReader::startWalk(AVPacket& packet) {
+    using State = RawAacWalk::State;
+    constexpr auto patience = std::chrono::milliseconds(20);
     // The index knows the first packet once that has been read.
-    if (packet && isRawAac(*format_) && avio_size(format_->pb) <= measureLimit &&
-        readPacket(*packet)) {
-        av_packet_unref(packet.get());
-        input_->allow(measureLimit);
-        length = indexRawAac(*format_->pb, *stream_);
-        seek(0);
+    if (!readPacket(packet))
+        return false;
+    av_packet_unref(&packet);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    walk_ = std::make_unique<RawAacWalk>(*input_, *stream_);
+    while (walk_->advance() == State::Walking && std::chrono::steady_clock::now() < deadline) {
     }
-    if (packet && !length) {
-        length = readThrough(*packet);
-        seek(0);
+    if (walk_->state() == State::Walking && !walk_->hasFramesAhead()) {
+        while (walk_->advance() == State::Walking) {
+        }
     }
-    return static_cast<double>(length.value_or(0)) * av_q2d(stream_->time_base);
+    return walk_->state() != State::Refused;
+}
+
+bool PacketReader::scanMore() {
+    if (!walk_)
+        return false;
+    const bool goesOn = walk_->advance() == RawAacWalk::State::Walking;
+    duration_ = inSeconds(walk_->duration());
+    if (!goesOn)
+        walk_.reset();
+    return goesOn;
+}
+
+double PacketReader::inSeconds(std::int64_t time) const {
+    return static_cast<double>(time) * av_q2d(stream_->time_base);
 }
 
 std::int64_t PacketReader::readThrough(AVPacket& packet) {

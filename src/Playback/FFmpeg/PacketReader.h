@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Playback/FFmpeg/FileInput.h"
+#include "Playback/FFmpeg/RawAac.h"
 
 #include <atomic>
 #include <cstdint>
@@ -21,8 +22,12 @@ class PacketReader {
     [[nodiscard]] static std::unique_ptr<PacketReader> open(const char* path,
                                                             const std::atomic<bool>& abandoned);
 
-    /// Length in seconds; NaN if the file doesn't tell and can't be measured.
+    /// Length in seconds; NaN if the file doesn't tell and can't be measured. An estimate while
+    /// `scanMore` has work left.
     [[nodiscard]] double duration() const { return duration_; }
+
+    /// Does a piece of the measuring that opening left for later; false once nothing is left.
+    bool scanMore();
 
     [[nodiscard]] const AVCodecParameters& codecParameters() const;
     [[nodiscard]] AVRational timeBase() const;
@@ -49,12 +54,15 @@ class PacketReader {
     static Format openFormat(AVIOContext* input);
     void readDuration();
     [[nodiscard]] double measure();
+    [[nodiscard]] bool startWalk(AVPacket& packet);
+    [[nodiscard]] double inSeconds(std::int64_t time) const;
     [[nodiscard]] std::int64_t readThrough(AVPacket& packet);
 
     std::unique_ptr<FileInput> input_;
     Format format_; // ahead of the input at the end of life
     AVStream* stream_;
     double duration_ = 0;
+    std::unique_ptr<RawAacWalk> walk_; // while it isn't finished
 };
 
 } // namespace tamsy

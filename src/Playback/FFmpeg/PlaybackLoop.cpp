@@ -60,6 +60,7 @@ void PlaybackLoop::changeItem(const PlaybackRequest& request) {
         return;
     if (MediaBackend* backend = backendSource_())
         decoder_ = backend->openFile(request.path.constData(), requests_.abandoned());
+    scanning_ = decoder_ != nullptr;
     report(decoder_ ? PlaybackReport::Kind::Opened : PlaybackReport::Kind::Failed, 0);
 }
 
@@ -90,6 +91,8 @@ void PlaybackLoop::settle(const PlaybackRequest& request) {
         return;
     }
     fill();
+    if (scanning_ && needsNoSound())
+        scan();
     const bool hasEnough = hasAllSound() || ring_.unread() >= FrameRing::startFrames;
     if (request.running && request.run != run_ && hasEnough)
         start(request);
@@ -104,8 +107,16 @@ void PlaybackLoop::fill() {
         filling_ = false;
     else if (unread <= FrameRing::refillLevel)
         filling_ = true;
-    if (filling_ && !hasAllSound())
+    if (!needsNoSound())
         decodeOnce();
+}
+
+/// Music comes first; what opening left for later is done while there is enough of it.
+void PlaybackLoop::scan() {
+    const double estimate = decoder_->duration();
+    scanning_ = decoder_->scanMore();
+    if (!scanning_ && decoder_->duration() != estimate)
+        report(PlaybackReport::Kind::Scanned, 0);
 }
 
 void PlaybackLoop::decodeOnce() {
@@ -184,8 +195,10 @@ PlaybackLoop::Clock::time_point PlaybackLoop::deadline(bool running) const {
     const auto now = Clock::now();
     if (running && lostSince_)
         return now + lossPeriod;
-    if (decoder_ && filling_ && !hasAllSound())
+    if (decoder_ && !needsNoSound())
         return pending_.empty() ? now : now + devicePeriod;
+    if (decoder_ && scanning_)
+        return now;
     if (running && !endReported_) {
         const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::refillLevel;
         const std::uint64_t unread = ring_.unread();

@@ -19,6 +19,7 @@ struct PlaybackReport {
         Failed,  // the file can't be played
         Started, // sound has begun to flow
         Sought,  // `seek` is done
+        Scanned, // `duration` was an estimate and is exact now
         Ended,   // all sound has been played; `position` is the true length
         Unheard, // the output has vanished and no other has come
     };
@@ -51,6 +52,7 @@ class PlaybackLoop {
     void seek(const PlaybackRequest& request);
     void discardSound();
     void fill();
+    void scan();
     void decodeOnce();
     void settle(const PlaybackRequest& request);
     void start(const PlaybackRequest& request);
@@ -60,6 +62,7 @@ class PlaybackLoop {
     void closeOutput();
     [[nodiscard]] Clock::time_point deadline(bool running) const;
     [[nodiscard]] bool hasAllSound() const { return drained_ && pending_.empty(); }
+    [[nodiscard]] bool needsNoSound() const { return !filling_ || hasAllSound(); }
     void report(PlaybackReport::Kind kind, double position) const;
 
     PlaybackRequests& requests_;
@@ -74,6 +77,7 @@ class PlaybackLoop {
     std::unique_ptr<MediaDecoder> decoder_;
     std::span<const StereoFrame> pending_; // decoded, not yet in the ring
     bool filling_ = false;
+    bool scanning_ = false;
     bool drained_ = false;
     bool endReported_ = false;
     double anchorPosition_ = 0;     // seconds, the position of the frame below
