@@ -89,13 +89,13 @@ ApplicationWindow {
 
     FolderDialog {
         id: folderDialog
-        currentFolder: window.folderPanel.startFolder
         onAccepted: window.folderPanel.finish(selectedFolder)
         onRejected: window.folderPanel.finish("")
     }
     Connections {
         target: window.folderPanel
-        function onRequested(prompt: string, message: string) {
+        function onRequested(prompt: string, message: string, startFolder: url) {
+            folderDialog.currentFolder = startFolder;
             folderDialog.title = message;
             folderDialog.acceptLabel = prompt;
             folderDialog.open();

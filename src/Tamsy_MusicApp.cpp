@@ -28,6 +28,7 @@ constexpr std::chrono::milliseconds windowStateRest{250};
 
 Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
     : QObject(parent),
+      folderPanel_([this] { return lastFolder(); }),
       lyricsFontSizePoints_(defaults),
       library_(std::make_unique<FolderLibraryService>(),
                std::make_unique<WindowFolderPanel>(folderPanel_)),
@@ -112,6 +113,11 @@ void Tamsy_MusicApp::saveWindowState() {
         return;
     savedWindowState_ = windowState_;
     windowStateWriter_.add(std::make_shared<Operation>([state = windowState_] { state.save(); }));
+}
+
+std::optional<FileURL> Tamsy_MusicApp::lastFolder() const {
+    const QList<AudioFolder>& folders = library_.folders();
+    return folders.isEmpty() ? std::nullopt : std::optional(folders.constLast().url);
 }
 
 QQuickWindow* Tamsy_MusicApp::mainWindow() const {

@@ -51,6 +51,8 @@ class Tamsy_MusicApp : public QObject {
     Q_SLOT void noteWindowState();
     void saveWindowState();
 
+    [[nodiscard]] std::optional<FileURL> lastFolder() const;
+
     WindowState windowState_;
     std::optional<WindowState> savedWindowState_;
     QTimer savingWindowState_;

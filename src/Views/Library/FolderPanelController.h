@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Desktop/FolderPortal.h"
 #include "ViewModels/FolderPanel.h"
 
 #include <QObject>
@@ -7,22 +8,26 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+#include <optional>
+
 namespace tamsy {
 
-/// The folder picker between the library, which asks for it, and the window, which shows it.
+/// The folder picker between the library, which asks for it, and what shows it: the desktop's
+/// portal, or the window where there is none.
 class FolderPanelController : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one panel.")
-    Q_PROPERTY(QUrl startFolder READ startFolder CONSTANT)
 
   public:
-    using QObject::QObject;
+    /// Gives a folder that the library has, if it has one.
+    using LastFolder = std::function<std::optional<FileURL>()>;
 
-    /// Where the picker begins: the user's music folder, or home where there is none.
-    [[nodiscard]] static QUrl startFolder();
+    explicit FolderPanelController(LastFolder lastFolder = {}, QObject* parent = nullptr);
 
-    /// A request while a panel is open is dropped: the open one is modal.
+    /// A request while the window's panel is open is dropped: that one is modal. The portal's may
+    /// have been lost on the way to the screen, so a new one takes its place.
     void runModal(const QString& prompt, const QString& message,
                   FolderPanel::Completion completion);
 
@@ -32,10 +37,18 @@ class FolderPanelController : public QObject {
     Q_INVOKABLE void finish(const QUrl& url);
 
   Q_SIGNALS:
-    void requested(const QString& prompt, const QString& message);
+    /// The window is to show its panel.
+    void requested(const QString& prompt, const QString& message, const QUrl& startFolder);
 
   private:
+    [[nodiscard]] FileURL startFolder() const;
+    void complete(const std::optional<FileURL>& folder);
+
+    LastFolder lastFolder_;
+    QString prompt_;
+    QString message_;
     FolderPanel::Completion completion_;
+    FolderPortal portal_;
 };
 
 /// The library's hold on the controller, which outlives it.

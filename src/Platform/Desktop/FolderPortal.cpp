@@ -1,0 +1,127 @@
+#include "Platform/Desktop/FolderPortal.h"
+
+#include "Platform/Storage/FileDescriptor.h"
+
+#include <QDBusObjectPath>
+#include <QDBusPendingCallWatcher>
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <algorithm>
+#include <array>
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+
+namespace tamsy {
+namespace {
+
+const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
+
+constexpr int answerLimit = 3000; // milliseconds; the bus may have to start the portal first
+
+/// How the portal names our window. Wayland has names only for windows that were exported.
+QString portalName(const QWindow* window) {
+    return window != nullptr && QGuiApplication::platformName() == QLatin1String("xcb")
+               ? QStringLiteral("x11:%1").arg(window->winId(), 0, 16)
+               : QString();
+}
+
+} // namespace
+
+FolderPortal::FolderPortal(const QDBusConnection& bus, QObject* parent)
+    : QObject(parent),
+      bus_(bus),
+      portalEnd_(portalService, bus, QDBusServiceWatcher::WatchForUnregistration) {
+    connect(&portalEnd_, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        if (!isOpen())
+            return;
+        close();
+        qWarning("The desktop's folder panel has ended");
+        Q_EMIT finished(std::nullopt);
+    });
+}
+
+FolderPortal::~FolderPortal() {
+    close();
+}
+
+void FolderPortal::open(const Request& request) {
+    close();
+    // The portal makes the request's path of our name and this token; listening to it before the
+    // call misses no answer.
+    const QString token = QStringLiteral("tamsy%1").arg(++requests_);
+    const QString caller = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+    const QString handle = QStringLiteral("%1/request/%2/%3").arg(portalPath, caller, token);
+    listen(handle);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        portalService, portalPath, QStringLiteral("org.freedesktop.portal.FileChooser"),
+        QStringLiteral("OpenFile"));
+    QByteArray startFolder = request.startFolder.path();
+    startFolder.append('\0');
+    call.setArguments({portalName(request.parent), request.title,
+                       QVariantMap{{QStringLiteral("handle_token"), token},
+                                   {QStringLiteral("accept_label"), request.acceptLabel},
+                                   {QStringLiteral("directory"), true},
+                                   {QStringLiteral("current_folder"), startFolder}}});
+    auto* answer = new QDBusPendingCallWatcher(bus_.asyncCall(call, answerLimit), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, handle] {
+        answer->deleteLater();
+        if (handle_ != handle)
+            return; // answered already, or a later panel took its place
+        if (answer->isError()) {
+            close();
+            qWarning("No folder panel of the desktop: %s", qPrintable(answer->error().message()));
+            Q_EMIT unavailable();
+            return;
+        }
+        const auto path = answer->reply().arguments().value(0).value<QDBusObjectPath>().path();
+        if (path != handle) // old portals choose a path of their own
+            listen(path);
+    });
+}
+
+void FolderPortal::respond(uint response, const QVariantMap& results, const QDBusMessage& message) {
+    if (message.path() != handle_)
+        return;
+    handle_.clear();
+    const QStringList addresses = results.value(QStringLiteral("uris")).toStringList();
+    std::optional<FileURL> folder;
+    if (response == 0 && !addresses.isEmpty())
+        folder = FileURL::fromAbsoluteString(addresses.constFirst().toUtf8());
+    // Made anew from its bytes, so that it is escaped as all our addresses are.
+    Q_EMIT finished(folder ? std::optional(outsideOfPortal(FileURL::fromPath(folder->path())))
+                           : std::nullopt);
+}
+
+void FolderPortal::listen(const QString& handle) {
+    handle_ = handle;
+    bus_.connect(portalService, handle, requestInterface, QStringLiteral("Response"), this,
+                 SLOT(respond(uint, QVariantMap, QDBusMessage)));
+}
+
+void FolderPortal::close() {
+    if (!isOpen())
+        return;
+    static_cast<void>(bus_.send(QDBusMessage::createMethodCall(
+        portalService, handle_, requestInterface, QStringLiteral("Close"))));
+    handle_.clear();
+}
+
+FileURL outsideOfPortal(const FileURL& folder) {
+    std::array<char, 4096> path{};
+    const ssize_t length = ::getxattr(folder.path().constData(), "user.document-portal.host-path",
+                                      path.data(), path.size());
+    QByteArray real(path.data(), std::max(length, ssize_t{0}));
+    if (real.endsWith('\0')) // some portals count it
+        real.chop(1);
+    const auto canBeRead = [&] {
+        return FileDescriptor(::open(real.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+            .isOpen();
+    };
+    return real.startsWith('/') && canBeRead() ? FileURL::fromPath(real) : folder;
+}
+
+} // namespace tamsy

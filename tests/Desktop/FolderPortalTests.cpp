@@ -1,0 +1,135 @@
+#include "Platform/Desktop/FolderPortal.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVirtualObject>
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <sys/xattr.h>
+
+using namespace tamsy;
+
+namespace {
+
+const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+
+enum class Manner { Answers, Cancels, Refuses, KeepsSilent, EndsWithoutAnswer };
+
+/// A portal that behaves as it is told to.
+class Portal : public QDBusVirtualObject {
+  public:
+    Manner manner = Manner::Answers;
+    QString chosen;
+    QVariantMap options;
+    QStringList calls;
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
+        calls.append(call.member());
+        if (call.member() == QLatin1String("Close"))
+            return true;
+        options = qdbus_cast<QVariantMap>(call.arguments().value(2));
+        if (manner == Manner::Refuses)
+            return bus.send(call.createErrorReply(QDBusError::UnknownInterface, QString()));
+        if (manner == Manner::KeepsSilent)
+            return true;
+        // An old portal's path, which follows no token.
+        const QString handle = portalPath + QStringLiteral("/request/of_its_own");
+        bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
+        if (manner == Manner::EndsWithoutAnswer)
+            return QDBusConnection(bus).unregisterService(portalService);
+        QDBusMessage response = QDBusMessage::createTargetedSignal(
+            call.service(), handle, QStringLiteral("org.freedesktop.portal.Request"),
+            QStringLiteral("Response"));
+        const bool isCanceled = manner == Manner::Cancels;
+        response << (isCanceled ? 1U : 0U)
+                 << QVariantMap{{QStringLiteral("uris"), QStringList{chosen}}};
+        QTest::qWait(50); // the user takes a moment
+        return bus.send(response);
+    }
+};
+
+class FolderPortalTest : public testing::TestWithParam<Manner> {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(bus.registerVirtualObject(portalPath, &portal, QDBusConnection::SubPath));
+        ASSERT_TRUE(bus.registerService(portalService));
+        QObject::connect(&panel, &FolderPortal::finished, [this](const auto& folder) {
+            ++finished;
+            last = folder;
+        });
+    }
+    void TearDown() override {
+        bus.unregisterObject(portalPath, QDBusConnection::UnregisterTree);
+        bus.unregisterService(portalService);
+    }
+    void open(const QByteArray& startFolder = "/music") {
+        panel.open({QStringLiteral("title"), QStringLiteral("accept"),
+                    FileURL::fromPath(startFolder), nullptr});
+    }
+
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("folders"));
+    Portal portal;
+    FolderPortal panel;
+    QSignalSpy unavailable{&panel, &FolderPortal::unavailable};
+    int finished = 0;
+    std::optional<FileURL> last;
+};
+
+TEST_F(FolderPortalTest, PassesFolderNamesAsBytes) {
+    portal.chosen = QStringLiteral("file:///music/%d6%D0/");
+    open("/music/\xD6\xD0");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return finished == 1; }));
+    EXPECT_EQ(last, FileURL::fromPath("/music/\xD6\xD0"));
+    EXPECT_EQ(portal.options.value(QStringLiteral("current_folder")).toByteArray(),
+              QByteArray("/music/\xD6\xD0\0", 10));
+    EXPECT_EQ(portal.options.value(QStringLiteral("accept_label")), QStringLiteral("accept"));
+    EXPECT_EQ(portal.options.value(QStringLiteral("directory")), true);
+    EXPECT_EQ(unavailable.count(), 0);
+}
+
+TEST_P(FolderPortalTest, WithoutAnAnswerThereIsNoFolder) {
+    portal.manner = GetParam();
+    portal.chosen = QStringLiteral("file:///music");
+    open();
+    const bool isUnavailable =
+        portal.manner == Manner::Refuses || portal.manner == Manner::KeepsSilent;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return finished + unavailable.count() > 0; }));
+    EXPECT_EQ(unavailable.count(), isUnavailable ? 1 : 0);
+    EXPECT_FALSE(last.has_value());
+    EXPECT_FALSE(panel.isOpen());
+    // A portal that wakes up late must not show a second panel.
+    if (portal.manner == Manner::KeepsSilent) {
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return portal.calls.contains(QStringLiteral("Close")); }));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Manners, FolderPortalTest,
+                         testing::Values(Manner::Cancels, Manner::Refuses, Manner::KeepsSilent,
+                                         Manner::EndsWithoutAnswer));
+
+TEST(FolderPortal, LeavesTheDocumentPortalsFolderForTheRealOne) {
+    const QTemporaryDir directory;
+    const FileURL passedIn = FileURL::fromPath(QFile::encodeName(directory.path()));
+    const QByteArray real = QFile::encodeName(QDir::tempPath());
+    const auto name = [&](const QByteArray& path) {
+        return ::setxattr(passedIn.path().constData(), "user.document-portal.host-path",
+                          path.constData(), static_cast<std::size_t>(path.size()), 0) == 0;
+    };
+    EXPECT_EQ(outsideOfPortal(passedIn), passedIn);
+    if (!name(real))
+        GTEST_SKIP() << "no extended attributes in " << directory.path().toStdString();
+    EXPECT_EQ(outsideOfPortal(passedIn), FileURL::fromPath(real));
+    ASSERT_TRUE(name("/not/here"));
+    EXPECT_EQ(outsideOfPortal(passedIn), passedIn);
+}
+
+} // namespace
