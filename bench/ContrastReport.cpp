@@ -1,5 +1,6 @@
-// How well the title can be read on the Now Playing window: its contrast with the ground right
-// beside the strokes, over covers of random colours. Draws the real window, so it wants a display.
+// How well text can be read on the Now Playing window: its contrast with the ground right beside
+// the strokes, shadow included, over covers of random colours. Draws the real window, so it needs a
+// display: contrast_report [covers [directory for the pictures of the worst ones]]
 
 #include "Playback/FakeEngine.h"
 #include "Services/Library/FolderLibraryService.h"
@@ -8,15 +9,17 @@
 #include "ViewModels/PlayerViewModel.h"
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
-#include <QElapsedTimer>
+#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QtQml/QQmlExtensionPlugin>
 
 #include <algorithm>
@@ -31,8 +34,9 @@ using namespace tamsy;
 
 namespace {
 
-constexpr int covers = 120;
-constexpr QRect titlePlace(450, 500, 300, 30); // in the window at its first size
+constexpr int defaultCovers = 1000;
+constexpr int patience = 30000;      // milliseconds
+constexpr QColor ground(20, 10, 40); // of the first cover, on which every stroke shows
 
 class NoPanel : public FolderPanel {
     void runModal(const QString& /*prompt*/, const QString& /*message*/,
@@ -51,7 +55,7 @@ QImage randomCover(int number) {
                                 static_cast<float>(isPale ? 0.96 : random.generateDouble()));
     };
     QImage image(64, 64, QImage::Format_RGB32);
-    image.fill(number == 0 ? QColor(20, 10, 40) : color());
+    image.fill(number == 0 ? ground : color());
     if (number == 0)
         return image;
     QPainter(&image).fillRect(0, 30, 64, 34, color());
@@ -67,47 +71,113 @@ double luminance(QRgb pixel) {
            0.0722 * linear(qBlue(pixel));
 }
 
-/// Where the title's strokes are: what is bright over a dark cover.
-std::vector<bool> strokesOf(const QImage& title) {
-    constexpr double bright = 0.35;
-    std::vector<bool> strokes;
-    for (int y = 0; y < title.height(); ++y) {
-        for (int x = 0; x < title.width(); ++x)
-            strokes.push_back(luminance(title.pixel(x, y)) > bright);
-    }
-    return strokes;
-}
+/// A text of the window: where it is, and which of its pixels are strokes.
+class Sample {
+  public:
+    Sample(const char* sampleName, QString shownText)
+        : name(sampleName), text(std::move(shownText)) {}
 
-/// White against the mean of what lies two pixels beside a stroke (WCAG 2.1).
-double contrast(const QImage& title, const std::vector<bool>& strokes) {
-    constexpr int reach = 2;
-    const auto isStroke = [&](int x, int y) {
-        return strokes[static_cast<std::size_t>(y) * static_cast<std::size_t>(title.width()) +
-                       static_cast<std::size_t>(x)];
-    };
-    const auto hasStrokeAt = [&](int x, int y, int distance) {
+    const char* name;
+    QString text;
+    QRect rect;                     ///< in the window, in pixels
+    std::vector<double> brightness; ///< of each pixel on a dark ground, 0 to 1
+    std::vector<double> contrasts;  ///< one a cover
+
+    [[nodiscard]] bool isStroke(int x, int y) const { return at(x, y) > 0.35; }
+    /// Where the ink isn't thinned by the edge.
+    [[nodiscard]] bool isCore(int x, int y) const { return at(x, y) > 0.8; }
+    [[nodiscard]] bool hasStrokeAt(int x, int y, int distance) const {
         return isStroke(x - distance, y) || isStroke(x + distance, y) ||
                isStroke(x, y - distance) || isStroke(x, y + distance);
-    };
-    double sum = 0;
-    int count = 0;
-    for (int y = reach; y < title.height() - reach; ++y) {
-        for (int x = reach; x < title.width() - reach; ++x) {
-            const bool isOnEdge = isStroke(x, y) || hasStrokeAt(x, y, 1);
-            if (isOnEdge || !hasStrokeAt(x, y, reach))
-                continue;
-            sum += luminance(title.pixel(x, y));
-            ++count;
-        }
     }
-    return count == 0 ? 1 : 1.05 / (sum / count + 0.05);
+
+  private:
+    [[nodiscard]] double at(int x, int y) const {
+        return brightness[static_cast<std::size_t>(y * rect.width() + x)];
+    }
+};
+
+/// The strokes are what is bright on a dark ground.
+void findStrokes(Sample& sample, const QImage& window) {
+    const QImage picture = window.copy(sample.rect);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            sample.brightness.push_back(luminance(picture.pixel(x, y)));
+    }
+    const double brightest = std::ranges::max(sample.brightness);
+    for (double& value : sample.brightness)
+        value /= brightest;
 }
 
-void wait(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!timer.hasExpired(milliseconds))
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+/// The mean colour of pixels.
+class Mean {
+  public:
+    void add(QRgb pixel) {
+        red_ += qRed(pixel);
+        green_ += qGreen(pixel);
+        blue_ += qBlue(pixel);
+        ++count_;
+    }
+    [[nodiscard]] double luminanceOrZero() const {
+        return count_ == 0 ? 0 : luminance(qRgb(red_ / count_, green_ / count_, blue_ / count_));
+    }
+
+  private:
+    int red_ = 0;
+    int green_ = 0;
+    int blue_ = 0;
+    int count_ = 0;
+};
+
+/// Contrast (WCAG 2.1) of the strokes with what lies two pixels beside them.
+double contrast(const Sample& sample, const QImage& window) {
+    constexpr int distance = 2;
+    Mean ink;
+    Mean beside;
+    for (int y = distance; y < sample.rect.height() - distance; ++y) {
+        for (int x = distance; x < sample.rect.width() - distance; ++x) {
+            const QRgb pixel = window.pixel(sample.rect.topLeft() + QPoint(x, y));
+            if (sample.isCore(x, y))
+                ink.add(pixel);
+            const bool isOnEdge = sample.isStroke(x, y) || sample.hasStrokeAt(x, y, 1);
+            if (!isOnEdge && sample.hasStrokeAt(x, y, distance))
+                beside.add(pixel);
+        }
+    }
+    return (ink.luminanceOrZero() + 0.05) / (beside.luminanceOrZero() + 0.05);
+}
+
+/// The first item below `parent` that fits.
+template <typename Fits>
+QQuickItem* findItem(const QQuickItem* parent, const Fits& fits) {
+    for (QQuickItem* item : parent->childItems()) {
+        if (fits(item))
+            return item;
+        if (QQuickItem* found = findItem(item, fits))
+            return found;
+    }
+    return nullptr;
+}
+
+bool isOfType(const QQuickItem* item, QByteArrayView type) {
+    return QByteArrayView(item->metaObject()->className()).startsWith(type);
+}
+
+QQuickItem* findText(const QQuickItem* parent, const QString& text) {
+    return findItem(parent, [&](const QQuickItem* item) {
+        return (isOfType(item, "ArtText") || isOfType(item, "LyricGlyphs")) &&
+               item->property("text").toString() == text;
+    });
+}
+
+void report(Sample& sample) {
+    std::ranges::sort(sample.contrasts);
+    const auto at = [&](double share) {
+        return sample.contrasts[static_cast<std::size_t>(
+            share * static_cast<double>(sample.contrasts.size() - 1))];
+    };
+    std::printf("contrast over %zu random covers, %s: minimum %.2f, 5 %% %.1f, median %.1f\n",
+                sample.contrasts.size(), sample.name, at(0), at(0.05), at(0.5));
 }
 
 } // namespace
@@ -115,6 +185,7 @@ void wait(int milliseconds) {
 int main(int argc, char** argv) {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QGuiApplication application(argc, argv);
+    const int covers = argc > 1 ? QByteArray(argv[1]).toInt() : defaultCovers;
     const QTemporaryDir directory;
     UserDefaults defaults(QFile::encodeName(directory.path()));
     LyricsFontSize fontSize(defaults);
@@ -146,25 +217,64 @@ int main(int argc, char** argv) {
     player.showNowPlayingWindow(&player, &library);
     if (window == nullptr)
         return 1;
-    std::vector<double> found;
-    std::vector<bool> strokes;
+    QMetaObject::invokeMethod(
+        findItem(window->contentItem(),
+                 [](const QQuickItem* item) { return isOfType(item, "NowPlayingView"); }),
+        "toggleLyrics");
+
+    std::vector<Sample> samples;
+    samples.emplace_back("title", QStringLiteral("Paper Lanterns"));
+    samples.emplace_back("times", QStringLiteral("0:00"));
+    samples.emplace_back("current line", QStringLiteral("Carry them home"));
+    samples.emplace_back("later line", QStringLiteral("上山的路还很长"));
+    const QByteArray lyrics =
+        "[00:00.00]" + samples[2].text.toUtf8() + "\n[00:10.00]" + samples[3].text.toUtf8() + '\n';
+
     for (int number = 0; number <= covers; ++number) {
-        const QByteArray path = "/music/" + QByteArray::number(number) + "/Paper Lanterns.mp3";
-        player.play(FileURL::fromPath(path));
-        wait(number == 0 ? 3000 : 400);
-        const QImage title = window->grabWindow().copy(titlePlace);
-        if (number == 0)
-            strokes = strokesOf(title);
-        else
-            found.push_back(contrast(title, strokes));
+        const QString folder = directory.filePath(QString::number(number));
+        QDir().mkdir(folder);
+        QFile sidecar(folder + QLatin1String("/Paper Lanterns.lrc"));
+        if (!sidecar.open(QIODevice::WriteOnly) || sidecar.write(lyrics) < 0)
+            return 1;
+        sidecar.close();
+        const QImage before = player.currentArtwork();
+        player.play(
+            FileURL::fromPath(QFile::encodeName(folder + QStringLiteral("/Paper Lanterns.mp3"))));
+        const auto hasCover = [&] {
+            return player.currentArtwork().cacheKey() != before.cacheKey();
+        };
+        if (!QTest::qWaitFor(hasCover, patience))
+            return 1;
+        const auto hasTexts = [&] {
+            return std::ranges::all_of(samples, [&](const Sample& sample) {
+                return findText(window->contentItem(), sample.text) != nullptr;
+            });
+        };
+        if (!QTest::qWaitFor(hasTexts, patience))
+            return 1;
+        QTest::qWait(number == 0 ? 1000 : 60);
+        const QImage picture = window->grabWindow();
+        for (Sample& sample : samples) {
+            if (number == 0) {
+                const QQuickItem* item = findText(window->contentItem(), sample.text);
+                sample.rect = item->mapRectToScene(item->boundingRect())
+                                  .toAlignedRect()
+                                  .intersected(picture.rect());
+                findStrokes(sample, picture);
+            } else {
+                sample.contrasts.push_back(contrast(sample, picture));
+            }
+        }
+        const auto isWorst = [](const Sample& sample) {
+            return sample.contrasts.size() > 1 &&
+                   sample.contrasts.back() == std::ranges::min(sample.contrasts);
+        };
+        if (argc > 2 && std::ranges::any_of(samples, isWorst))
+            picture.save(QString::fromLocal8Bit(argv[2]) +
+                         QStringLiteral("/worst-%1.png").arg(number));
     }
     player.endNowPlayingWindow();
-    std::ranges::sort(found);
-    const auto at = [&](double share) {
-        return found[static_cast<std::size_t>(share * static_cast<double>(found.size() - 1))];
-    };
-    std::printf("contrast of the title over %d random covers: least %.1f, 5 %% %.1f, median %.1f, "
-                "most %.1f\n",
-                covers, at(0), at(0.05), at(0.5), at(1));
+    for (Sample& sample : samples)
+        report(sample);
     return 0;
 }
