@@ -194,14 +194,22 @@ QImage resized(const QImage& image, QSize size) {
 
 double textShadowStrength(const ArtworkColor& a, const ArtworkColor& b,
                           const BubbleColors& bubbles) {
-    Mean mean;
-    mean.add(a);
-    mean.add(b);
-    for (const ArtworkColor& bubble : bubbles)
-        mean.add(bubble);
-    constexpr double readable = 0.15; // the luminance up to which white needs no shadow
-    constexpr double fade = 0.35;
-    return std::clamp((mean.valueOr({}).luminance() - readable) / fade, 0.0, 1.0);
+    constexpr double glow = 0.8; // mean opacity of a blob's centre, in screen blend
+    const auto screened = [](double ground, double light) {
+        return 1 - (1 - ground) * (1 - glow * light);
+    };
+    double brightest = 0;
+    for (const ArtworkColor& ground : {a, b}) {
+        for (const ArtworkColor& bubble : bubbles) {
+            const ArtworkColor lit{screened(ground.red, bubble.red),
+                                   screened(ground.green, bubble.green),
+                                   screened(ground.blue, bubble.blue)};
+            brightest = std::max(brightest, lit.luminance());
+        }
+    }
+    constexpr double readable = 0.05; // the luminance up to which pale ink needs no shadow
+    constexpr double fade = 0.3;
+    return std::clamp((brightest - readable) / fade, 0.0, 1.0);
 }
 
 } // namespace tamsy

@@ -54,7 +54,8 @@ using BubbleColors = std::array<ArtworkColor, 6>;
 /// The picture at `size`, each pixel the nearest one of the source. Null if there is none.
 [[nodiscard]] QImage resized(const QImage& image, QSize size);
 
-/// How strong the shadow of white text must be, 0 to 1, to be read on these colours.
+/// How strong the shadow of white text must be, 0 to 1, to be read where the ground is brightest:
+/// below a blob. On darker ground nobody sees the shadow.
 [[nodiscard]] double textShadowStrength(const ArtworkColor& a, const ArtworkColor& b,
                                         const BubbleColors& bubbles);
 

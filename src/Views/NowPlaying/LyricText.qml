@@ -29,6 +29,7 @@ Item {
                 anchors.fill: sharp
                 source: sharp
                 strength: form.shade
+                ink: form.ink.a * (form.blurred ? 0.75 : 1)
             }
             Item {
                 id: sharp

@@ -10,14 +10,29 @@ Item {
     required property real lyricsFontSizePoints
     required property real shade
 
-    ArtText {
+    LyricText {
+        id: placeholder
+
         anchors.centerIn: parent
+        width: Math.min(measure.implicitWidth, parent.width)
+        height: measure.implicitHeight
         visible: panel.lyrics.count === 0
         text: "暂无歌词"
         shade: panel.shade
-        carriesShade: true
-        color: Qt.rgba(1, 1, 1, 0.5)
-        font.pixelSize: Math.max(panel.lyricsFontSizePoints * 0.45, 14)
+        size: Math.max(panel.lyricsFontSizePoints * 0.45, 14)
+        weight: Font.Normal
+        ink: Qt.rgba(1, 1, 1, 0.5)
+        blurred: false
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+
+        Text {
+            id: measure
+
+            visible: false
+            text: placeholder.text
+            font.pixelSize: placeholder.size
+        }
     }
     Loader {
         anchors.fill: parent

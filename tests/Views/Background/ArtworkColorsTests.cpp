@@ -98,14 +98,15 @@ TEST(ArtworkColorsTest, SignaturesTellPicturesApart) {
     EXPECT_TRUE(imageSignature({}).startsWith("sig:0x0#"));
 }
 
-TEST(ArtworkColorsTest, TheShadowGrowsWithTheGroundsLight) {
-    const auto strength = [](double gray) {
-        const ArtworkColor color{gray, gray, gray};
-        return textShadowStrength(color, color, {color, color, color, color, color, color});
+TEST(ArtworkColorsTest, TheShadowGrowsWithTheBrightestGround) {
+    const auto strength = [](double ground, double glow) {
+        const ArtworkColor dark{ground, ground, ground};
+        const ArtworkColor lit{glow, glow, glow};
+        return textShadowStrength(dark, dark, {dark, dark, lit, dark, dark, dark});
     };
-    EXPECT_EQ(strength(0.2), 0);
-    EXPECT_NEAR(strength(0.6), (0.318547 - 0.15) / 0.35, 1e-5);
-    EXPECT_EQ(strength(0.95), 1);
+    EXPECT_EQ(strength(0.05, 0.1), 0);
+    EXPECT_NEAR(strength(0.1, 0.5), (0.178868 - 0.05) / 0.3, 1e-5); // 0.46 where the blob is
+    EXPECT_EQ(strength(0.1, 0.9), 1);
 }
 
 } // namespace

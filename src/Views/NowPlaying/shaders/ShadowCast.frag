@@ -9,14 +9,15 @@ layout(std140, binding = 0) uniform Parameters {
     mat4 qt_Matrix;
     float qt_Opacity;
     float strength; // 0 to 1
+    float ink;      // opacity of the source's ink, 0 to 1
     vec2 texelStep;
 };
 layout(binding = 1) uniform sampler2D source;
 
 const float narrow = 0.75; // deviations in texels
 const float wide = 3.0;
-const vec2 opacities = vec2(0.35, 0.45);
-const vec2 lift = vec2(2.8, 5.0);
+const vec2 opacities = vec2(0.45, 0.47);
+const vec2 lift = vec2(5.0, 5.5);
 const float drop = 0.5; // of the wide one, in texels
 
 void main() {
@@ -30,6 +31,6 @@ void main() {
         weights += weight;
     }
     // Thin strokes would cast next to nothing: their blur is lifted towards a full stroke's.
-    vec2 covered = (1.0 - exp(-lift * sum / weights)) * opacities * strength;
+    vec2 covered = (1.0 - exp(-lift * sum / (weights * ink))) * opacities * strength;
     fragColor = vec4(0.0, 0.0, 0.0, 1.0 - (1.0 - covered.x) * (1.0 - covered.y)) * qt_Opacity;
 }
