@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Platform/Storage/StoredFile.h"
-#include "Utils/FileURL.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,10 +24,6 @@ class TemporaryFolder {
 
     [[nodiscard]] QByteArray path() const { return QFile::encodeName(directory_.path()); }
     [[nodiscard]] QByteArray path(const QByteArray& name) const { return path() + '/' + name; }
-    [[nodiscard]] FileURL url() const { return FileURL::fromPath(path()); }
-    [[nodiscard]] FileURL url(const QByteArray& name) const {
-        return FileURL::fromPath(path(name));
-    }
 
     /// Writes the file `name` and the folders above it.
     void write(const QByteArray& name, QByteArrayView content = {}) const {

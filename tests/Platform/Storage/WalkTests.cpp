@@ -1,7 +1,7 @@
+#include "FolderURL.h"
 #include "Platform/Storage/Bookmark.h"
 #include "Platform/Storage/DirectoryWalk.h"
 #include "Platform/Storage/FileDescriptor.h"
-#include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -44,7 +44,7 @@ TEST(DirectoryWalk, GivesEveryWantedFileInNaturalOrder) {
         folder.write(QByteArray::fromStdString(name));
     for (const char* other : {".hidden.mp3", ".hidden/a.mp3", "cover.jpg", "mp3", "song.MP3"})
         folder.write(other);
-    EXPECT_EQ(songsIn(folder.url()), inOrder);
+    EXPECT_EQ(songsIn(urlOf(folder)), inOrder);
 }
 
 TEST(DirectoryWalk, PassesOverLinksSpecialFilesAndWhatItCantOpen) {
@@ -70,13 +70,13 @@ TEST(DirectoryWalk, PassesOverLinksSpecialFilesAndWhatItCantOpen) {
     const bool isRoot = ::geteuid() == 0; // who may read everything
     if (isRoot)
         ::setfsuid(65534);
-    EXPECT_THAT(songsIn(folder.url()), ElementsAre("in/1.mp3", "z.mp3"));
-    EXPECT_THAT(songsIn(folder.url("locked")), IsEmpty());
+    EXPECT_THAT(songsIn(urlOf(folder)), ElementsAre("in/1.mp3", "z.mp3"));
+    EXPECT_THAT(songsIn(urlOf(folder, "locked")), IsEmpty());
     if (isRoot)
         ::setfsuid(0);
-    EXPECT_THAT(songsIn(folder.url("chosen")), ElementsAre("1.mp3"));
-    EXPECT_THAT(songsIn(folder.url("gone")), IsEmpty());
-    EXPECT_THAT(songsIn(folder.url("z.mp3")), IsEmpty());
+    EXPECT_THAT(songsIn(urlOf(folder, "chosen")), ElementsAre("1.mp3"));
+    EXPECT_THAT(songsIn(urlOf(folder, "gone")), IsEmpty());
+    EXPECT_THAT(songsIn(urlOf(folder, "z.mp3")), IsEmpty());
 }
 
 TEST(DirectoryWalk, EndsInTreesDeeperThanPathsAndDescriptorsReach) {
@@ -94,7 +94,7 @@ TEST(DirectoryWalk, EndsInTreesDeeperThanPathsAndDescriptorsReach) {
     ::getrlimit(RLIMIT_NOFILE, &former);
     const rlimit few{24, former.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &few);
-    const auto found = songsIn(folder.url());
+    const auto found = songsIn(urlOf(folder));
     ::setrlimit(RLIMIT_NOFILE, &former);
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].size(), 1500 * 2 + 5U);
@@ -111,11 +111,11 @@ TEST(DirectoryWalk, TakesManyEntriesAndStopsWhenAsked) {
     }
     int next = 0;
     std::stop_source stop;
-    DirectoryWalk::visitFiles(folder.url(), {}, isSong, [&](const FileURL& file) {
+    DirectoryWalk::visitFiles(urlOf(folder), {}, isSong, [&](const FileURL& file) {
         EXPECT_EQ(file.lastPathComponent(), "Track " + QByteArray::number(next++) + ".mp3");
     });
     EXPECT_EQ(next, count);
-    DirectoryWalk::visitFiles(folder.url(), stop.get_token(), isSong, [&](const FileURL&) {
+    DirectoryWalk::visitFiles(urlOf(folder), stop.get_token(), isSong, [&](const FileURL&) {
         --next;
         stop.request_stop();
     });
@@ -126,9 +126,9 @@ TEST(Bookmark, FindsTheFolderAgain) {
     const TemporaryFolder folder;
     folder.write("\xB8\xE8 1/a");
     folder.write("file");
-    const FileURL place = folder.url("\xB8\xE8 1");
-    EXPECT_FALSE(Bookmark::create(folder.url("file")));
-    EXPECT_FALSE(Bookmark::create(folder.url("gone")));
+    const FileURL place = urlOf(folder, "\xB8\xE8 1");
+    EXPECT_FALSE(Bookmark::create(urlOf(folder, "file")));
+    EXPECT_FALSE(Bookmark::create(urlOf(folder, "gone")));
     const auto bytes = Bookmark::create(place);
     ASSERT_TRUE(bytes);
     EXPECT_EQ(Bookmark::resolve(*bytes), place);
@@ -138,7 +138,7 @@ TEST(Bookmark, FindsTheFolderAgain) {
     };
     move("\xB8\xE8 1", "renamed");
     if (!bytes->endsWith("\n\n")) { // the file system keeps birth times
-        EXPECT_EQ(Bookmark::resolve(*bytes), folder.url("renamed"));
+        EXPECT_EQ(Bookmark::resolve(*bytes), urlOf(folder, "renamed"));
     }
     folder.write("\xB8\xE8 1/b"); // another folder has come to the address
     EXPECT_EQ(Bookmark::resolve(*bytes), place);

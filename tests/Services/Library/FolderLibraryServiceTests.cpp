@@ -1,4 +1,4 @@
-#include "Platform/Storage/TemporaryFolder.h"
+#include "Platform/Storage/FolderURL.h"
 #include "Platform/Storage/UserDefaults.h"
 #include "Platform/Threads/OperationQueue.h"
 #include "Services/Library/FolderLibraryService.h"
@@ -62,14 +62,14 @@ TEST_F(FolderLibraryServiceTest, MakesATrackOfEachAudioFile) {
     for (const char* name : {"j/2.MP3", "j/10.flac", "j/tagged.oga", "j/\xB8\xE8.wav",
                              "j/a/b/in.caf", "j/x.opus", "j/mp3", "j/.wav", "j/cover.jpg"})
         music.write(name);
-    add(music.url("j"), 5);
+    add(urlOf(music, "j"), 5);
     QStringList lines;
     const TrackList tracks = service->folders()[0].tracks;
     for (const Track& track : tracks)
         lines << QString(track.title % u'|' % track.fileExtension);
     EXPECT_EQ(lines, QStringList({u"2|mp3"_qs, u"10|flac"_qs, u"in|caf"_qs, u"Title|oga"_qs,
                                   u"\uFFFD\uFFFD|wav"_qs}));
-    EXPECT_EQ(tracks[4].url, music.url("j/\xB8\xE8.wav"));
+    EXPECT_EQ(tracks[4].url, urlOf(music, "j/\xB8\xE8.wav"));
     EXPECT_EQ(tracks[1].duration, 2.0);
     EXPECT_TRUE(tracks[1].artist.isSharedWith(tracks[0].artist));
     start();
@@ -80,11 +80,11 @@ TEST_F(FolderLibraryServiceTest, MakesATrackOfEachAudioFile) {
 TEST_F(FolderLibraryServiceTest, KeepsFoldersOverRestartsAndWhileTheyAreGone) {
     music.write("a/1.mp3");
     music.write("b/1.mp3");
-    const QUuid a = add(music.url("a"), 1);
-    add(music.url("b"), 1);
-    add(music.url("a"), 1); // twice is twice
-    EXPECT_FALSE(service->addFolder(music.url("gone")));
-    EXPECT_FALSE(service->addFolder(music.url("a/1.mp3")));
+    const QUuid a = add(urlOf(music, "a"), 1);
+    add(urlOf(music, "b"), 1);
+    add(urlOf(music, "a"), 1); // twice is twice
+    EXPECT_FALSE(service->addFolder(urlOf(music, "gone")));
+    EXPECT_FALSE(service->addFolder(urlOf(music, "a/1.mp3")));
     const QStringList all{u"a 1"_qs, u"b 1"_qs, u"a 1"_qs};
     EXPECT_EQ(shown(), all);
     ASSERT_EQ(::mkdir(music.path("mount").constData(), 0700), 0);
@@ -104,8 +104,8 @@ TEST_F(FolderLibraryServiceTest, KeepsFoldersOverRestartsAndWhileTheyAreGone) {
 TEST_F(FolderLibraryServiceTest, ReplacesAFoldersTracksWithEachScan) {
     music.write("a/1.mp3");
     music.write("b/1.mp3");
-    const QUuid a = add(music.url("a"), 1);
-    add(music.url("b"), 1);
+    const QUuid a = add(urlOf(music, "a"), 1);
+    add(urlOf(music, "b"), 1);
     const TrackList before = service->folders()[0].tracks;
     std::vector<qsizetype> counts;
     const Subscription subscription = service->foldersPublisher().subscribe(
@@ -128,11 +128,11 @@ TEST_F(FolderLibraryServiceTest, ReplacesAFoldersTracksWithEachScan) {
 TEST_F(FolderLibraryServiceTest, PutsAResultWhereItsFolderIsNow) {
     for (const char* name : {"a/1.mp3", "b/1.mp3", "b/2.mp3", "c/1.mp3"})
         music.write(name);
-    const QUuid a = add(music.url("a"), 1);
+    const QUuid a = add(urlOf(music, "a"), 1);
     std::counting_semaphore<> mayRead(0);
     beforeEachFile = [&] { mayRead.acquire(); };
-    ASSERT_TRUE(service->addFolder(music.url("b")));
-    ASSERT_TRUE(service->addFolder(music.url("c")));
+    ASSERT_TRUE(service->addFolder(urlOf(music, "b")));
+    ASSERT_TRUE(service->addFolder(urlOf(music, "c")));
     service->removeFolder(a); // moves b's place while its scan runs
     service->removeFolder(service->folders()[1].id);
     mayRead.release(3);
@@ -150,7 +150,7 @@ TEST_F(FolderLibraryServiceTest, EndsSoonWhileScansAreUnderWay) {
     for (int i = 0; i < 100; ++i)
         music.write("a/" + QByteArray::number(i) + ".mp3");
     beforeEachFile = [] { ::usleep(100'000); }; // ten seconds in all
-    ASSERT_TRUE(service->addFolder(music.url("a")));
+    ASSERT_TRUE(service->addFolder(urlOf(music, "a")));
     service->rescanFolder(service->folders()[0].id);
     QElapsedTimer timer;
     timer.start();
@@ -169,7 +169,7 @@ TEST_F(FolderLibraryServiceTest, EndsSoonWhileAFileHoldsItsReader) {
         isRead.release();
         mayGoOn.acquire();
     };
-    ASSERT_TRUE(service->addFolder(music.url("a")));
+    ASSERT_TRUE(service->addFolder(urlOf(music, "a")));
     isRead.acquire();
     QElapsedTimer timer;
     timer.start();

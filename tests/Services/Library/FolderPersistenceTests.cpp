@@ -1,4 +1,4 @@
-#include "Platform/Storage/TemporaryFolder.h"
+#include "Platform/Storage/FolderURL.h"
 #include "Platform/Storage/UserDefaults.h"
 #include "Services/Library/FolderPersistence.h"
 #include "Services/Library/LibraryDocument.h"
@@ -139,10 +139,10 @@ TEST_F(FolderPersistenceTest, LeavesOutEntriesWithoutABookmarkAndKeepsThemStored
 }
 
 TEST_F(FolderPersistenceTest, StoresTracksThatReadBackTheSame) {
-    EXPECT_FALSE(persistence.saveBookmark(folder.url("gone")));
+    EXPECT_FALSE(persistence.saveBookmark(urlOf(folder, "gone")));
     EXPECT_EQ(stored(), "(none)");
-    const auto first = persistence.saveBookmark(folder.url());
-    const auto second = persistence.saveBookmark(folder.url());
+    const auto first = persistence.saveBookmark(urlOf(folder));
+    const auto second = persistence.saveBookmark(urlOf(folder));
     ASSERT_TRUE(first && second);
     const double now = static_cast<double>(QDateTime::currentSecsSinceEpoch()) - 978307200;
     const double dateAdded = storedFolder(1).value(u"dateAdded").toDouble();
@@ -164,7 +164,7 @@ TEST_F(FolderPersistenceTest, StoresTracksThatReadBackTheSame) {
     const auto records = persistence.loadRecords();
     ASSERT_EQ(records.size(), 2);
     EXPECT_EQ(records[1].data, second->data);
-    EXPECT_EQ(FolderPersistence::resolveBookmark(records[1]), folder.url());
+    EXPECT_EQ(FolderPersistence::resolveBookmark(records[1]), urlOf(folder));
     EXPECT_EQ(records[0].tracks, TrackList());
     ASSERT_EQ(records[1].tracks, tracks);
     for (qsizetype i = 0; i < tracks.size(); ++i) {

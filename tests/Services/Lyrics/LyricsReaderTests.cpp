@@ -3,6 +3,7 @@
 #include "Platform/Storage/TemporaryFolder.h"
 #include "Platform/Threads/InterfaceThread.h"
 #include "Services/Lyrics/LyricsText.h"
+#include "Utils/FileURL.h"
 
 #include <QCoreApplication>
 #include <QFile>
