@@ -14,7 +14,7 @@ Item {
         id: placeholder
 
         anchors.centerIn: parent
-        width: Math.min(measure.implicitWidth, parent.width)
+        width: Math.min(Math.ceil(measure.implicitWidth) + 1, parent.width)
         height: measure.implicitHeight
         visible: panel.lyrics.count === 0
         text: "暂无歌词"
