@@ -1,5 +1,6 @@
 #include "Platform/Desktop/FolderPortal.h"
 
+#include "Platform/Desktop/Portal.h"
 #include "Platform/Storage/FileDescriptor.h"
 
 #include <QDBusObjectPath>
@@ -16,8 +17,6 @@
 namespace tamsy {
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
 
 constexpr int answerLimit = 3000; // milliseconds; the bus may have to start the portal first

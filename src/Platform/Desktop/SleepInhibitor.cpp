@@ -1,5 +1,6 @@
 #include "Platform/Desktop/SleepInhibitor.h"
 
+#include "Platform/Desktop/Portal.h"
 #include "Platform/Threads/InterfaceThread.h"
 
 #include <QDBusObjectPath>
@@ -12,8 +13,6 @@ namespace tamsy {
 namespace {
 
 using namespace std::chrono_literals;
-
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 
 /// Of the portal's flags: the machine may not be suspended when nobody uses it.
 constexpr uint suspendFlag = 4;
@@ -71,8 +70,8 @@ void SleepInhibitor::ask(const QDBusConnection& bus, const QDBusMessage& call, A
 void SleepInhibitor::askPortal() {
     state_ = State::Asking;
     QDBusMessage call = QDBusMessage::createMethodCall(
-        portalService, QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.Inhibit"), QStringLiteral("Inhibit"));
+        portalService, portalPath, QStringLiteral("org.freedesktop.portal.Inhibit"),
+        QStringLiteral("Inhibit"));
     call.setArguments({QString(), suspendFlag, QVariantMap{{QStringLiteral("reason"), why_}}});
     ask(
         session_, call,

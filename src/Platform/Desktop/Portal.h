@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace tamsy {
+
+/// The desktop portals' name and object on the session bus (xdg-desktop-portal).
+inline const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+inline const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+
+} // namespace tamsy
