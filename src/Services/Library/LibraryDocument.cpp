@@ -50,12 +50,21 @@ class Fields {
     unsigned found_ = 0;
 };
 
-bool readTrack(element value, PersistedTrack& track) {
+/// Reads an object whose fields `readField` takes; false unless all `count` are there.
+template <typename ReadField>
+bool readObject(element value, unsigned count, ReadField readField) {
     simdjson::dom::object object;
     if (value.get(object) != simdjson::SUCCESS)
         return false;
     Fields fields;
-    const auto readField = [&](std::string_view key, element field) {
+    return std::all_of(
+               object.begin(), object.end(),
+               [&](const auto& field) { return readField(fields, field.key, field.value); }) &&
+           fields.hasAll(count);
+}
+
+bool readTrack(element value, PersistedTrack& track) {
+    return readObject(value, 7, [&](Fields& fields, std::string_view key, element field) {
         if (key == "id")
             return fields.take(0, field, track.id);
         if (key == "urlString")
@@ -71,10 +80,7 @@ bool readTrack(element value, PersistedTrack& track) {
         if (key == "fileExtension")
             return fields.take(6, field, track.fileExtension);
         return true;
-    };
-    return std::all_of(object.begin(), object.end(),
-                       [&](const auto& field) { return readField(field.key, field.value); }) &&
-           fields.hasAll(7);
+    });
 }
 
 bool readTracks(element value, const LibraryDocument& document,
@@ -94,11 +100,7 @@ bool readTracks(element value, const LibraryDocument& document,
 }
 
 bool readFolder(element value, const LibraryDocument& document, PersistedFolder& folder) {
-    simdjson::dom::object object;
-    if (value.get(object) != simdjson::SUCCESS)
-        return false;
-    Fields fields;
-    const auto readField = [&](std::string_view key, element field) {
+    return readObject(value, 3, [&](Fields& fields, std::string_view key, element field) {
         if (key == "id")
             return fields.take(0, field, folder.id);
         if (key == "bookmarkBase64")
@@ -106,10 +108,7 @@ bool readFolder(element value, const LibraryDocument& document, PersistedFolder&
         if (key == "dateAdded")
             return fields.take(2, field, folder.dateAdded);
         return key != "tracks" || readTracks(field, document, folder.tracks);
-    };
-    return std::all_of(object.begin(), object.end(),
-                       [&](const auto& field) { return readField(field.key, field.value); }) &&
-           fields.hasAll(3);
+    });
 }
 
 /// The parser takes integers of 64 bits at most, the format knows no such end: with an exponent of
