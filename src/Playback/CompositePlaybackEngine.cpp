@@ -38,18 +38,6 @@ bool CompositePlaybackEngine::isMiniaudioFormat(const QByteArray& lowercasedExte
                      std::string_view(lowercasedExtension)) != miniaudioFormats.end();
 }
 
-Publisher<bool> CompositePlaybackEngine::isPlayingPublisher() const {
-    return isPlayingSubject_.publisher();
-}
-
-Publisher<double> CompositePlaybackEngine::durationPublisher() const {
-    return durationSubject_.publisher();
-}
-
-Publisher<double> CompositePlaybackEngine::currentTimePublisher() const {
-    return currentTimeSubject_.publisher();
-}
-
 void CompositePlaybackEngine::load(const FileURL& url) {
     stop();
     const QByteArray extension = url.pathExtension().toLower();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Playback/AudioPlaybackEngine.h"
-#include "Utils/ValueSubject.h"
+#include "Playback/PublishingEngine.h"
 
 #include <QByteArray>
 
@@ -13,7 +12,7 @@ namespace tamsy {
 /// and tells that engine's values as its own, so that nobody else learns which one is at work. At
 /// most one of the two is active. Operations on the interface thread; values pass on the thread
 /// that sends them.
-class CompositePlaybackEngine final : public AudioPlaybackEngine {
+class CompositePlaybackEngine final : public PublishingEngine {
   public:
     CompositePlaybackEngine();
 
@@ -24,10 +23,6 @@ class CompositePlaybackEngine final : public AudioPlaybackEngine {
     /// Whether a file with this extension, in lower case and without its dot, goes to the
     /// miniaudio engine; all others go to the platform media engine.
     [[nodiscard]] static bool isMiniaudioFormat(const QByteArray& lowercasedExtension);
-
-    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override;
-    [[nodiscard]] Publisher<double> durationPublisher() const override;
-    [[nodiscard]] Publisher<double> currentTimePublisher() const override;
 
     void load(const FileURL& url) override;
     void play() override;
@@ -50,9 +45,6 @@ class CompositePlaybackEngine final : public AudioPlaybackEngine {
     const std::unique_ptr<AudioPlaybackEngine> avEngine_;
     AudioPlaybackEngine* activeEngine_ = nullptr; // one of the two; holds the current file
     Subscriptions cancellables_;                  // the active engine's three values
-    ValueSubject<bool> isPlayingSubject_{false};
-    ValueSubject<double> durationSubject_{0};
-    ValueSubject<double> currentTimeSubject_{0};
 };
 
 } // namespace tamsy

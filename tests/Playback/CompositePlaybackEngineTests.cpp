@@ -62,8 +62,8 @@ TEST(CompositePlaybackEngine, HandsOverWithoutATraceOfTheOldFile) {
     // now; the old engine's stop; the new one's latest value, load (close, state), play, seek,
     // pause
     EXPECT_THAT(playing, ElementsAre(true, false, false, false, false, true, true, false));
-    fakes.first->currentTimeSubject.send(9.9); // a stale tick
-    fakes.first->isPlayingSubject.send(true);
+    fakes.first->currentTimeSubject_.send(9.9); // a stale tick
+    fakes.first->isPlayingSubject_.send(true);
     EXPECT_EQ(fakes.engine.currentTimePublisher().value(), 3);
     EXPECT_EQ(fakes.engine.durationPublisher().value(), 20);
     EXPECT_FALSE(fakes.engine.isPlayingPublisher().value());

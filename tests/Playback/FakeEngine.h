@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Playback/AudioPlaybackEngine.h"
+#include "Playback/PublishingEngine.h"
 #include "Utils/FileURL.h"
 
 #include <algorithm>
@@ -11,26 +11,16 @@ namespace tamsy {
 
 /// An engine without sound that keeps the engines' contract and notes every call. Its time stands
 /// still until a test advances it; a test may also send any values on the subjects itself.
-class FakeEngine : public AudioPlaybackEngine {
+class FakeEngine : public PublishingEngine {
   public:
-    ValueSubject<bool> isPlayingSubject{false};
-    ValueSubject<double> durationSubject{0};
-    ValueSubject<double> currentTimeSubject{0};
+    using PublishingEngine::currentTimeSubject_;
+    using PublishingEngine::durationSubject_;
+    using PublishingEngine::isPlayingSubject_;
 
     /// Every call in order: "load file:///x", "play", "seek 1.5", "volume 0.5", "interval 0.25".
     std::vector<std::string> calls;
     double loadedDuration = 0.0; // the length that the next loaded file has, in seconds
     double updateInterval = 0.25;
-
-    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override {
-        return isPlayingSubject.publisher();
-    }
-    [[nodiscard]] Publisher<double> durationPublisher() const override {
-        return durationSubject.publisher();
-    }
-    [[nodiscard]] Publisher<double> currentTimePublisher() const override {
-        return currentTimeSubject.publisher();
-    }
 
     void load(const FileURL& url) override {
         note("load " + url.absoluteString().toStdString());
@@ -41,12 +31,12 @@ class FakeEngine : public AudioPlaybackEngine {
     void play() override {
         note("play");
         if (loaded_)
-            isPlayingSubject.send(true);
+            isPlayingSubject_.send(true);
     }
     void pause() override {
         note("pause");
         if (loaded_)
-            isPlayingSubject.send(false);
+            isPlayingSubject_.send(false);
     }
     void stop() override {
         note("stop");
@@ -55,7 +45,7 @@ class FakeEngine : public AudioPlaybackEngine {
     void seek(double seconds) override {
         note("seek " + text(seconds));
         if (loaded_)
-            report(seconds > 0 ? seconds : 0, isPlayingSubject.value());
+            report(seconds > 0 ? seconds : 0, isPlayingSubject_.value());
     }
     void setVolume(float newVolume) override { note("volume " + text(newVolume)); }
     void setUpdateInterval(double seconds) override {
@@ -65,9 +55,9 @@ class FakeEngine : public AudioPlaybackEngine {
 
     /// Lets `seconds` of playback pass, with a report at each update interval.
     void advance(double seconds) {
-        for (double passed = updateInterval; isPlayingSubject.value() && passed <= seconds;
+        for (double passed = updateInterval; isPlayingSubject_.value() && passed <= seconds;
              passed += updateInterval)
-            report(currentTimeSubject.value() + updateInterval, true);
+            report(currentTimeSubject_.value() + updateInterval, true);
     }
 
   private:
@@ -77,14 +67,14 @@ class FakeEngine : public AudioPlaybackEngine {
 
     void close() {
         loaded_ = false;
-        isPlayingSubject.send(false);
-        currentTimeSubject.send(0);
+        isPlayingSubject_.send(false);
+        currentTimeSubject_.send(0);
     }
 
     void report(double time, bool playing) {
-        durationSubject.send(loadedDuration);
-        currentTimeSubject.send(time);
-        isPlayingSubject.send(playing);
+        durationSubject_.send(loadedDuration);
+        currentTimeSubject_.send(time);
+        isPlayingSubject_.send(playing);
     }
 
     bool loaded_ = false;

@@ -76,13 +76,13 @@ TEST_F(PlayerViewModelTest, DropsTheTitleOfAFileThatWasLeft) {
 
 TEST_F(PlayerViewModelTest, HoldsTheDisplayUntilASeekIsConfirmed) {
     start(0);
-    engine->currentTimeSubject.send(std::nan(""));
+    engine->currentTimeSubject_.send(std::nan(""));
     process();
     EXPECT_EQ(player.currentTime(), 0);
     player.setIsSeeking(true);
     player.seek(5);
     EXPECT_EQ(player.currentTime(), 5);
-    engine->currentTimeSubject.send(1.25); // a tick of before, on the way already
+    engine->currentTimeSubject_.send(1.25); // a tick of before, on the way already
     EXPECT_EQ(player.pendingSeekTarget(), 5);
     process(); // the engine's own report of 5 came first
     EXPECT_FALSE(player.pendingSeekTarget());
@@ -108,12 +108,12 @@ TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
     for (const Row& row :
          {Row{4.94, false}, Row{5.0625, false}, Row{4.96, true}, Row{5.04, true}}) {
         other.seek(5);
-        deaf->currentTimeSubject.send(row.report);
+        deaf->currentTimeSubject_.send(row.report);
         process();
         EXPECT_EQ(!other.pendingSeekTarget(), row.confirms) << row.report;
         EXPECT_EQ(other.currentTime(), row.confirms ? row.report : 5) << row.report;
     }
-    deaf->currentTimeSubject.send(2);
+    deaf->currentTimeSubject_.send(2);
     other.seek(7);
     deaf->calls.clear();
     EXPECT_TRUE(QTest::qWaitFor(
@@ -140,24 +140,24 @@ TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
     other.toggleRepeatOne();
     other.seek(5);
     deaf->calls.clear();
-    deaf->currentTimeSubject.send(9.9);
+    deaf->currentTimeSubject_.send(9.9);
     EXPECT_TRUE(givesUpQuietly({"stop", load(1), "play"}));
 }
 
 TEST_F(PlayerViewModelTest, EndsATrackOnTheReportThatWasSentWhilePlaying) {
     start(2);
     QTest::qWait(320); // the lock of the start is released
-    engine->durationSubject.send(9.95);
-    engine->currentTimeSubject.send(9.95);
-    engine->isPlayingSubject.send(false); // at once, before the report has been handled
+    engine->durationSubject_.send(9.95);
+    engine->currentTimeSubject_.send(9.95);
+    engine->isPlayingSubject_.send(false); // at once, before the report has been handled
     process();
     EXPECT_THAT(engine->calls, ElementsAre("stop", "stop", load(0), "play")); // wraps round
     engine->calls.clear();
-    engine->currentTimeSubject.send(9.9); // within the lock
+    engine->currentTimeSubject_.send(9.9); // within the lock
     process();
     EXPECT_THAT(engine->calls, ElementsAre());
     EXPECT_TRUE(QTest::qWaitFor([&] {
-        engine->currentTimeSubject.send(9.9); // the engine goes on reporting its end
+        engine->currentTimeSubject_.send(9.9); // the engine goes on reporting its end
         return player.currentURL() == url(1);
     }));
 }
@@ -170,7 +170,7 @@ TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == QStringLiteral("2"); }));
     QTest::qWait(320);
     QSignalSpy titles(&player, &PlayerViewModel::currentTitleChanged);
-    engine->currentTimeSubject.send(9.9);
+    engine->currentTimeSubject_.send(9.9);
     process();
     EXPECT_THAT(engine->calls, ElementsAre("stop"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return engine->calls.size() == 3; }));

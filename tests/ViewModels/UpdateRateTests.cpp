@@ -29,13 +29,13 @@ TEST(UpdateRateTest, TimeIsReportedRarelyAndShownToNobodyWhileNobodyLooks) {
     };
     ASSERT_TRUE(becomesVisible(true));
     EXPECT_EQ(engine->updateInterval, 0.25);
-    engine->currentTimeSubject.send(5);
+    engine->currentTimeSubject_.send(5);
     EXPECT_TRUE(QTest::qWaitFor([&] { return player.currentTime() == 5; }));
 
     window.showMinimized();
     ASSERT_TRUE(becomesVisible(false));
     EXPECT_EQ(engine->updateInterval, 1.2);
-    engine->currentTimeSubject.send(9);
+    engine->currentTimeSubject_.send(9);
     QTest::qWait(20);
     EXPECT_EQ(player.currentTime(), 5);
 

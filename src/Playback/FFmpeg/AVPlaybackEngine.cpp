@@ -34,18 +34,6 @@ AVPlaybackEngine::~AVPlaybackEngine() {
     removeObservers();
 }
 
-Publisher<bool> AVPlaybackEngine::isPlayingPublisher() const {
-    return isPlayingSubject_.publisher();
-}
-
-Publisher<double> AVPlaybackEngine::durationPublisher() const {
-    return durationSubject_.publisher();
-}
-
-Publisher<double> AVPlaybackEngine::currentTimePublisher() const {
-    return currentTimeSubject_.publisher();
-}
-
 void AVPlaybackEngine::load(const FileURL& url) {
     removeObservers();
     SystemLog::write("[AV] load url=" + url.absoluteString());

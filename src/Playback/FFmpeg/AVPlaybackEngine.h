@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Playback/AudioPlaybackEngine.h"
-#include "Utils/ValueSubject.h"
+#include "Playback/PublishingEngine.h"
 
 #include <memory>
 
@@ -15,14 +14,10 @@ class MediaPlaybackThread;
 ///
 /// Opening happens on the player's own thread, so `load` returns at once; the duration follows when
 /// it is known. Everything here belongs to the interface thread, and all values are sent on it.
-class AVPlaybackEngine : public AudioPlaybackEngine {
+class AVPlaybackEngine : public PublishingEngine {
   public:
     AVPlaybackEngine();
     ~AVPlaybackEngine() override;
-
-    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override;
-    [[nodiscard]] Publisher<double> durationPublisher() const override;
-    [[nodiscard]] Publisher<double> currentTimePublisher() const override;
 
     void load(const FileURL& url) override;
     void play() override;
@@ -48,10 +43,7 @@ class AVPlaybackEngine : public AudioPlaybackEngine {
     Subscription endObserver_;
     float currentVolume_ = 0.5F;
     double updateInterval_ = 0.25; // seconds
-    ValueSubject<bool> isPlayingSubject_{false};
-    ValueSubject<double> durationSubject_{0};
-    ValueSubject<double> currentTimeSubject_{0};
-    Subscriptions subscriptions_; // the duration observation
+    Subscriptions subscriptions_;  // the duration observation
 };
 
 } // namespace tamsy

@@ -32,18 +32,6 @@ MiniaudioPlaybackEngine::~MiniaudioPlaybackEngine() {
     MiniaudioPlaybackEngine::stop();
 }
 
-Publisher<bool> MiniaudioPlaybackEngine::isPlayingPublisher() const {
-    return isPlayingSubject_.publisher();
-}
-
-Publisher<double> MiniaudioPlaybackEngine::durationPublisher() const {
-    return durationSubject_.publisher();
-}
-
-Publisher<double> MiniaudioPlaybackEngine::currentTimePublisher() const {
-    return currentTimeSubject_.publisher();
-}
-
 void MiniaudioPlaybackEngine::load(const FileURL& url) {
     stop();
     if (!ma_isAvailable()) {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Playback/AudioPlaybackEngine.h"
 #include "Playback/Output/OutputWatch.h"
-#include "Utils/ValueSubject.h"
+#include "Playback/PublishingEngine.h"
 
 #include <QBasicTimer>
 #include <QObject>
@@ -15,14 +14,10 @@ namespace tamsy {
 /// it reads; it doesn't look for the end of a file, whose position runs on past the duration.
 /// After `stop()` the duration stays that of the last file until the next load. All on the
 /// interface thread.
-class MiniaudioPlaybackEngine final : public QObject, public AudioPlaybackEngine {
+class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
   public:
     MiniaudioPlaybackEngine() = default;
     ~MiniaudioPlaybackEngine() override;
-
-    [[nodiscard]] Publisher<bool> isPlayingPublisher() const override;
-    [[nodiscard]] Publisher<double> durationPublisher() const override;
-    [[nodiscard]] Publisher<double> currentTimePublisher() const override;
 
     void load(const FileURL& url) override;
     void play() override;
@@ -58,9 +53,6 @@ class MiniaudioPlaybackEngine final : public QObject, public AudioPlaybackEngine
     OutputWatch outputWatch_;
     float currentVolume_ = 0.5F;  // given to each new player
     double updateInterval_ = 0.2; // seconds
-    ValueSubject<bool> isPlayingSubject_{false};
-    ValueSubject<double> durationSubject_{0};
-    ValueSubject<double> currentTimeSubject_{0};
 };
 
 } // namespace tamsy

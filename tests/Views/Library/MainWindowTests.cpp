@@ -294,7 +294,7 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     fake->calls.clear();
     QTest::mouseRelease(window, Qt::LeftButton, {}, {700, 703});
     QTest::mousePress(window, Qt::LeftButton, {}, {550, 703});
-    fake->currentTimeSubject.send(53); // playback goes on under a finger that rests
+    fake->currentTimeSubject_.send(53); // playback goes on under a finger that rests
     QTest::qWait(10);
     QTest::mouseRelease(window, Qt::LeftButton, {}, {550, 703});
     EXPECT_EQ(fake->calls.size(), 1U);
@@ -303,11 +303,11 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     fake->calls.clear();
     QTest::mouseMove(window, {800, 703});
     QTest::mouseRelease(window, Qt::LeftButton, {}, {800, 703});
-    fake->durationSubject.send(3); // and the range shrinks
+    fake->durationSubject_.send(3); // and the range shrinks
     QTest::qWait(20);
     EXPECT_THAT(fake->calls, Not(Contains(StartsWith("seek"))));
-    fake->durationSubject.send(100);
-    fake->currentTimeSubject.send(10);
+    fake->durationSubject_.send(100);
+    fake->currentTimeSubject_.send(10);
     QTest::qWait(20);
     QWheelEvent turn({550, 703}, {550, 703}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(window, &turn);

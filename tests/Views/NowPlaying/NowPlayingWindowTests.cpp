@@ -228,18 +228,18 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
         return QTest::qWaitFor([&] { return std::abs(topOf(line) - 300) < 1; }, 1500);
     };
     for (const int line : {1, 2, 4, 50, 49, 88, 1}) {
-        fake->currentTimeSubject.send(line + 0.5);
+        fake->currentTimeSubject_.send(line + 0.5);
         EXPECT_TRUE(comesToTheTop(line)) << line << " stands at " << topOf(line);
     }
     // Two steps of a paused player, the second right behind the first: no report follows them.
     for (const int line : {50, 70}) {
-        fake->currentTimeSubject.send(line + 0.5);
+        fake->currentTimeSubject_.send(line + 0.5);
         QTest::qWait(5);
     }
     EXPECT_TRUE(comesToTheTop(70));
     click(QStringLiteral("歌词"));
     QTest::qWait(300);
-    fake->currentTimeSubject.send(70.6); // so that the next look at the time has to wait
+    fake->currentTimeSubject_.send(70.6); // so that the next look at the time has to wait
     click(QStringLiteral("歌词"));
     EXPECT_TRUE(comesToTheTop(70));
     // The lyrics are read anew meanwhile, which nobody may see.
@@ -248,7 +248,7 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     window->close();
     testing::internal::CaptureStdout();
     QTest::qWait(600); // longer than any log line waits
-    fake->currentTimeSubject.send(10.5);
+    fake->currentTimeSubject_.send(10.5);
     QTest::qWait(200);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     show();
@@ -278,7 +278,7 @@ TEST_F(NowPlayingWindowTest, PlainLinesStandStill) {
     player.play(track.url);
     const auto row = [this](const char* line) { return item(QLatin1String(line)); };
     ASSERT_TRUE(QTest::qWaitFor([&] { return row("two") != nullptr; }));
-    fake->currentTimeSubject.send(50);
+    fake->currentTimeSubject_.send(50);
     QTest::qWait(200);
     EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
     EXPECT_EQ(row("two")->y() - row("one")->y(), row("one")->height() + 40);
