@@ -12,6 +12,7 @@ Item {
     required property color ink
     required property bool blurred
     required property real shade
+    property int horizontalAlignment: Text.AlignLeft
     /// Room around the text for blur and shadow.
     readonly property int margin: 20
     /// No texture holds a line that fills many screens; such a one is drawn as it is.
@@ -47,6 +48,7 @@ Item {
                     width: form.width
                     text: form.text
                     color: form.ink
+                    horizontalAlignment: form.horizontalAlignment
                     font.pixelSize: form.size
                     font.weight: form.weight
                 }
@@ -70,6 +72,7 @@ Item {
             shade: form.shade
             carriesShade: true
             color: form.ink
+            horizontalAlignment: form.horizontalAlignment
             font.pixelSize: form.size
             font.weight: form.weight
         }

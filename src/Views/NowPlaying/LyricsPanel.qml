@@ -14,7 +14,7 @@ Item {
         id: placeholder
 
         anchors.centerIn: parent
-        width: Math.min(Math.ceil(measure.implicitWidth) + 1, parent.width)
+        width: parent.width
         height: measure.implicitHeight
         visible: panel.lyrics.count === 0
         text: "暂无歌词"
@@ -23,6 +23,7 @@ Item {
         weight: Font.Normal
         ink: Qt.rgba(1, 1, 1, 0.5)
         blurred: false
+        horizontalAlignment: Text.AlignHCenter
         Accessible.role: Accessible.StaticText
         Accessible.name: text
 
