@@ -39,7 +39,7 @@ std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<b
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || !input->context_)
         return nullptr;
     for (int tag = 0; tag < mostTags; ++tag)
-        input->start_ += input->leadingTagSize(input->start_);
+        input->start_ += input->leadingTagSize();
     return input;
 }
 
@@ -131,10 +131,10 @@ std::int64_t FileInput::size() const {
                                               : AVERROR(errno);
 }
 
-/// The length of an ID3v2 tag at `offset`, 0 if there is none.
-std::int64_t FileInput::leadingTagSize(std::int64_t offset) const {
+/// The length of an ID3v2 tag where the sound would begin, 0 if there is none.
+std::int64_t FileInput::leadingTagSize() const {
     std::array<std::uint8_t, 10> header{};
-    if (readOnce(offset, header.data(), header.size()) != std::ssize(header))
+    if (readOnce(0, header.data(), header.size()) != std::ssize(header))
         return 0;
     const bool isTag = std::memcmp(header.data(), "ID3", 3) == 0 &&
                        std::all_of(header.begin() + 6, header.end(),

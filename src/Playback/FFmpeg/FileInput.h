@@ -46,7 +46,7 @@ class FileInput {
     static int read(void* self, std::uint8_t* buffer, int size);
     static std::int64_t seek(void* self, std::int64_t offset, int whence);
     [[nodiscard]] ssize_t readOnce(std::int64_t offset, void* target, std::size_t size) const;
-    [[nodiscard]] std::int64_t leadingTagSize(std::int64_t offset) const;
+    [[nodiscard]] std::int64_t leadingTagSize() const;
 
     int descriptor_;
     const std::atomic<bool>& abandoned_;

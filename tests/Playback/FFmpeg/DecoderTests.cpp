@@ -85,10 +85,11 @@ TEST(Decoder, TellsTheTrueLengthOfEachKindAndSeeksToTheFrame) {
     }
 }
 
-TEST(Decoder, FindsTheSoundBehindALargeTagAndUnderAnOddName) {
+TEST(Decoder, FindsTheSoundAfterLargeTagsAndUnderAnOddName) {
     const QByteArray sound = bytesOf(soundFile({"constant.aac"}));
-    // Three times 2^20 bytes, as seven bits a byte, behind a header of ten.
-    const QByteArray tag = QByteArray::fromHex("49443303000001400000") + QByteArray(0x300000, '\0');
+    // Headers of ten bytes, the size in seven bits a byte: 16 bytes, then three times 2^20.
+    const QByteArray tag = QByteArray::fromHex("49443303000000000010") + QByteArray(0x10, '\0') +
+                           QByteArray::fromHex("49443303000001400000") + QByteArray(0x300000, '\0');
     for (const char* name : {"tagged.aac", "http:%20\xC3\x28 ?#.aac", "-i concat:a|b.aac"}) {
         const auto decoder = open(fileWith(name, tag + sound));
         ASSERT_TRUE(decoder) << name;
