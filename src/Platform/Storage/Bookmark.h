@@ -9,24 +9,22 @@ namespace tamsy {
 
 class FileURL;
 
-/// Bytes that give back a folder's address after a restart. Their form, version 1, is three lines,
-/// each ended by a line feed:
+/// Bytes that resolve to a folder's address after a restart. Format version 1 has three lines, each
+/// ended by a line feed:
 ///
 ///     tamsy-folder 1
 ///     <the address's absolute text>
 ///     <inode> <birth time, whole seconds> <nanoseconds>
 ///
-/// The numbers are decimal; where the file system keeps no birth time the last line is empty. They
-/// find a folder that was renamed where it lies: a number of an inode alone could have been given
-/// to another folder since. Another version doesn't resolve here, and its bytes stay with their
-/// owner.
+/// The numbers are decimal. They find a folder that was renamed within its parent; if the file
+/// system records no birth time the line is empty. Other versions don't resolve.
 class Bookmark {
   public:
-    /// Nothing if `folder` is no directory that can be opened.
+    /// Nothing if `folder` isn't a directory that can be opened.
     [[nodiscard]] static std::optional<QByteArray> create(const FileURL& folder);
 
-    /// The folder's address: the stored one if a directory can be opened there, whichever it is;
-    /// else its new name beside the old one. Nothing if neither can be opened.
+    /// The stored address if any directory can be opened there, else the address to which the
+    /// folder was renamed. Nothing if neither can be opened.
     [[nodiscard]] static std::optional<FileURL> resolve(QByteArrayView bytes);
 };
 

@@ -9,10 +9,10 @@
 
 namespace tamsy {
 
-/// The entries of one open directory, as the file system gives them.
+/// The entries of an open directory, in the file system's order.
 class DirectoryStream {
   public:
-    /// Takes `directory` over. One that isn't open has no entries.
+    /// Takes ownership of `directory`. One that isn't open has no entries.
     explicit DirectoryStream(FileDescriptor directory)
         : stream_(directory.isOpen() ? ::fdopendir(directory.number()) : nullptr) {
         if (stream_)
@@ -22,7 +22,8 @@ class DirectoryStream {
     [[nodiscard]] bool isOpen() const { return stream_ != nullptr; }
     [[nodiscard]] int descriptor() const { return ::dirfd(stream_.get()); }
 
-    /// The next entry but "." and "..", valid until the next call; null at the end and at an error.
+    /// The next entry other than "." and "..", valid until the next call; null at the end or after
+    /// an error.
     [[nodiscard]] const dirent* next() {
         while (const dirent* entry = stream_ ? ::readdir(stream_.get()) : nullptr) {
             const std::string_view name = entry->d_name;

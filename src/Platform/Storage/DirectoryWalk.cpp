@@ -26,7 +26,7 @@ EntryKind kindOf(int directory, const dirent& entry) {
     default:
         return EntryKind::Other;
     }
-    // Some file systems keep no types in their directories.
+    // Some file systems don't store types in their directories.
     struct stat status {};
     if (::fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryKind::Other;
@@ -35,8 +35,8 @@ EntryKind kindOf(int directory, const dirent& entry) {
     return S_ISDIR(status.st_mode) ? EntryKind::Directory : EntryKind::Other;
 }
 
-/// The wanted entries of one directory and how far the walk has come in them. All names lie in one
-/// buffer, since a directory may hold a million of them.
+/// The wanted entries of one directory, and the walk's position among them. All names share one
+/// buffer, since a directory may have a million entries.
 class Listing {
   public:
     struct Entry {
@@ -95,7 +95,7 @@ DirectoryStream openDirectory(const FileURL& directory, int extraFlags) {
 
 void DirectoryWalk::visitFiles(const FileURL& folder, const std::stop_token& stop,
                                const NameFilter& isWanted, const Visitor& visit) {
-    std::vector<Listing> path; // from the folder down to where the walk is
+    std::vector<Listing> path; // from the folder down to the current directory
     const auto enter = [&](const FileURL& directory, int flags) {
         DirectoryStream stream = openDirectory(directory, flags);
         if (stream.isOpen())

@@ -6,7 +6,7 @@
 
 namespace tamsy {
 
-/// Owns a file descriptor and closes it at its end. Move-only; a default-made one holds none.
+/// Owns a file descriptor. Move-only; empty if default-constructed.
 class FileDescriptor {
   public:
     FileDescriptor() = default;
@@ -26,7 +26,7 @@ class FileDescriptor {
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
     [[nodiscard]] int number() const { return number_; }
 
-    /// Hands the descriptor over to the caller.
+    /// Passes ownership to the caller.
     [[nodiscard]] int release() { return std::exchange(number_, -1); }
 
     void close() {

@@ -13,7 +13,7 @@ unsigned char foldedByte(char c) {
     return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
-/// The digits at the start of `rest`, without leading zeros; `rest` then begins behind them.
+/// Removes the digits at the start of `rest` and returns them without leading zeros.
 QByteArrayView takeNumber(QByteArrayView& rest) {
     qsizetype end = 0;
     while (end < rest.size() && isDigit(rest[end]))

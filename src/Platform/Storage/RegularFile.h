@@ -15,8 +15,8 @@
 
 namespace tamsy {
 
-/// A regular file open for reading. Nothing else opens (a directory, a device, a fifo that nobody
-/// writes to), and none of it blocks. Header only, for the media module reads files, too.
+/// A regular file open for reading. Anything else (a directory, a device, a pipe without a writer)
+/// fails to open without blocking. Header-only, so that the media module can use it too.
 class RegularFile {
   public:
     /// `path` in bytes.
@@ -36,13 +36,13 @@ class RegularFile {
     /// 0 if the file is open, else the system's error number.
     [[nodiscard]] int error() const { return error_; }
 
-    /// As it was when the file was opened.
+    /// The file's status when it was opened.
     [[nodiscard]] const struct stat& status() const { return status_; }
 
     [[nodiscard]] int descriptor() const { return descriptor_.number(); }
 
-    /// Reads from `offset` once, as `pread` does. Gives the bytes read, 0 at the end, -1 and errno
-    /// after an error; a signal is none. Any thread.
+    /// Reads from `offset` as `pread` does, but retries after a signal: the number of bytes read, 0
+    /// at the end, or -1 and errno. Any thread.
     [[nodiscard]] ssize_t read(std::uint64_t offset, std::span<std::byte> target) const {
         ssize_t count = 0;
         do

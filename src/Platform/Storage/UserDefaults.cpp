@@ -11,7 +11,7 @@
 namespace tamsy {
 namespace {
 
-/// How long the writer waits before it tries again what it couldn't write.
+/// How long the writer waits before it retries a failed write.
 constexpr std::chrono::seconds retryInterval{30};
 
 } // namespace
@@ -107,7 +107,7 @@ bool UserDefaults::drain() {
     return pending_.isEmpty();
 }
 
-/// Gives another chance to the values that couldn't be written. With the lock held.
+/// Queues the values whose write has failed again. Called with the lock held.
 void UserDefaults::queueUnwritten() {
     for (auto pending = pending_.keyBegin(); pending != pending_.keyEnd(); ++pending) {
         if (*pending != writing_ && !queue_.contains(*pending))
@@ -131,9 +131,7 @@ void UserDefaults::runWriter() {
         Pending taken = pending_.value(writing_);
         lock.unlock();
         const bool isWritten = write(writing_, taken.value);
-        // Let go of in our own code (clear() isn't): what lets a race detector see the last owner's
-        // order.
-        taken.value = QByteArray();
+        taken.value = QByteArray(); // released in our code, which the race detector sees
         lock.lock();
         if (isWritten && pending_.value(writing_).revision == taken.revision)
             pending_.remove(writing_);
@@ -142,7 +140,7 @@ void UserDefaults::runWriter() {
     }
 }
 
-/// Runs on the writer's thread without the lock.
+/// Called on the writer's thread without the lock.
 bool UserDefaults::write(const QByteArray& key, const QByteArray& value) {
     const StoredFile file = fileForKey(key);
     const bool isDamaged = [&] {

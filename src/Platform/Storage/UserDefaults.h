@@ -16,56 +16,55 @@
 
 namespace tamsy {
 
-/// The user's settings and library: binary values under keys, one file a key in one directory. A
-/// value is handed over and written by a thread of its own; reads see it at once. On disk stands
-/// either the old value or the new one, also after a power cut: a new file is written beside,
-/// synced, and renamed over the old one. Its end waits until everything is written.
+/// The user's settings and library: binary values under keys, one file per key in one directory. A
+/// thread of its own writes them; reads see a new value at once. The disk always has the old value
+/// or the new one, even after a power cut: a temporary file is written, synced and renamed over the
+/// old one. The destructor waits until everything is written.
 ///
-/// A value that can't be written (full disk, read-only directory) stays readable in this run and is
-/// tried again with the next write, from time to time, and at the end; the old file stays as it is.
+/// A value that can't be written (full disk, read-only directory) stays readable and is retried
+/// with the next write, periodically, and at the end; the old file stays.
 ///
-/// Writing belongs to the interface thread; any thread may read.
+/// Only the interface thread writes; any thread may read.
 class UserDefaults : public QObject {
     Q_OBJECT
 
   public:
-    /// The program's own store, in `configurationDirectory()`.
+    /// The program's store, in `configurationDirectory()`.
     [[nodiscard]] static UserDefaults& standard();
 
-    /// "$XDG_CONFIG_HOME/Tamsy Music" in bytes; `~/.config` stands in for an unset or relative
-    /// variable.
+    /// "$XDG_CONFIG_HOME/Tamsy Music" in bytes, with `~/.config` as the default.
     [[nodiscard]] static QByteArray configurationDirectory();
 
-    /// A store in `directory`, a path in bytes, which the first write makes if it is missing.
+    /// A store in `directory`, a path in bytes. The first write creates it if it is missing.
     explicit UserDefaults(QByteArray directory);
     ~UserDefaults() override;
 
-    /// The latest value, or nothing if there is none. A file that is there and can't be read gives
-    /// nothing too, and is moved aside before it would be overwritten.
+    /// The latest value; nothing if there is none. A file that exists but can't be read gives
+    /// nothing too and is moved aside before it is overwritten.
     [[nodiscard]] std::optional<QByteArray> dataForKey(QByteArrayView key);
 
-    /// Takes over `value` and returns; the file follows.
+    /// Sets the value and returns at once; the file is written later.
     void setObject(QByteArray value, QByteArrayView key);
 
-    /// A number that was stored by `setDouble`; nothing if there is none or it isn't finite.
+    /// A number stored by `setDouble`; nothing if there is none or it isn't finite.
     [[nodiscard]] std::optional<double> doubleForKey(QByteArrayView key);
     void setDouble(double value, QByteArrayView key);
 
-    /// Says that the stored bytes under `key` are damaged: the next write of it first gives them
-    /// the name "<key>.damaged-<time>", which no other file ever had.
+    /// Marks the stored bytes under `key` as damaged: its next write first renames them to an
+    /// unused name, "<key>.damaged-<time>".
     void moveAside(QByteArrayView key);
 
-    /// Waits until everything handed over is on disk. False if something can't be written.
+    /// Waits until all values are on disk. False if one can't be written.
     bool drain();
 
   Q_SIGNALS:
-    /// `key` was given a new value.
+    /// `key` has a new value.
     void valueChanged(const QByteArray& key);
 
   private:
     struct Pending {
         QByteArray value;
-        unsigned revision = 0; // tells a value that came while the former one was being written
+        unsigned revision = 0; // detects a value set while the previous one was being written
     };
     [[nodiscard]] StoredFile fileForKey(QByteArrayView key) const;
     void queueUnwritten();
@@ -73,12 +72,12 @@ class UserDefaults : public QObject {
     [[nodiscard]] bool write(const QByteArray& key, const QByteArray& value);
 
     const QByteArray directory_;
-    std::mutex mutex_; // guards all that follows, but for the thread
+    std::mutex mutex_; // guards everything below except `writer_`
     std::condition_variable changed_;
-    QHash<QByteArray, Pending> pending_; // handed over and not on disk yet
-    QList<QByteArray> queue_;            // what the writer does next, in order
+    QHash<QByteArray, Pending> pending_; // not on disk yet
+    QList<QByteArray> queue_;            // keys to write, in order
     QSet<QByteArray> damaged_;
-    QByteArray writing_; // the key in the writer's hands
+    QByteArray writing_; // the key that is being written
     bool isEnding_ = false;
     std::thread writer_; // starts with the first write; started and joined by the owning thread
 };
