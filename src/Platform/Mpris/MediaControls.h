@@ -9,25 +9,25 @@
 
 namespace tamsy {
 
-/// What the desktop is told of the program itself.
+/// How the program presents itself to the desktop.
 struct MediaPlayerIdentity {
-    QString name;             ///< as it is shown
-    QString desktopEntry;     ///< of the desktop file, without its extension
-    QStringList fileTypes;    ///< MIME types that `MediaControls::open` takes
+    QString name;             ///< for display
+    QString desktopEntry;     ///< the desktop file's name without its extension
+    QStringList fileTypes;    ///< MIME types that `MediaControls::open` accepts
     QString busNameComponent; ///< letters, digits, `_`, `-` and dots
 };
 
-/// The track that is current, as the desktop is told of it. Texts may be empty.
+/// The current track, as the desktop shows it. Texts may be empty.
 struct MediaTrack {
     FileURL url;
     QString title;
     QString artist;
     QString album;
-    double duration = 0; ///< seconds; 0 when unknown
+    double duration = 0; ///< seconds; 0 if unknown
     FileURL artwork;     ///< a picture file; empty if there is none
 };
 
-/// What the desktop shows of the player, at one moment.
+/// A snapshot of what the desktop shows of the player.
 struct MediaState {
     enum class Status { Stopped, Paused, Playing };
 
@@ -36,13 +36,13 @@ struct MediaState {
     double volume = 0; ///< linear gain, 0 to 1
     bool shuffles = false;
     bool repeatsTrack = false;
-    bool canSkip = false; ///< whether next and previous lead anywhere
+    bool canSkip = false; ///< whether next and previous do anything
 
     [[nodiscard]] bool canSeek() const { return track && track->duration > 0; }
 };
 
-/// The player as the desktop's remote controls see it. Interface thread; no operation fails or
-/// waits.
+/// The player, as the desktop's remote controls use it. No operation fails or blocks. Interface
+/// thread.
 class MediaControls {
   public:
     MediaControls() = default;
@@ -52,7 +52,7 @@ class MediaControls {
 
     [[nodiscard]] virtual MediaState state() const = 0;
 
-    /// Of the playback, in seconds. Apart from the state, since it changes all the time.
+    /// The playback position in seconds. Not part of the state, since it changes all the time.
     [[nodiscard]] virtual double position() const = 0;
 
     virtual void play() = 0;
@@ -66,7 +66,7 @@ class MediaControls {
     virtual void setShuffles(bool shuffles) = 0;
     virtual void setRepeatsTrack(bool repeats) = 0;
 
-    /// Plays a file. False if it is none that the player takes.
+    /// Plays a file. False if its format isn't supported.
     [[nodiscard]] virtual bool open(const FileURL& url) = 0;
 
     virtual void raise() = 0;

@@ -15,8 +15,8 @@ namespace {
 
 using namespace mpris;
 
-/// One entry of an interface's methods or writable properties. `run` is given arguments of just
-/// the types of `signature` and says whether their values will do.
+/// A method or writable property. `run` gets arguments of exactly the types in `signature` and
+/// returns whether their values are valid.
 struct Call {
     QLatin1String interface;
     QLatin1String name;
@@ -24,7 +24,7 @@ struct Call {
     bool (*run)(MediaControls& controls, const QVariantList& arguments);
 };
 
-/// Past the end there is the next track.
+/// Seeking past the end starts the next track.
 bool seekBy(MediaControls& controls, const QVariantList& arguments) {
     const MediaState state = controls.state();
     if (!state.canSeek())
@@ -37,7 +37,7 @@ bool seekBy(MediaControls& controls, const QVariantList& arguments) {
     return true;
 }
 
-/// The wish may come late, for a track that is over: it is ignored then, like one out of range.
+/// Ignored if it arrives late, for a track that is over, or is out of range.
 bool setPosition(MediaControls& controls, const QVariantList& arguments) {
     const MediaState state = controls.state();
     const qint64 target = arguments.at(1).toLongLong();
@@ -49,11 +49,11 @@ bool setPosition(MediaControls& controls, const QVariantList& arguments) {
 
 bool openUri(MediaControls& controls, const QVariantList& arguments) {
     const auto url = FileURL::fromAbsoluteString(arguments.constFirst().toString().toUtf8());
-    // Others escape in their own ways; an address of ours has one form.
+    // Other programs escape differently; normalise to our own form.
     return url && controls.open(FileURL::fromPath(url->path()));
 }
 
-/// A list is played round and round whenever no single track is repeated.
+/// "None" and "Playlist" mean the same: the list always wraps round unless one track is repeated.
 bool setLoopStatus(MediaControls& controls, const QVariantList& arguments) {
     const QString status = arguments.constFirst().toString();
     const bool repeats = status == QLatin1String("Track");
@@ -63,7 +63,7 @@ bool setLoopStatus(MediaControls& controls, const QVariantList& arguments) {
     return true;
 }
 
-/// There is one rate; 0 stands for a pause.
+/// The only rate is 1; setting 0 pauses.
 bool setRate(MediaControls& controls, const QVariantList& arguments) {
     const double rate = arguments.constFirst().toDouble();
     if (rate == 0)
@@ -79,7 +79,7 @@ bool setVolume(MediaControls& controls, const QVariantList& arguments) {
     return true;
 }
 
-/// A call without arguments that can't fail.
+/// A method without arguments that can't fail.
 template <void (MediaControls::*operation)()>
 bool plain(MediaControls& controls, const QVariantList& /*arguments*/) {
     (controls.*operation)();
@@ -113,7 +113,7 @@ constexpr std::array writableProperties{
          }},
 };
 
-/// A caller may leave the interface of a method out.
+/// A caller may omit a method's interface.
 template <std::size_t size>
 const Call* find(const std::array<Call, size>& calls, const QString& interface,
                  const QString& name) {
@@ -144,7 +144,7 @@ QLatin1String signatureOf(const QVariant& value) {
     case QMetaType::QString:
         return QLatin1String("s");
     default:
-        return none; // no property that can be set has any other type
+        return none; // no writable property has another type
     }
 }
 
@@ -160,7 +160,7 @@ QString MprisObject::introspect(const QString& /*path*/) const {
 bool MprisObject::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
     const QDBusMessage reply = answer(message);
     if (message.isReplyRequired())
-        static_cast<void>(connection.send(reply)); // whoever asked may be gone
+        static_cast<void>(connection.send(reply)); // the caller may be gone
     return true;
 }
 
@@ -193,7 +193,7 @@ QDBusMessage MprisObject::get(const QDBusMessage& message) const {
     const auto reply = [&](const QVariant& value) {
         return message.createReply(QVariant::fromValue(QDBusVariant(value)));
     };
-    // Panels ask for it all the time.
+    // A shortcut: panels ask for the position all the time.
     if (interface == playerInterface && name == positionProperty)
         return reply(microseconds(controls_.position()));
     const QVariantMap all = properties(interface);

@@ -8,14 +8,13 @@
 
 namespace tamsy {
 
-/// Answers the calls of remote controls. What has a wrong type, a value out of range or an unknown
-/// name is refused with the bus's own error for it; where the protocol says that a call is to be
-/// ignored, it is. Interface thread.
+/// Answers the calls of remote controls. A wrong type, a value out of range or an unknown name gets
+/// the matching D-Bus error, unless the protocol asks to ignore the call. Interface thread.
 class MprisObject : public QDBusVirtualObject {
     Q_OBJECT
 
   public:
-    /// The controls aren't owned and outlive this object.
+    /// The controls aren't owned and must outlive this object.
     MprisObject(MediaControls& controls, const MediaPlayerIdentity& identity);
 
     [[nodiscard]] QString introspect(const QString& path) const override;

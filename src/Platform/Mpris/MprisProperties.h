@@ -16,15 +16,15 @@ inline constexpr QLatin1String playerInterface("org.mpris.MediaPlayer2.Player");
 inline constexpr QLatin1String propertiesInterface("org.freedesktop.DBus.Properties");
 inline constexpr QLatin1String positionProperty("Position");
 
-/// The longest time that is told or taken, so that none leaves the bus's 64 bits.
+/// Clamped so that the result fits into 64 bits; 0 for NaN and infinity.
 [[nodiscard]] qint64 microseconds(double seconds);
 [[nodiscard]] double seconds(qint64 microseconds);
 
-/// The same for the same address, so that a remote control knows a track again.
+/// Equal for equal addresses, so that a remote control recognises a track.
 [[nodiscard]] QDBusObjectPath trackId(const FileURL& url);
 
-/// The properties of either interface, with the types that the bus wants. The position isn't among
-/// them: it changes all the time and is only told when asked for.
+/// The properties of each interface, with the types that the protocol requires. Without the
+/// position, which changes all the time and is sent only on request.
 [[nodiscard]] QVariantMap rootProperties(const MediaPlayerIdentity& identity);
 [[nodiscard]] QVariantMap playerProperties(const MediaState& state);
 

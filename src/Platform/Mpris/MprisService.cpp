@@ -15,8 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 using namespace mpris;
 
-/// Nobody sees so short a delay on a panel, and the stop between two tracks, or a drag along the
-/// slider, becomes one change.
+/// Too short to notice on a panel, and long enough to merge the stop between two tracks, or a drag
+/// along the slider, into one change.
 constexpr auto announcementDelay = 150ms;
 
 // Of the D-Bus Specification's RequestName.

@@ -8,23 +8,23 @@
 
 namespace tamsy {
 
-/// Puts the player on the session bus, where media keys, panels and other remote controls find it
-/// (MPRIS), and tells them what has changed. Nothing here waits for the bus; without one nothing
-/// happens. Interface thread.
+/// Publishes the player on the session bus (MPRIS) for media keys, panels and other remote
+/// controls, and announces changes. Never waits for the bus; without one it does nothing. Interface
+/// thread.
 class MprisService : public QObject {
     Q_OBJECT
 
   public:
-    /// The controls aren't owned and outlive this object. Asks for the bus name of
-    /// `identity.busNameComponent`, or for one of this process's own if another program has it.
+    /// The controls aren't owned and must outlive this object. Requests the bus name with
+    /// `identity.busNameComponent`, or one with this process's number if that is taken.
     MprisService(MediaControls& controls, const MediaPlayerIdentity& identity,
                  QDBusConnection bus = QDBusConnection::sessionBus(), QObject* parent = nullptr);
     ~MprisService() override;
 
-    /// Something of the state may have changed. Only what has is told, a moment later.
+    /// Call this when the state may have changed. Actual changes are announced a moment later.
     void noteChange();
 
-    /// The position has changed otherwise than by playing on, or playing has started anew.
+    /// Call this when the position has changed other than by playing, or playback has restarted.
     void noteJump();
 
   private:
@@ -34,7 +34,7 @@ class MprisService : public QObject {
     MediaControls& controls_;
     QDBusConnection bus_;
     MprisObject object_;
-    QVariantMap announced_; // what others believe
+    QVariantMap announced_; // as last announced
     bool hasJumped_ = false;
     QTimer announcement_;
 };

@@ -10,16 +10,16 @@ namespace tamsy {
 namespace {
 
 struct Waiting {
-    std::mutex mutex; // guards the flag, every ticket and every answer
+    std::mutex mutex; // guards the flag, all tickets and all answers
     std::condition_variable changed;
     bool isReleased = false;
 };
 
-// Made before the program's first step, so that it outlives every queue of operations.
+// Initialised before main, so that it outlives every operation queue.
 Waiting waiting;
 
-/// Posts a call, with the lock held. The call takes it too: the toolkit's own order between the two
-/// doesn't show to a race detector.
+/// Posts a call; the lock is held. The call takes the lock too, since the race detector can't see
+/// that Qt orders the two.
 void post(QObject* receiver, std::function<void()> function) {
     const auto call = [function = std::move(function)] {
         { const std::scoped_lock taken(waiting.mutex); }
@@ -36,7 +36,7 @@ bool InterfaceThread::isCurrent() {
 }
 
 void InterfaceThread::run(std::function<void()> function) {
-    // The lock keeps the application from ending between the question and the post.
+    // The lock keeps the application alive between the check and the post.
     const std::scoped_lock lock(waiting.mutex);
     QCoreApplication* application = QCoreApplication::instance();
     if (application && !waiting.isReleased)

@@ -10,23 +10,23 @@
 
 namespace tamsy {
 
-/// The thread that runs the event loop and everything the user sees.
+/// The thread that runs the event loop and the views.
 class InterfaceThread {
   public:
     [[nodiscard]] static bool isCurrent();
 
-    /// Runs `function` on the interface thread, in the order of the calls, once it is free. After
-    /// `releaseWaiters`, or without an application, `function` is dropped. Any thread.
+    /// Queues `function` for the interface thread, in the order of the calls. It is dropped after
+    /// `releaseWaiters` or without an application. Any thread.
     static void run(std::function<void()> function);
 
-    /// The same for a function that is `receiver`'s: it is dropped if the receiver, which lives on
-    /// the interface thread, ends before. It does run after `releaseWaiters`. The caller sees to it
-    /// that the receiver is there when this is called.
+    /// Queues `function` on behalf of `receiver`, which lives on the interface thread: it is
+    /// dropped if the receiver is destroyed first, but runs even after `releaseWaiters`. The
+    /// receiver must exist during this call.
     static void run(QObject* receiver, std::function<void()> function);
 
-    /// Calls `start` on the interface thread and blocks until the work that it gives has finished.
-    /// Nothing if the work was cancelled or the program quits first. Not to be called on the
-    /// interface thread itself: that is asserted and gives nothing.
+    /// Calls `start` on the interface thread and blocks until the future that it returns has
+    /// finished. Nothing if the future was cancelled or the program quits first. Must not be called
+    /// on the interface thread (asserted, and gives nothing).
     template <typename T>
     [[nodiscard]] static std::optional<T> waitFor(std::function<QFuture<T>()> start) {
         assert(!isCurrent());
@@ -43,11 +43,11 @@ class InterfaceThread {
         return wait(ticket) ? std::move(*answer) : std::nullopt;
     }
 
-    /// Lets every waiter go, now and from now on, with nothing. The application calls it when it
-    /// quits, before it joins any thread that may be waiting here.
+    /// Makes all current and future waits return nothing. The application calls it when it quits,
+    /// before it joins any thread that may be waiting here.
     static void releaseWaiters();
 
-    /// Whether `releaseWaiters` was called, so that an empty answer may be one that was cut short.
+    /// Whether `releaseWaiters` was called, so that an empty answer may mean an aborted wait.
     [[nodiscard]] static bool isReleased();
 
   private:

@@ -6,10 +6,10 @@
 
 namespace tamsy {
 
-/// Some threads for work that others wait for. Its owner has a pool of its own, so that nobody's
-/// blocked threads can take the places of those they wait for. The latest work starts first, and a
-/// file that doesn't answer soon holds nobody up. Its end drops what hasn't started and gives what
-/// runs a moment; what is stuck then is left behind.
+/// Threads for work that somebody waits for. Each owner has its own pool, so that blocked threads
+/// can't occupy the slots of those they wait for. The latest work starts first, and a file system
+/// that doesn't respond holds up no other work. The destructor drops work that hasn't started and
+/// waits a moment for the rest, then abandons it.
 class WorkerPool {
   public:
     WorkerPool();
@@ -19,8 +19,7 @@ class WorkerPool {
     WorkerPool(WorkerPool&&) = delete;
     WorkerPool& operator=(WorkerPool&&) = delete;
 
-    /// Runs `function`, which may outlive the pool's owner, on one of the threads as soon as one
-    /// is free. Any thread.
+    /// Runs `function`, which may outlive the pool, as soon as a thread is free. Any thread.
     void start(std::function<void()> function);
 
   private:
