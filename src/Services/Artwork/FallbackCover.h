@@ -4,8 +4,8 @@
 
 namespace tamsy {
 
-/// The picture that stands for a cover where there is none: the program's picture "FallbackCover",
-/// else its picture "封面". Null if it has neither. Decoded once and shared; any thread.
+/// The picture shown for a track without a cover: the resource "FallbackCover", else "封面"; null
+/// if there is neither. Decoded once and shared. Any thread.
 [[nodiscard]] QImage fallbackCover();
 
 } // namespace tamsy

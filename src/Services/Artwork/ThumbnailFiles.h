@@ -9,31 +9,31 @@ namespace tamsy {
 
 class FileURL;
 
-/// The covers that survive restarts: one JPEG file a track and size, found by its name alone, which
-/// hangs on the track's address and on nothing else. Files and directories are for the user alone.
-/// Nothing is ever deleted. Holds no state but the place; any thread.
+/// The cover cache on disk: one JPEG file per track and size, whose name depends on the track's
+/// address alone. Only the user can read its files and directories. Nothing is ever deleted. Any
+/// thread.
 class ThumbnailFiles {
   public:
-    /// Below `base`, the user's directory for application data.
+    /// The cache below `base`, the user's directory for application data.
     explicit ThumbnailFiles(QByteArray base) : base_(std::move(base)) {}
 
-    /// `$XDG_DATA_HOME`, or what stands for it (XDG Base Directory Specification).
+    /// `$XDG_DATA_HOME` or its default (XDG Base Directory Specification).
     [[nodiscard]] static QByteArray applicationSupportDirectory();
 
-    /// The directory for the size that is called `size`, made if it is missing and can be made.
+    /// The directory of the size named `size`, created if it is missing.
     [[nodiscard]] QByteArray cacheDirectory(QByteArrayView size) const;
 
-    /// Where the thumbnail of `url` lies.
+    /// The path of `url`'s thumbnail. Creates the directory if it is missing.
     [[nodiscard]] QByteArray diskPath(const FileURL& url, QByteArrayView size) const;
 
-    /// The same if it lies there, else empty. Makes no directory.
+    /// The path of `url`'s thumbnail if it exists, else empty. Creates nothing.
     [[nodiscard]] QByteArray storedPath(const FileURL& url, QByteArrayView size) const;
 
-    /// The kept picture. Null if there is none or it is broken.
+    /// The cached picture; null if there is none or it is damaged.
     [[nodiscard]] QImage read(const FileURL& url, QByteArrayView size) const;
 
-    /// Keeps `image` in place of what was there. Whoever reads meanwhile finds the old file or the
-    /// new one; if it can't be written, the old one stays.
+    /// Replaces the cached picture. Concurrent reads see the old file or the new one. If it can't
+    /// be written, the old one stays.
     void write(const QImage& image, const FileURL& url, QByteArrayView size) const;
 
   private:

@@ -13,19 +13,19 @@ namespace tamsy {
 class LibraryDocument;
 class UserDefaults;
 
-/// A stored folder as a start finds it.
+/// A stored folder.
 struct FolderRecord {
     QUuid id;
     QByteArray data;                 ///< the bookmark's bytes
     std::optional<TrackList> tracks; ///< absent until the folder's first scan has finished
 };
 
-/// Keeps the user's folders and their tracks as one JSON document in the user defaults. Nothing is
-/// held in memory: each change reads the whole document, changes it and hands it back to the store,
-/// so every operation leaves it complete. Interface thread only.
+/// Stores the user's folders and their tracks as one JSON document in the user defaults. It keeps
+/// nothing in memory: each change reads the whole document, modifies it and stores it again, so the
+/// document is complete after every operation. Interface thread only.
 ///
-/// A document that can't be decoded reads as empty. Its bytes stay as they are until the next
-/// change, which moves them aside.
+/// A document that can't be decoded counts as empty. It stays untouched until the next change,
+/// which moves it aside.
 class FolderPersistence {
   public:
     static constexpr auto defaultsKey = "FolderLibraryService.Bookmarks";
@@ -36,20 +36,21 @@ class FolderPersistence {
         QByteArray data;
     };
 
-    /// Works on `defaults`, which must outlive it.
+    /// `defaults` must outlive this object.
     explicit FolderPersistence(UserDefaults& defaults) : defaults_(defaults) {}
 
-    /// Adds an entry without tracks for `folder`. Nothing, and nothing is stored, if it is no
+    /// Adds an entry without tracks for `folder`. Returns nothing and stores nothing if it isn't a
     /// folder that can be opened.
     [[nodiscard]] std::optional<SavedBookmark> saveBookmark(const FileURL& folder);
 
-    /// Replaces the tracks of the entry `folderId`; without such an entry nothing is written.
+    /// Replaces the tracks of the entry `folderId`. Writes nothing if there is no such entry.
     void saveTracks(QUuid folderId, const TrackList& tracks);
 
     /// Removes every entry with this id.
     void removeRecord(QUuid id);
 
-    /// All entries in stored order, but for those whose bookmark text is broken; these stay stored.
+    /// All entries in stored order, except those whose bookmark isn't valid base64; these stay
+    /// stored.
     [[nodiscard]] QList<FolderRecord> loadRecords();
 
     /// The folder's address, if it can be opened now.

@@ -42,7 +42,7 @@ void writeFolder(JsonWriter& writer, const PersistedFolder& folder) {
     writer.raw("}");
 }
 
-/// Enough for a library of common texts, so that the writer seldom has to grow.
+/// Enough for common texts, so that the writer rarely has to grow.
 qsizetype expectedSize(const std::vector<PersistedFolder>& folders) {
     constexpr qsizetype perTrack = 400;
     constexpr qsizetype perFolder = 1000;

@@ -15,7 +15,7 @@ constexpr std::size_t uuidTextSize = 36;
 /// Writes `id` in upper case.
 void writeUuidText(const QUuid& id, std::span<char, uuidTextSize> out);
 
-/// Reads the canonical form alone, in either case.
+/// Reads the canonical form, in either case, and no other.
 [[nodiscard]] std::optional<QUuid> readUuidText(std::string_view text);
 
 } // namespace tamsy

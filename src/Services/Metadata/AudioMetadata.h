@@ -5,16 +5,16 @@
 
 namespace tamsy {
 
-/// What an audio file says about itself. A blank record has empty texts, a duration of 0 and no
-/// artwork. A plain value.
+/// An audio file's tags and duration. A blank record has empty texts, a duration of 0 and no
+/// artwork.
 struct AudioMetadata {
-    /// May be empty; there is no placeholder for an unknown one at this level.
+    /// May be empty: there are no placeholders at this level.
     QString title;
     QString artist;
     QString album;
-    /// Seconds; 0 when the length is unknown, never NaN or infinite.
+    /// Seconds; 0 if unknown, never NaN or infinite.
     double duration = 0;
-    /// The decoded cover; null when there is none or when it wasn't asked for.
+    /// The decoded cover; null if there is none or it wasn't requested.
     QImage artwork;
 };
 

@@ -9,12 +9,12 @@ namespace tamsy {
 
 class FileURL;
 
-/// The first picture that decodes among a FLAC file's PICTURE blocks (RFC 9639), whatever its kind;
-/// null if there is none within `budget`. The signature must stand at the file's first byte. Any
+/// The first picture that can be decoded among a FLAC file's PICTURE blocks (RFC 9639), of any
+/// type; null if there is none within `budget`. The stream must start at the file's first byte. Any
 /// thread.
 [[nodiscard]] QImage flacEmbeddedArtwork(const FileURL& url, PictureBudget& budget);
 
-/// The decoded picture of one PICTURE block's body; null if it is damaged or doesn't decode.
+/// The picture in a PICTURE block's body; null if it is damaged or can't be decoded.
 [[nodiscard]] QImage parseFlacPictureBlock(ByteCursor::Bytes body, PictureBudget& budget);
 
 } // namespace tamsy
