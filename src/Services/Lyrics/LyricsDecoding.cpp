@@ -7,7 +7,7 @@
 namespace tamsy {
 namespace {
 
-// Qt's UTF-16 decoders pass lone surrogates through and replace half a unit at the end.
+// Qt's UTF-16 decoders let lone surrogates through and replace an odd byte at the end.
 std::optional<QString> decodeUnits(QByteArrayView bytes, QStringConverter::Encoding encoding) {
     if (bytes.size() % 2 != 0)
         return std::nullopt;

@@ -5,16 +5,14 @@
 
 #include <optional>
 
-// Lyrics among what the media framework lists of a file. Pure but for the reading of an item's
-// bytes; any thread.
+// Lyrics among the tag items of a file. Any thread.
 namespace tamsy {
 
-/// The first lyrics among the items of the file's ID3, iTunes and QuickTime lists. An item counts
-/// by its identifier, or because its text, or its bytes taken for text, has a time stamp or speaks
-/// of lyrics.
+/// The first lyrics in the file's ID3, iTunes and QuickTime items. An item counts if its identifier
+/// says so, or if its text, or its bytes decoded as text, has a time stamp or mentions lyrics.
 [[nodiscard]] std::optional<Lyrics> lyricsAmongItems(const MediaAsset& asset);
 
-/// The lyrics that a file's info dictionary has under one of the usual keys.
+/// The lyrics under one of the usual keys of the file's info dictionary.
 [[nodiscard]] std::optional<Lyrics> lyricsInInfoDictionary(const MediaAsset& asset);
 
 } // namespace tamsy

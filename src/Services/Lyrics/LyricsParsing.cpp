@@ -21,7 +21,7 @@ void forEachLine(QStringView text, Visit visit) {
     visit(text.sliced(start));
 }
 
-/// The first `count` characters of `text`; nothing if it has fewer.
+/// The first `count` characters of `text`; nothing if it is shorter.
 std::optional<QStringView> firstCharacters(QStringView text, int count) {
     qsizetype length = 0;
     for (int i = 0; i < count; ++i) {
@@ -34,8 +34,8 @@ std::optional<QStringView> firstCharacters(QStringView text, int count) {
     return text.first(length);
 }
 
-/// Whether `line` starts with a tag such as "[ar:…]", whose key has at most two letters. A number
-/// in the key's place makes it a stamp, or something that only looks like one.
+/// Whether `line` starts with a tag such as "[ar:…]", whose key has at most two characters. If it
+/// starts with a number, it is a time stamp or resembles one.
 bool isHeaderTag(QStringView line) {
     if (!line.startsWith(u'[') || !line.contains(u':'))
         return false;

@@ -8,15 +8,15 @@ namespace tamsy {
 
 class FileURL;
 
-/// Finds the lyrics of an audio file: in its own tags first, then in a sidecar file beside it. The
-/// first source that gives anything ends the search, plain or synced. Answers are kept for the
-/// whole process, those that found nothing aside, and a change of the file isn't noticed. The
-/// reader itself has no state; one is made for each load.
+/// Finds the lyrics of an audio file: first in its tags, then in a sidecar file. The first source
+/// that has any, plain or synced, ends the search. Lyrics are cached until the process ends, even
+/// if the file changes; a search without a result isn't. The reader has no state; each load makes
+/// its own.
 class LyricsReader {
   public:
-    /// Blocks until the answer is known, since one step waits for the interface thread; so it may
-    /// never be called there, which is asserted and gives `Lyrics::empty`. Never fails: what can't
-    /// be read is passed over, but not kept. Any other thread, also several for one file.
+    /// Blocks; one step waits for the interface thread, so it must not be called there (asserted,
+    /// and gives `Lyrics::empty`). A source that can't be read counts as empty. Any other thread,
+    /// even several for one file.
     [[nodiscard]] Lyrics load(const FileURL& url) const;
 
   private:

@@ -6,20 +6,20 @@
 
 namespace tamsy {
 
-/// A time stamp in a text: "[m:ss]" or "[mm:ss]", with ".ff" or ".fff" behind the seconds at will.
-/// A digit is any Unicode decimal digit. All views lie in the text that was searched.
+/// A time stamp: "[m:ss]" or "[mm:ss]", optionally with ".ff" or ".fff" after the seconds. A digit
+/// is any Unicode decimal digit. All views refer to the text that was searched.
 struct LyricsStamp {
     QStringView minutes;                 ///< one or two digits
     QStringView seconds;                 ///< two digits
     std::optional<QStringView> fraction; ///< two or three digits; absent without a dot
-    QStringView rest;                    ///< what stands behind the closing bracket
+    QStringView rest;                    ///< what follows the closing bracket
 };
 
-/// The first stamp in `text`, wherever it stands. Takes time in proportion to the text.
+/// The first stamp in `text`, in linear time.
 [[nodiscard]] std::optional<LyricsStamp> findStamp(QStringView text);
 
-/// The stamp's time in seconds; seconds above 59 count as they stand. Nothing if minutes or seconds
-/// have digits outside ASCII; a fraction that has counts as 0.
+/// The stamp's time in seconds; seconds above 59 are allowed. Nothing if minutes or seconds have
+/// digits outside ASCII; a fraction with such digits counts as 0.
 [[nodiscard]] std::optional<double> secondsOf(const LyricsStamp& stamp);
 
 } // namespace tamsy
