@@ -9,8 +9,7 @@ namespace tamsy {
 namespace {
 
 MediaPlayerIdentity identity() {
-    // What the second engine's libraries and the first one's decoders are given (freedesktop.org's
-    // shared MIME-info database).
+    // The formats that the engines play, by freedesktop.org's shared MIME-info database.
     const QStringList fileTypes{
         QStringLiteral("audio/mpeg"),         QStringLiteral("audio/x-wav"),
         QStringLiteral("audio/flac"),         QStringLiteral("audio/ogg"),
@@ -51,7 +50,7 @@ void DesktopIntegration::announceChanges(const PlayerViewModel& player,
     follow(&library, &LibraryViewModel::foldersChanged);
 }
 
-/// A track that begins again has no other sign than that it plays.
+/// Seeks, and starts: a track that begins again shows in nothing but that it plays.
 void DesktopIntegration::announceJumps(const PlayerViewModel& player) {
     connect(&player, &PlayerViewModel::pendingSeekTargetChanged, &mpris_, [this, &player] {
         if (player.pendingSeekTarget())

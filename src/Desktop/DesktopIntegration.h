@@ -8,14 +8,14 @@
 
 namespace tamsy {
 
-/// What the desktop gives a player beyond its windows: remote controls on the session bus, with
-/// the media keys that go through them, and a machine that stays awake while music plays. Without
-/// a bus nothing of it is there, and nothing waits for one. Interface thread.
+/// Ties the player into the desktop beyond its windows: remote controls on the session bus, through
+/// which media keys arrive too, and a machine that stays awake while music plays. Without a bus it
+/// does nothing; it never waits for one. Interface thread.
 class DesktopIntegration : public QObject {
     Q_OBJECT
 
   public:
-    /// The view models aren't owned and outlive this object.
+    /// The view models aren't owned and must outlive this object.
     DesktopIntegration(PlayerViewModel& player, LibraryViewModel& library,
                        RemoteControls::Program program, QObject* parent = nullptr);
 
