@@ -9,7 +9,7 @@ namespace tamsy {
 
 class FileURL;
 
-/// The folder picker as the library asks for it. The windows' layer provides it.
+/// The folder picker, as the library uses it. The views implement it.
 class FolderPanel {
   public:
     using Completion = std::function<void(const std::optional<FileURL>&)>;
@@ -19,9 +19,9 @@ class FolderPanel {
     FolderPanel& operator=(const FolderPanel&) = delete;
     virtual ~FolderPanel() = default;
 
-    /// Shows a modal panel that takes one directory and no file, with `prompt` on its confirming
-    /// button and `message` above. `completion` gets the chosen address, or nothing if the user
-    /// didn't confirm. Interface thread.
+    /// Shows a modal panel that accepts one directory and no file, with `prompt` on its confirm
+    /// button and `message` above. `completion` gets the chosen directory, or nothing if the user
+    /// cancelled. Interface thread.
     virtual void runModal(const QString& prompt, const QString& message, Completion completion) = 0;
 };
 

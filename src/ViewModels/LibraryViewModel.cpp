@@ -11,8 +11,8 @@
 namespace tamsy {
 namespace {
 
-/// A matcher that remembers its last answer for a text: tracks of one album share their artist and
-/// album texts, which are then looked at once.
+/// Remembers its last answer: the tracks of an album share their artist and album texts, which are
+/// then searched once.
 class SharedTextMatcher {
   public:
     explicit SharedTextMatcher(QStringView query) : matcher_(query) {}
@@ -31,7 +31,7 @@ class SharedTextMatcher {
     bool lastAnswer_ = false;
 };
 
-/// Whether a track holds the trimmed text in title, artist or album. Without a text each does.
+/// Whether a track's title, artist or album contains the trimmed text. A blank text matches all.
 class TrackMatcher {
   public:
     explicit TrackMatcher(const QString& text)
@@ -172,7 +172,7 @@ void LibraryViewModel::setFolders(const QList<AudioFolder>& folders) {
 }
 
 void LibraryViewModel::selectFirstFolderIfNoneIsSelected() {
-    // The service already has a new folder that this object gets with the next event.
+    // The service already has a new folder, which reaches this object with the next event.
     if (selectedFolderId_.isNull() && !service_->folders().isEmpty())
         setSelectedFolderId(service_->folders().constFirst().id);
 }

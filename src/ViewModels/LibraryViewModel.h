@@ -14,9 +14,8 @@
 
 namespace tamsy {
 
-/// The views' picture of the library: which folders exist, which one is selected, what is searched
-/// for, and which tracks follow from those. Selection and search aren't kept across runs. Interface
-/// thread only.
+/// What the views show of the library: its folders, the selected one, the search text and the
+/// tracks that these give. Selection and search text aren't stored. Interface thread only.
 class LibraryViewModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QUuid selectedFolderId READ selectedFolderId WRITE setSelectedFolderId NOTIFY
@@ -41,18 +40,18 @@ class LibraryViewModel : public QObject {
     [[nodiscard]] const AudioFolder* selectedFolder() const;
     [[nodiscard]] bool hasSelectedFolder() const { return selectedFolder() != nullptr; }
 
-    /// The selected folder's tracks that hold the trimmed search text in title, artist or album;
-    /// all of them without one. Computed at each read, linear in the folder's tracks.
+    /// The selected folder's tracks whose title, artist or album contains the trimmed search text;
+    /// all of them if it is blank. Computed at each call, linear in the folder's tracks.
     [[nodiscard]] TrackList filteredTracks() const;
 
-    /// The same for a view, which needs no copy of them.
+    /// The same tracks as rows, without a copy of them.
     [[nodiscard]] TrackRows filteredRows() const;
 
-    /// Whether any track is listed at all; at the first one the answer is known.
+    /// Whether there are filtered tracks. Stops at the first one.
     [[nodiscard]] bool hasFilteredTracks() const;
 
-    /// The first track of all folders with this address; null if there is none. Valid until the
-    /// next event.
+    /// The first track with this address in any folder; null if there is none. Valid until the next
+    /// event.
     [[nodiscard]] const Track* findTrack(const FileURL& url) const;
 
     /// The tracks of all folders, in folder order.
@@ -82,7 +81,7 @@ class LibraryViewModel : public QObject {
     void selectFirstFolderIfNoneIsSelected();
 
     QList<AudioFolder> folders_;
-    QUuid selectedFolderId_; // null stands for no selection
+    QUuid selectedFolderId_; // null: no selection
     QString searchText_;
     std::unique_ptr<FolderLibraryService> service_;
     std::unique_ptr<FolderPanel> panel_;

@@ -6,15 +6,14 @@
 
 namespace tamsy {
 
-/// The stored size of the lyrics font, in points, as the menu changes it and the lyrics follow it.
-/// A stored value outside the limits stays in force until it is changed here. Interface thread
-/// only.
+/// The stored size of the lyrics font, in points. The menu changes it and the lyrics follow. A
+/// stored value outside the limits is used until it is changed here. Interface thread only.
 class LyricsFontSize : public QObject {
     Q_OBJECT
     Q_PROPERTY(double points READ points NOTIFY pointsChanged)
 
   public:
-    /// The store isn't owned and outlives this object.
+    /// `defaults` must outlive this object.
     explicit LyricsFontSize(UserDefaults& defaults, QObject* parent = nullptr);
 
     [[nodiscard]] double points() const;

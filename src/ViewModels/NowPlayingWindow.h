@@ -8,8 +8,7 @@ namespace tamsy {
 class LibraryViewModel;
 class PlayerViewModel;
 
-/// The large window beside the main one, as the player owns it. The windows' layer provides it.
-/// Interface thread only.
+/// The Now Playing window, as the player owns it. The views implement it. Interface thread only.
 class NowPlayingWindow {
   public:
     NowPlayingWindow() = default;
@@ -17,11 +16,11 @@ class NowPlayingWindow {
     NowPlayingWindow& operator=(const NowPlayingWindow&) = delete;
     virtual ~NowPlayingWindow() = default;
 
-    /// Shows the window in front of the others, with the keyboard.
+    /// Shows the window in front of all others and gives it the keyboard focus.
     virtual void makeKeyAndOrderFront() = 0;
 };
 
-/// Makes the window over the two view models, which outlive it.
+/// Makes the window for two view models, which must outlive it.
 using NowPlayingWindowFactory =
     std::function<std::unique_ptr<NowPlayingWindow>(PlayerViewModel&, LibraryViewModel&)>;
 

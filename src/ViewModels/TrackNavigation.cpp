@@ -18,8 +18,7 @@ std::optional<qsizetype> firstIndexOf(const TrackList& list, const FileURL& url)
 bool trackHasEnded(double time, double duration, bool playing) {
     if (!(duration > 0) || !playing)
         return false;
-    // Not written as "less or equal": a position that is no number ends the track's doubt the same
-    // way.
+    // Negated so that NaN counts as ended.
     return !(duration - time > endThreshold);
 }
 

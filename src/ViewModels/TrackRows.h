@@ -8,14 +8,14 @@
 
 namespace tamsy {
 
-/// Some tracks of a list, in its order. The list is shared and no track copied, so one of 100,000
-/// is cheap to make at each keystroke.
+/// Some tracks of a list, in its order. The list is shared and no track is copied, so that making
+/// one at each keystroke is cheap even for 100,000 tracks.
 class TrackRows {
   public:
     TrackRows() = default;
     explicit TrackRows(TrackList list) : list_(std::move(list)) {}
 
-    /// Takes in the list's track at `index`.
+    /// Appends the list's track at `index`.
     void append(qsizetype index) { indexes_.push_back(static_cast<int>(index)); }
 
     [[nodiscard]] int size() const { return static_cast<int>(indexes_.size()); }
@@ -30,7 +30,7 @@ class TrackRows {
         return found == indexes_.end() ? -1 : static_cast<int>(found - indexes_.begin());
     }
 
-    /// The same tracks, whatever list they come from.
+    /// Compares the tracks, whichever lists they come from.
     friend bool operator==(const TrackRows& a, const TrackRows& b) {
         if (a.list_.isSharedWith(b.list_))
             return a.indexes_ == b.indexes_;
