@@ -20,7 +20,7 @@ std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes) {
     if (!signature || asText(*signature) != "APETAGEX")
         return std::nullopt;
     const std::uint32_t version = cursor.readU32le().value_or(0);
-    const std::uint32_t size = cursor.readU32le().value_or(0); // the footer's own counted
+    const std::uint32_t size = cursor.readU32le().value_or(0); // footer included
     const auto items = cursor.readU32le();
     if (!items || size < ApeFooter::size)
         return std::nullopt;

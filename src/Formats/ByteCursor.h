@@ -7,9 +7,8 @@
 
 namespace tamsy {
 
-/// A read position over bytes that someone else owns. Every read is held against the end: one that
-/// doesn't fit gives nothing and leaves the position alone, so a length that lies can't lead
-/// outside.
+/// A bounds-checked read position in bytes that it doesn't own. A read past the end gives nothing
+/// and leaves the position unchanged, so a wrong length can't lead outside.
 class ByteCursor {
   public:
     using Bytes = std::span<const std::byte>;
@@ -20,7 +19,7 @@ class ByteCursor {
     [[nodiscard]] std::size_t remaining() const { return bytes_.size() - position_; }
     [[nodiscard]] bool atEnd() const { return remaining() == 0; }
 
-    /// Moves to `position`, counted from the start; false, and unmoved, beyond the end.
+    /// Moves to `position`, counted from the start. False, without moving, if that is past the end.
     [[nodiscard]] bool seek(std::uint64_t position) {
         if (position > bytes_.size())
             return false;
@@ -28,10 +27,10 @@ class ByteCursor {
         return true;
     }
 
-    /// Passes over `count` bytes; false, and unmoved, if there are fewer.
+    /// Skips `count` bytes. False, without moving, if there are fewer.
     [[nodiscard]] bool skip(std::uint64_t count) { return readBytes(count).has_value(); }
 
-    /// The next `count` bytes, not copied. A count of 0 gives an empty span.
+    /// The next `count` bytes, without a copy; an empty span if `count` is 0.
     [[nodiscard]] std::optional<Bytes> readBytes(std::uint64_t count) {
         if (count > remaining())
             return std::nullopt;

@@ -13,8 +13,8 @@ class FileURL;
 
 namespace tamsy::media {
 
-/// Bytes that can be read at any place: a file, a part of memory, or a packet that lies in pieces.
-/// Immutable; any number of threads may read.
+/// Bytes that can be read at any offset: a file, memory, or a packet in several pieces. Immutable;
+/// any number of threads may read.
 class ByteSource {
   public:
     ByteSource() = default;
@@ -22,29 +22,28 @@ class ByteSource {
     ByteSource& operator=(const ByteSource&) = delete;
     virtual ~ByteSource() = default;
 
-    /// Bytes in all, as it was when the source was opened.
+    /// The size in bytes when the source was opened.
     [[nodiscard]] virtual std::uint64_t size() const = 0;
 
-    /// Reads what stands at `offset` into `target`; gives the bytes read, fewer at the end.
+    /// Reads from `offset` into `target`. Returns the number of bytes read, fewer at the end.
     [[nodiscard]] virtual std::size_t read(std::uint64_t offset,
                                            std::span<std::byte> target) const = 0;
 
-    /// Whether a read has failed, so that what was found may not be all there is.
+    /// Whether a read has failed, so that results may be incomplete.
     [[nodiscard]] virtual bool hasFailed() const { return false; }
 
-    /// The `length` bytes at `offset`; empty if they aren't all there or are more than a value of
-    /// a tag may reasonably have (64 MiB).
+    /// The `length` bytes at `offset`; empty if there are fewer, or if `length` exceeds 64 MiB,
+    /// more than any value of a tag needs.
     [[nodiscard]] QByteArray copy(std::uint64_t offset, std::uint64_t length) const;
 };
 
 using SharedSource = std::shared_ptr<const ByteSource>;
 
-/// Opens a regular file for reading by position. Nothing is mapped, so a file that shrinks
-/// meanwhile only reads short. Null if it is no regular file or can't be opened; a fifo doesn't
-/// block.
+/// Opens a regular file. It isn't mapped, so a file that shrinks meanwhile just reads short. Null
+/// if it isn't a regular file or can't be opened; never blocks on a pipe.
 [[nodiscard]] SharedSource openFileSource(const FileURL& url);
 
-/// Bytes in memory.
+/// A source in memory.
 class MemorySource : public ByteSource {
   public:
     explicit MemorySource(QByteArray bytes) : bytes_(std::move(bytes)) {}

@@ -10,9 +10,9 @@ namespace tamsy::media {
 
 using Bytes = ByteCursor::Bytes;
 
-/// A window over a source that follows the reader about, so that a tag's many small reads become a
-/// few of the system's. It serves a limited number of those: a file that leads the reader back and
-/// forth without end runs dry instead, which bounds the time that any file can cost.
+/// A window over a source that moves with the reader, so that a tag's many small reads become a few
+/// system calls. The number of these is limited: after that every read gives nothing, which bounds
+/// the time that a hostile file can cost.
 class ByteWindow {
   public:
     static constexpr std::size_t defaultCapacity = 8192;
@@ -22,8 +22,8 @@ class ByteWindow {
 
     [[nodiscard]] std::uint64_t size() const { return source_.size(); }
 
-    /// The `length` bytes at `offset`, valid until the next read. Empty if they aren't all there,
-    /// if they don't fit the window, or if the window has run dry. A miss fetches up to `readAhead`
+    /// The `length` bytes at `offset`, valid until the next read. Empty if there are fewer, if they
+    /// exceed the window's capacity, or if the limit is used up. A miss fetches up to `readAhead`
     /// bytes.
     [[nodiscard]] Bytes read(std::uint64_t offset, std::size_t length,
                              std::size_t readAhead = defaultCapacity);
@@ -31,10 +31,10 @@ class ByteWindow {
     /// As many bytes at `offset` as there are, up to `length` and the window's capacity.
     [[nodiscard]] Bytes readUpTo(std::uint64_t offset, std::size_t length);
 
-    /// A copy of the `length` bytes at `offset`, which may be more than the window holds.
+    /// A copy of the `length` bytes at `offset`, which may exceed the window's capacity.
     [[nodiscard]] QByteArray copy(std::uint64_t offset, std::uint64_t length);
 
-    /// Whether `text` stands at `offset`.
+    /// Whether the bytes at `offset` are `text`.
     [[nodiscard]] bool matches(std::uint64_t offset, std::string_view text);
 
   private:
@@ -48,7 +48,7 @@ class ByteWindow {
     unsigned fetches_ = 0;
 };
 
-/// `bytes` as text that shares them.
+/// A view of `bytes` as text.
 [[nodiscard]] inline std::string_view asText(Bytes bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }

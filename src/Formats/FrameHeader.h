@@ -12,16 +12,16 @@ struct FrameHeader {
     std::uint32_t length = 0; ///< bytes, this header included
     std::uint32_t samples = 0;
     std::uint32_t sampleRate = 0;
-    /// What stays the same from frame to frame of one stream.
+    /// The bits that are equal in all frames of a stream.
     std::uint32_t kind = 0;
     /// MPEG layer III: bytes from the frame's start to where an encoder may put a Xing header.
     std::uint32_t infoStart = 0;
 };
 
-/// Bytes at a frame's start that its header takes at most.
+/// The size of the longest frame header in bytes.
 constexpr std::size_t frameHeaderSize = 7;
 
-/// Nothing if the bytes start no frame of a known length.
+/// Nothing unless a frame of known length starts with `bytes`.
 [[nodiscard]] std::optional<FrameHeader> parseFrameHeader(Bytes bytes);
 
 } // namespace tamsy::media

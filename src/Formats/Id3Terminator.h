@@ -4,14 +4,14 @@
 
 namespace tamsy {
 
-/// Bytes of a code unit in one of ID3v2's text encodings: UTF-16 with (1) and without (2) a byte
-/// order mark has two, Latin-1 (0) and UTF-8 (3) have one.
+/// The size of a code unit in an ID3v2 text encoding, in bytes: 2 for UTF-16 with (1) and without
+/// (2) a byte order mark, 1 for Latin-1 (0) and UTF-8 (3).
 [[nodiscard]] constexpr qsizetype id3UnitSize(char encoding) {
     return encoding == 1 || encoding == 2 ? 2 : 1;
 }
 
-/// Where the first terminator is, from `start` on: a zero byte, or an aligned pair of them for a
-/// unit of two. -1 if there is none.
+/// The offset of the first terminator from `start` on: a zero byte, or an aligned pair of them for
+/// units of two bytes. -1 if there is none.
 [[nodiscard]] constexpr qsizetype findId3Terminator(QByteArrayView bytes, qsizetype unitSize,
                                                     qsizetype start = 0) {
     for (qsizetype i = start; i + unitSize <= bytes.size(); i += unitSize) {

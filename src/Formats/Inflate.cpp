@@ -13,7 +13,7 @@ QByteArray inflated(const QByteArray& bytes, qsizetype limit) {
     stream.avail_in = static_cast<uInt>(bytes.size());
     QByteArray result;
     int status = Z_OK;
-    // Growing with what comes out, never by a length that the file claims.
+    // Grows with the output and never trusts a length from the file.
     while (status == Z_OK && result.size() < limit) {
         const qsizetype start = result.size();
         const qsizetype room = std::min(std::max<qsizetype>(start, 4096), limit - start);

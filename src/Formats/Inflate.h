@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Undoes zlib compression (RFC 1950) up to `limit` bytes, a thousand of which may stand in one.
-/// Where the bytes are damaged or cut off, what came out before is given.
+/// Decompresses zlib data (RFC 1950) up to `limit` bytes; it can expand a thousandfold. If the data
+/// is damaged or truncated, returns the output up to there.
 [[nodiscard]] QByteArray inflated(const QByteArray& bytes, qsizetype limit);
 
 } // namespace tamsy::media

@@ -16,7 +16,7 @@ namespace {
 struct Candidate {
     LegacyEncoding encoding;
     const char* name; ///< the C library's
-    double prior;     ///< bits that it must be likelier by; the player's listeners are Chinese
+    double prior;     ///< handicap in bits: most users are Chinese
 };
 
 constexpr Candidate candidates[] = {

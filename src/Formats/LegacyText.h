@@ -8,16 +8,16 @@
 
 namespace tamsy {
 
-/// What bytes of text are taken for when the tag names no encoding, or names Latin-1, which for
-/// many years was written over whatever the writer's machine used.
+/// The encoding of text whose tag names none, or names Latin-1: for many years programs wrote that
+/// whatever encoding the machine used.
 enum class LegacyEncoding { Utf8, Gb18030, ShiftJis, Big5, EucKr, Windows1251, Windows1252 };
 
-/// Judges texts of one file together, since the two or three letters of a name alone say too
-/// little: UTF-8 if all are valid, else the encoding in which they are likeliest.
+/// Detects the encoding of one file's texts together, since a short name alone says too little:
+/// UTF-8 if all are valid, else the encoding in which they are most likely.
 [[nodiscard]] LegacyEncoding judgeLegacyEncoding(const std::vector<QByteArray>& texts);
 
-/// Decodes `bytes`. In the encodings of one byte a letter, valid UTF-8 is decoded as that, whatever
-/// `encoding` says of its neighbours.
+/// Decodes `bytes`. If `encoding` is a single-byte encoding, text that is valid UTF-8 is decoded as
+/// UTF-8.
 [[nodiscard]] QString decodeLegacyText(QByteArrayView bytes, LegacyEncoding encoding);
 
 } // namespace tamsy

@@ -6,7 +6,7 @@
 
 namespace tamsy::media {
 
-/// One atom (box) of an MPEG-4 file: its type and the places where its body begins and ends.
+/// An atom (box) of an MPEG-4 file: its type and the offsets where its body begins and ends.
 struct Mp4Atom {
     std::uint32_t type = 0;
     std::uint64_t body = 0;
@@ -21,15 +21,15 @@ struct Mp4Atom {
     [[nodiscard]] std::uint64_t size() const { return end - body; }
 };
 
-/// Steps through the atoms that stand side by side. All walks of one file share one count, so that
-/// no file has its reader go through more atoms than a film has.
+/// Steps through sibling atoms. All walks in a file share one limit of atoms, which bounds the time
+/// that a hostile file can cost.
 class Mp4AtomWalk {
   public:
     Mp4AtomWalk(ByteWindow& window, int& atomsLeft, std::uint64_t begin, std::uint64_t end)
         : window_(window), atomsLeft_(atomsLeft), position_(begin), end_(end) {}
 
-    /// The next atom; nothing at the end, or where a size can't be. An atom that runs past the end
-    /// ends there.
+    /// The next atom; nothing at the end or after an impossible size. An atom that runs past the
+    /// end is truncated.
     [[nodiscard]] std::optional<Mp4Atom> next() {
         if (position_ >= end_ || atomsLeft_-- <= 0)
             return std::nullopt;

@@ -7,7 +7,7 @@
 namespace tamsy {
 namespace {
 
-// Kilobits a second; 0 stands for the free format.
+// In kbit/s; 0 means free format.
 using Bitrates = std::array<std::uint16_t, 15>;
 constexpr Bitrates version1Layer1 = {0,   32,  64,  96,  128, 160, 192, 224,
                                      256, 288, 320, 352, 384, 416, 448};

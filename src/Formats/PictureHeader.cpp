@@ -18,7 +18,7 @@ qint64 pixelsOf(QSize size) {
     return qint64{size.width()} * size.height();
 }
 
-/// What a JPEG's frame header says of the memory that its coefficients take.
+/// What a JPEG's frame header says about the memory that its coefficients need.
 struct JpegFrame {
     bool isProgressive = false;
     int components = 0;
@@ -60,7 +60,7 @@ std::optional<std::uint8_t> nextMarker(ByteCursor& cursor) {
     return marker;
 }
 
-/// Bytes per pixel that the decoder keeps until the last pass; 0 if the picture comes in one.
+/// Bytes per pixel that the decoder keeps until the last scan; 0 if there is only one.
 double coefficientBytes(const QByteArray& bytes) {
     constexpr double bytesPerCoefficient = 2;
     constexpr std::uint8_t startOfScan = 0xDA;
@@ -85,7 +85,7 @@ double coefficientBytes(const QByteArray& bytes) {
 }
 
 qint64 jpegMemory(const QByteArray& bytes, QSize size, QSize scaled) {
-    // The decoder's own steps; the result is scaled from the next larger one.
+    // The decoder scales in eighths; the result is scaled down from the next larger step.
     const double eighths = std::ceil(8.0 * scaled.width() / std::max(1, size.width()));
     const double decoded = static_cast<double>(pixelsOf(size)) * eighths * eighths / 64;
     return static_cast<qint64>(static_cast<double>(pixelsOf(size)) * coefficientBytes(bytes) +
@@ -104,7 +104,7 @@ bool isScaledByRow(const QByteArray& png) {
 } // namespace
 
 QByteArray pictureFormat(const QByteArray& bytes) {
-    using namespace std::string_view_literals; // which have their NULs within
+    using namespace std::string_view_literals; // they may contain NULs
     constexpr std::pair<std::string_view, const char*> signatures[] = {
         {"\xFF\xD8\xFF"sv, "jpeg"}, {"\x89PNG\r\n"sv, "png"}, {"GIF8"sv, "gif"}, {"BM"sv, "bmp"},
         {"II*\0"sv, "tiff"},        {"MM\0*"sv, "tiff"},
@@ -123,7 +123,7 @@ qint64 decodingMemory(const QByteArray& format, const QByteArray& bytes, QSize s
         return jpegMemory(bytes, size, scaled) + (scaled == size ? 0 : result);
     if (format == "png" && isScaledByRow(bytes))
         return result;
-    // WebP's lossless form and wide TIFF samples are held twice.
+    // Lossless WebP and wide TIFF samples are in memory twice.
     const qint64 copies = format == "webp" || format == "tiff" ? 2 : 1;
     return pixelsOf(size) * bytesPerPixel * copies + (scaled == size ? 0 : result);
 }

@@ -18,7 +18,7 @@ struct Close {
 };
 using Converter = std::unique_ptr<void, Close>;
 
-/// Opening a converter costs more than a title's conversion.
+/// Cached, since opening a converter costs more than converting a title.
 iconv_t converterOf(const char* from, const char* to) {
     thread_local std::map<std::pair<std::string, std::string>, Converter> converters;
     Converter& converter = converters[{from, to}];
@@ -34,7 +34,7 @@ QByteArray convertText(QByteArrayView bytes, const char* from, const char* to) {
     if (converter == reinterpret_cast<iconv_t>(-1))
         return {};
     iconv(converter, nullptr, nullptr, nullptr, nullptr);
-    constexpr qsizetype longestCharacter = 4; // bytes that one may become
+    constexpr qsizetype longestCharacter = 4; // output bytes per input byte
     QByteArray converted(bytes.size() * longestCharacter, Qt::Uninitialized);
     char* in = const_cast<char*>(bytes.data());
     auto inLeft = static_cast<std::size_t>(bytes.size());

@@ -5,8 +5,8 @@
 
 namespace tamsy {
 
-/// Converts between two encodings by their names in the C library, as far as the bytes are valid;
-/// empty if it knows no such encoding. Any thread.
+/// Converts between two encodings, named as in the C library, up to the first invalid byte; empty
+/// if one is unknown. Any thread.
 [[nodiscard]] QByteArray convertText(QByteArrayView bytes, const char* from, const char* to);
 
 } // namespace tamsy

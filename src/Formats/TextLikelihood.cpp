@@ -8,9 +8,9 @@
 #include <limits>
 #include <string_view>
 
-// The models give each character a cost by its class: a frequent one, one of the encoding's first
-// level, one of its rarer levels. The costs are rough logarithms of shares in running text; what
-// counts is that all encodings are measured on the same scale, ASCII included.
+// The models assign each character a cost by its class: frequent, in the encoding's first level, or
+// rare. The costs are rough logarithms of frequencies in running text; what matters is that all
+// encodings, and ASCII, use the same scale.
 namespace tamsy {
 namespace {
 
@@ -28,7 +28,7 @@ bool isAmong(Byte byte, std::string_view bytes) {
     return bytes.find(static_cast<char>(byte)) != std::string_view::npos;
 }
 
-// Some of the most frequent characters of titles and names.
+// The most frequent characters in titles and names.
 constexpr std::string_view frequentHanzi =
     "的我你爱愛不是了一在人心有这這风風天情梦夢来來月夜花雪时時光年想她他说說歌无無上大小雨海星中"
     "国國再见見笑泪淚生世界城市回家自由后後听聽张張林王陈陳周李黄黃刘劉罗羅齐齊蔡邓鄧惠学學友";
@@ -44,10 +44,10 @@ unsigned pairOf(Byte lead, Byte trail) {
     return unsigned{lead} << 8U | trail;
 }
 
-/// The pairs of bytes of the characters of `text` in an encoding; those that it lacks are left out.
+/// The byte pairs of the characters of `text` in an encoding, without those that it lacks.
 Pairs pairsOf(std::string_view text, const char* encoding) {
     Pairs pairs;
-    for (std::size_t i = 0; i + 3 <= text.size(); i += 3) { // each has three bytes in UTF-8
+    for (std::size_t i = 0; i + 3 <= text.size(); i += 3) { // three bytes each in UTF-8
         const QByteArray pair = convertText(QByteArrayView(text.substr(i, 3)), "UTF-8", encoding);
         if (pair.size() == 2)
             pairs.set(pairOf(static_cast<Byte>(pair[0]), static_cast<Byte>(pair[1])));
@@ -102,7 +102,7 @@ struct ShiftJis {
         return (isBetween(lead, 0x81, 0x9F) || isBetween(lead, 0xE0, 0xFC)) &&
                isBetween(trail, 0x40, 0xFC) && trail != 0x7F;
     }
-    /// Katakana of half width.
+    /// Half-width katakana.
     static double single(Byte byte) { return isBetween(byte, 0xA1, 0xDF) ? 13 : impossible; }
     static bool isKana(Byte lead, Byte trail) {
         return (lead == 0x82 && isBetween(trail, 0x9F, 0xF1)) ||
@@ -111,13 +111,13 @@ struct ShiftJis {
     static double pair(Byte lead, Byte trail) {
         if (isKana(lead, trail))
             return lead == 0x82 ? 7.5 : 8;
-        if (lead == 0x81) // the long vowel, the middle dot and punctuation
+        if (lead == 0x81) // long vowel mark, middle dot and punctuation
             return trail == 0x5B || isBetween(trail, 0x40, 0x45) ? 8 : trail < 0xAC ? 12 : rare;
         return lead == 0x82 ? 13 : isBetween(lead, 0x88, 0x97) ? 12.6 : rare;
     }
 };
 
-// The fixed fields of old tags are 30 bytes long and cut a character in two, as does our own limit.
+// The fixed fields of old tags have 30 bytes and may cut a character in two; so may our own limit.
 bool isCutAtEnd(qsizetype position, qsizetype size) {
     return position == size - 1 && (size == 29 || size == 30 || size == judgedBytes);
 }
@@ -145,7 +145,7 @@ bool isAsciiLetter(Byte byte) {
     return isBetween(byte, 'A', 'Z') || isBetween(byte, 'a', 'z');
 }
 
-/// а to я, in bits.
+/// Costs of а to я, in bits.
 constexpr std::array<double, 32> cyrillicLetters = {
     3.6, 6.0, 4.5, 5.9, 5.1, 3.5, 6.8, 6.0, 3.8, 6.4, 4.8, 4.5, 5.0, 3.9, 3.2, 5.2,
     4.4, 4.2, 4.0, 5.3, 8.3, 6.6, 7.7, 6.2, 7.2, 8.3, 11., 5.7, 5.9, 8.0, 7.4, 5.6};
@@ -161,7 +161,7 @@ bool isCyrillicCapital(Byte byte) {
     return isBetween(byte, 0xC0, 0xDF) || isAmong(byte, "\xA8\xB2\xAF\xAA\xA5");
 }
 
-/// A capital inside a word of small letters is no title's, nor is Cyrillic beside Latin letters.
+/// Penalises capitals inside words, and Cyrillic letters next to Latin ones.
 double costOfCyrillic(QByteArrayView bytes) {
     constexpr double expectedCapital = 1.5;
     constexpr double capitalInsideWord = 5;
@@ -206,7 +206,7 @@ double westernByte(Byte byte) {
         {"\xE8\xE0\xE7\xDF\xE5\xF8", 6.5},                 // è à ç ß å ø
         {"\xEA\xFA\xE6\x92", 7},                           // ê ú æ ’
         {"\xF4\xD6\xC4\xDC", 7.5},                         // ô Ö Ä Ü
-        {"\x81\x8D\x8F\x90\x9D", 25},                      // nothing
+        {"\x81\x8D\x8F\x90\x9D", 25},                      // unassigned
         {"\xD7\xF7", 14},                                  // × ÷
         {"\x93\x94\x96\x97\x85\x91", 8},                   // “ ” – — … ‘
         {"\xB4\xB0\xA1\xBF\xAB\xBB\x9C\xB7", 9},           // ´ ° ¡ ¿ « » œ ·
@@ -218,7 +218,7 @@ double westernByte(Byte byte) {
     return byte >= 0xC0 ? 8 : 13;
 }
 
-/// Accented letters seldom stand side by side.
+/// Penalises adjacent accented letters, which are rare.
 double costOfWestern(QByteArrayView bytes) {
     constexpr double besideAnother = 3;
     double cost = 0;

@@ -4,14 +4,14 @@
 
 namespace tamsy {
 
-/// Bytes of a text that are looked at; a language shows long before.
+/// The number of bytes of a text that are examined; far fewer show the language.
 inline constexpr qsizetype judgedBytes = 512;
 
-/// How unlikely `text` is as a title in `encoding`, in bits: minus the logarithm of their
-/// probability in a simple model of each language. Infinite if its bytes aren't valid in it.
+/// How unlikely `text` is as a title in `encoding`, in bits: the negative logarithm of its
+/// probability in a simple model of the language. Infinite if it isn't valid in that encoding.
 [[nodiscard]] double costOfText(QByteArrayView text, LegacyEncoding encoding);
 
-/// Whether there is kana in `text` if it is Shift-JIS, which few Japanese titles are without.
+/// Whether `text`, read as Shift-JIS, contains kana, as most Japanese titles do.
 [[nodiscard]] bool hasKana(QByteArrayView text);
 
 } // namespace tamsy

@@ -7,12 +7,12 @@
 
 namespace tamsy::media {
 
-/// `bytes` without the zero byte that ID3 puts behind a 0xFF so that it can't be taken for sound.
+/// Removes the zero bytes that ID3 inserts after 0xFF, so that a tag contains no MPEG sync word.
 [[nodiscard]] QByteArray undoUnsynchronisation(QByteArray bytes);
 
-/// A whole tag without those bytes. Where one of its bytes stands is known only by reading from the
-/// front, so reads that go forward cost one pass over the tag; a read that goes back starts at the
-/// mark before it. Its size is that of the bytes in the file; it reads short by what was taken out.
+/// A whole tag without those bytes. An offset can only be found by reading from the front: forward
+/// reads take one pass over the tag, a backward read starts at the previous mark. `size` is that of
+/// the tag in the file; reads at the end are short by the number of removed bytes.
 class UnsynchronisedSource : public ByteSource {
   public:
     UnsynchronisedSource(SharedSource file, std::uint64_t offset, std::uint64_t length)
@@ -23,19 +23,19 @@ class UnsynchronisedSource : public ByteSource {
                                    std::span<std::byte> target) const override;
 
   private:
-    /// How far the pass over the tag has come.
+    /// A position of the pass over the tag.
     struct Place {
         std::uint64_t raw = 0;
         std::uint64_t plain = 0;
-        bool isBehindMark = false; ///< the byte before was 0xFF
+        bool isBehindMark = false; ///< the previous byte was 0xFF
     };
 
     SharedSource file_;
     std::uint64_t offset_;
     std::uint64_t length_;
-    mutable std::mutex mutex_; // guards the places
+    mutable std::mutex mutex_; // guards everything below
     mutable Place place_;
-    mutable std::vector<Place> marks_{Place()}; ///< where the pass has been, in even steps
+    mutable std::vector<Place> marks_{Place()}; ///< positions at regular steps
 };
 
 } // namespace tamsy::media

@@ -9,7 +9,7 @@
 
 namespace tamsy {
 
-/// `bytes` as UTF-8, without a leading byte order mark; nothing if they aren't valid.
+/// Decodes UTF-8, without a leading byte order mark; nothing if `bytes` aren't valid.
 [[nodiscard]] inline std::optional<QString> decodeStrictUtf8(QByteArrayView bytes) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder(bytes);
