@@ -10,7 +10,7 @@ namespace tamsy::media {
 
 namespace {
 
-/// The value of an 80-bit float, as AIFF gives its sample rate.
+/// Converts an 80-bit float, the format of AIFF's sample rate.
 double readExtended(ByteCursor& cursor) {
     const int exponent = cursor.readU16().value_or(0) & 0x7FFF;
     const std::uint64_t mantissa = cursor.readU64().value_or(0);

@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Reads an AIFF or AIFF-C file: its ID3 chunk, its NAME, AUTH and ANNO chunks. Gives its length in
-/// seconds, 0 if it isn't known.
+/// Reads an AIFF or AIFF-C file: its ID3, NAME, AUTH and ANNO chunks. Returns its duration in
+/// seconds, 0 if unknown.
 [[nodiscard]] double readAiff(MediaParse& parse, std::uint64_t offset);
 
 } // namespace tamsy::media

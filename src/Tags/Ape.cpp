@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint64_t id3v1Size = 128;
 
-/// What is read of a tag, at the end of a file; the covers in it are passed over.
+/// The bytes of a tag at the end of a file that are read; covers in it are skipped.
 struct ItemRange {
     std::uint64_t begin = 0;
     std::uint64_t end = 0;
@@ -19,7 +19,7 @@ struct ItemRange {
 
 std::optional<ItemRange> findTag(ByteWindow& window) {
     constexpr std::uint64_t farthest = ApeFooter::size + id3v1Size;
-    // One read for both places and for the ID3v1 tag.
+    // One read covers both positions and the ID3v1 tag.
     if (window.size() > farthest)
         static_cast<void>(window.readUpTo(window.size() - farthest, farthest));
     for (const std::uint64_t behind : {std::uint64_t{0}, id3v1Size}) {
@@ -48,7 +48,7 @@ std::optional<CommonKey> commonKeyOf(const QByteArray& key) {
     return std::nullopt;
 }
 
-/// The picture after its file name.
+/// The picture, which follows its file name.
 QByteArray pictureOf(const QByteArray& value) {
     return value.sliced(std::min(value.indexOf('\0') + 1, value.size()));
 }

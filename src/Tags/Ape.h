@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Reads the APE tag at the end of the file, or ahead of the ID3v1 tag there: its texts, its front
-/// cover and its lyrics.
+/// Reads the APE tag at the end of the file, or before an ID3v1 tag there: its texts, front cover
+/// and lyrics.
 void readApeTag(MediaParse& parse);
 
 } // namespace tamsy::media

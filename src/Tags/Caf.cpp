@@ -49,13 +49,13 @@ void addInfo(MediaParse& parse, const QByteArray& name, const QByteArray& value)
     parse.items.add(std::move(item), utf8Text(value));
 }
 
-/// Reads the pairs of terminated texts of an info chunk.
+/// Reads an info chunk's pairs of terminated texts.
 void readInfo(MediaParse& parse, const Chunk& chunk) {
-    // All that a scan is out for, and enough for the longest lyrics.
+    // Enough for a scan, and for the longest lyrics.
     constexpr std::uint64_t mebibyte = std::uint64_t{1024} * 1024;
     const std::uint64_t longest = (parse.items.listsEverything() ? 8 : 1) * mebibyte;
     const QByteArray bytes = parse.window.copy(chunk.body, std::min(chunk.size, longest));
-    qsizetype position = 4; // behind the count, which the terminators tell as well
+    qsizetype position = 4; // after the count, which the terminators make redundant
     for (int count = 0; count < mostEntries; ++count) {
         const qsizetype keyEnd = bytes.indexOf('\0', position);
         const qsizetype valueEnd = keyEnd < 0 ? -1 : bytes.indexOf('\0', keyEnd + 1);
@@ -92,7 +92,7 @@ double readCaf(MediaParse& parse, std::uint64_t offset) {
         const std::uint64_t packets = dataBytes / description.bytesPerPacket;
         frames = static_cast<double>(packets) * description.framesPerPacket;
     }
-    // A packet has a byte at the least.
+    // A packet has at least one byte.
     const bool isBorneOut = description.framesPerPacket == 0 ||
                             frames / description.framesPerPacket <= static_cast<double>(dataBytes);
     return description.sampleRate > 0 && isBorneOut ? frames / description.sampleRate : 0;

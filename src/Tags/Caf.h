@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Reads a Core Audio Format file, whose info chunk may stand anywhere. Gives its length in
-/// seconds, 0 if it isn't known.
+/// Reads a Core Audio Format file, whose info chunk may be anywhere. Returns its duration in
+/// seconds, 0 if unknown.
 [[nodiscard]] double readCaf(MediaParse& parse, std::uint64_t offset);
 
 } // namespace tamsy::media

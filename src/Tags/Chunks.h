@@ -6,18 +6,18 @@
 
 namespace tamsy::media {
 
-/// One chunk of an IFF-like file: its four-letter name and the place of its body.
+/// A chunk of an IFF-like file: its four-letter name and the offset of its body.
 struct Chunk {
     std::string name;
     std::uint64_t body = 0;
-    std::uint64_t size = 0;    ///< as much of it as the file has
-    std::uint64_t claimed = 0; ///< as much as its header says
+    std::uint64_t size = 0;    ///< the part that is in the file
+    std::uint64_t claimed = 0; ///< the size in its header
 };
 
-/// How a family of files writes a chunk's size.
+/// How a file format stores a chunk's size.
 enum class ChunkSizes { LittleEndian32, BigEndian32, BigEndian64 };
 
-/// Steps through the chunks that stand side by side.
+/// Steps through sibling chunks.
 class ChunkWalk {
   public:
     ChunkWalk(ByteWindow& window, ChunkSizes sizes, std::uint64_t begin, std::uint64_t end)
@@ -26,7 +26,7 @@ class ChunkWalk {
     /// The next chunk; nothing at the end.
     [[nodiscard]] std::optional<Chunk> next();
 
-    /// Goes on behind `size` bytes of the chunk that was given last, which claimed another size.
+    /// Continues after `size` bytes of the last chunk, whose header has another size.
     void resize(Chunk& chunk, std::uint64_t size);
 
   private:
@@ -37,11 +37,11 @@ class ChunkWalk {
     int left_ = mostEntries;
 };
 
-/// The text of a chunk up to its first NUL; nothing if `items` doesn't want it.
+/// A chunk's text up to its first NUL; nothing if `items` doesn't want it.
 [[nodiscard]] std::optional<TagText> chunkText(MediaParse& parse, const Chunk& chunk,
                                                std::optional<CommonKey> key);
 
-/// Takes the text of a chunk that no list has, only the info dictionary, under the chunk's name.
+/// Adds a chunk's text to the info dictionary only, under the chunk's name.
 void addNamedChunk(MediaParse& parse, const Chunk& chunk);
 
 } // namespace tamsy::media

@@ -14,8 +14,8 @@ constexpr std::uint64_t walkedBytes = std::uint64_t{64} * 1024 * 1024;
 constexpr std::uint64_t walkedFrames = 250'000;
 constexpr std::uint64_t toleratedJunk = std::uint64_t{256} * 1024;
 constexpr std::uint64_t smallestFrame = 24;
-constexpr std::uint64_t longestTrailer = std::uint64_t{64} * 1024; // other tags behind the sound
-constexpr std::uint64_t countingSlack = 4096; // encoders don't agree on what to count
+constexpr std::uint64_t longestTrailer = std::uint64_t{64} * 1024; // other tags after the sound
+constexpr std::uint64_t countingSlack = 4096; // encoders differ in what they count
 
 std::optional<FrameHeader> headerAt(ByteWindow& window, std::uint64_t offset) {
     return parseFrameHeader(window.read(offset, frameHeaderSize));
@@ -34,7 +34,7 @@ bool isConfirmedFrame(ByteWindow& window, std::uint64_t offset) {
 
 struct EncoderNote {
     std::uint64_t frames = 0;
-    std::uint64_t bytes = 0; ///< of the stream; 0 if it isn't said
+    std::uint64_t bytes = 0; ///< of the stream; 0 if unknown
     std::uint64_t unheardSamples = 0;
 };
 
@@ -68,7 +68,7 @@ std::optional<EncoderNote> readVbriNote(ByteCursor cursor) {
     return note;
 }
 
-/// Nothing if the note doesn't fit the bytes that are there: a file that was cut or joined.
+/// Nothing if the header doesn't match the file's size, because the file was cut or joined.
 std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
                                     const FrameHeader& header) {
     const Bytes frame = window.readUpTo(first, header.length);
@@ -90,7 +90,7 @@ std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
            header.sampleRate;
 }
 
-/// The next place from `offset` on that may start a frame; nothing within `limit` bytes.
+/// The next offset at which a frame may start; nothing if there is none within `limit` bytes.
 std::optional<std::uint64_t> nextSync(ByteWindow& window, std::uint64_t offset,
                                       std::uint64_t limit) {
     const std::uint64_t end = offset + std::min(limit, window.size() - offset);
@@ -107,7 +107,7 @@ std::optional<std::uint64_t> nextSync(ByteWindow& window, std::uint64_t offset,
     return std::nullopt;
 }
 
-/// Counts a stream's samples by its frames' headers.
+/// Counts a stream's samples by its frame headers.
 class FrameWalk {
   public:
     FrameWalk(const ByteSource& source, std::uint64_t first, const FrameHeader& header)
@@ -126,7 +126,7 @@ class FrameWalk {
         return position_ - first_ >= walkedBytes || frames_ >= walkedFrames;
     }
 
-    /// Passes the frames that begin in the window; false if the position stands at none.
+    /// Counts the frames that start in the window; false if there is none at the position.
     bool passFrames() {
         const std::uint64_t start = position_;
         const Bytes bytes = window_.readUpTo(start, walkWindow);

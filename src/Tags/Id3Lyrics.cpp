@@ -21,7 +21,7 @@ struct Entry {
     std::uint32_t milliseconds = 0;
 };
 
-/// Reads up to the terminator; nothing if there is none.
+/// Reads a text up to its terminator; nothing if there is none.
 std::optional<QByteArrayView> readText(ByteCursor& cursor, QByteArrayView payload, char encoding) {
     const auto start = static_cast<qsizetype>(cursor.position());
     const qsizetype unit = id3UnitSize(encoding);
@@ -43,7 +43,7 @@ std::vector<Entry> readEntries(ByteCursor& cursor, QByteArrayView payload, char 
     return entries;
 }
 
-/// Texts of single bytes are judged together, whatever they are called.
+/// The encoding of all single-byte texts is detected together, whatever the frame declares.
 LegacyEncoding judged(const std::vector<Entry>& entries) {
     std::vector<QByteArray> texts;
     texts.reserve(entries.size());
@@ -84,14 +84,14 @@ void appendStamp(QString& text, std::uint32_t milliseconds) {
     text.append(stamp, std::size(stamp));
 }
 
-/// Puts the words behind one another, on a new line with a stamp wherever one begins.
+/// Joins the words, with a line break and a stamp at the start of each line.
 QString joinedLines(const std::vector<Entry>& entries, const std::vector<QString>& texts) {
     const bool marksLines =
         std::ranges::any_of(texts, [](const QString& text) { return text.contains(u'\n'); });
     QString lines;
     bool startsLine = true;
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        // Writers put the newline before a line's first words, or behind its last.
+        // The newline may precede a line's first words or follow its last.
         bool isBehindNewline = !marksLines;
         for (const QStringView words : QStringView(texts[i]).tokenize(u'\n')) {
             startsLine = startsLine || isBehindNewline;

@@ -7,7 +7,7 @@ namespace {
 constexpr std::uint64_t tagSize = 128;
 constexpr std::size_t fieldSize = 30;
 
-/// The field up to its first NUL, without the blanks that fill it.
+/// The field up to its first NUL, without trailing blanks.
 QByteArray field(Bytes tag, std::size_t offset) {
     const std::string_view text = asText(tag.subspan(offset, fieldSize));
     const std::string_view value = text.substr(0, text.find('\0'));

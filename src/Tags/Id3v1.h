@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Reads the ID3v1 tag (id3.org) at the file's end: its title, artist and album count where the
-/// file's other tags lack them. Most files need no look at their end for it.
+/// Reads the ID3v1 tag (id3.org) at the end of the file, for a title, artist or album that the
+/// file's other tags lack. Most files lack none, and their end isn't read.
 void readId3v1(MediaParse& parse);
 
 } // namespace tamsy::media

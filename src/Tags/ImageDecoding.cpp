@@ -14,15 +14,13 @@ namespace {
 
 constexpr int longestSide = 2048;
 constexpr int allocationLimit = PictureBudget::memory >> 20; // MiB
-// A progressive picture may repeat its passes over all its pixels as often as it likes; encoders
-// write about ten.
+// A hostile progressive picture may have any number of scans; encoders write about ten.
 constexpr qsizetype mostPasses = 100;
 
-/// Hands a decoder its bytes, and none any more once the time is used up: a decoder can't be
-/// stopped in any other way.
+/// Gives a decoder its bytes, and none once the time is used up: it can't be stopped otherwise.
 class RationedBytes : public QIODevice {
   public:
-    /// Both must outlive this. No read gives more than `largestRead` bytes.
+    /// Both must outlive this. A read returns at most `largestRead` bytes.
     RationedBytes(const QByteArray& bytes, const PictureBudget& budget, qint64 largestRead)
         : bytes_(bytes), budget_(budget), largestRead_(largestRead) {
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
@@ -58,14 +56,14 @@ class RationedBytes : public QIODevice {
     bool hasRunOut_ = false;
 };
 
-/// Bytes that a decoder may have at once. Its other reads are small; those of the JPEG decoder,
-/// which goes on with fewer, could hold a hundred passes over a large flat picture.
+/// The largest read. A read of the JPEG decoder could otherwise contain a hundred scans of a large
+/// flat picture; it accepts shorter reads. The other decoders' reads are small.
 qint64 largestRead(const QByteArray& format, const QByteArray& bytes) {
     constexpr qint64 jpegPiece = 256;
     return format == "jpeg" ? jpegPiece : bytes.size();
 }
 
-/// The size to decode to: the largest that memory is enough for; empty if none is.
+/// The largest size that the memory budget allows to decode to; empty if there is none.
 QSize affordableSize(const QByteArray& format, const QByteArray& bytes, QSize size) {
     for (const int side : {longestSide, longestSide / 2, longestSide / 4}) {
         QSize scaled = size;

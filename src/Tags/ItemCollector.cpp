@@ -17,13 +17,13 @@ constexpr int mostValues = 100;
 constexpr std::size_t mostCommonItems = 100;
 constexpr std::size_t mostItems = 10'000;
 
-/// Whether there is more than white space to show.
+/// Whether the text has more than white space.
 bool saysSomething(const MediaItem& item) {
     return item.text && !trimmedOfWhitespaceAndNewlines(*item.text).isEmpty();
 }
 
-/// Whether the text may stand under its name: a title, artist or album of blanks is none, while any
-/// other text counts unless it is empty.
+/// Whether the text goes into the info dictionary: a title, artist or album must not be blank, any
+/// other text must not be empty.
 bool isNamed(const MediaItem& item) {
     const bool isOfTrack = item.name == u"title" || item.name == u"artist" || item.name == u"album";
     return isOfTrack ? saysSomething(item) : item.text && !item.text->isEmpty();
@@ -121,7 +121,7 @@ void ItemCollector::decodeUndecided() {
     for (Found& found : found_) {
         if (found.undecided.isEmpty())
             continue;
-        // Words of Western languages mix with any other's, but hardly two of the others.
+        // Western words mix with any other language; two others rarely mix.
         const bool isJudged = found.item.commonKey || (common != LegacyEncoding::Utf8 &&
                                                        common != LegacyEncoding::Windows1252);
         const LegacyEncoding encoding = isJudged ? common : judgeLegacyEncoding({found.undecided});
@@ -159,7 +159,7 @@ QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items) {
         if (!isNamed(item))
             continue;
         offer(item.name, *item.text);
-        // QuickTime's names are known with and without their sign.
+        // QuickTime names occur with and without "©".
         if (item.name.startsWith(u'©'))
             offer(item.name.sliced(1), *item.text);
     }

@@ -10,49 +10,47 @@
 
 namespace tamsy::media {
 
-/// Where the parsers of all containers put what they find, in file order. It knows what the caller
-/// is out for, so that a parser passes over the rest unread, and limits what one file may fill
-/// memory with.
+/// Collects the items that the parsers of all containers find, in file order. It knows what the
+/// caller wants, so that parsers skip the rest unread, and limits the memory that one file can use.
 class ItemCollector {
   public:
     enum class Wanted { CommonTexts, Everything };
 
     explicit ItemCollector(Wanted wanted);
 
-    /// Whether a further item with this meaning is worth reading.
+    /// Whether another item with this meaning is wanted.
     [[nodiscard]] bool wants(std::optional<CommonKey> key) const;
 
     [[nodiscard]] bool listsEverything() const { return wanted_ == Wanted::Everything; }
 
-    /// Whether a text of `length` bytes is to be read. No title is as long as 64 KiB, and no file
-    /// has 8 MiB of texts to show, or titles of 256 KiB: what claims so is passed over.
+    /// Whether a text of `length` bytes is wanted. The limits are 64 KiB for a title, 256 KiB for
+    /// all titles and 8 MiB for all texts of a file; longer texts are skipped.
     [[nodiscard]] bool wantsText(std::optional<CommonKey> key, std::uint64_t length);
 
-    /// Bytes that a text with this meaning may have at the most.
+    /// The maximum size of a text with this meaning, in bytes.
     [[nodiscard]] std::uint64_t roomForText(std::optional<CommonKey> key) const;
 
-    /// Whether one more compressed value may be unpacked when its bytes are asked for. No file has
-    /// more than a few; each may be a thousand times as large as what stands in the file.
+    /// Whether one more compressed value may be decompressed on request. Files have few of them,
+    /// and each can expand a thousandfold.
     [[nodiscard]] bool wantsPackedData() { return packedLeft_-- > 0; }
 
-    /// Takes an item; a title, artist or album is named in the info dictionary by itself.
+    /// Adds an item. A title, artist or album gets its key in the info dictionary here.
     void add(MediaItem item);
     void add(MediaItem item, TagText text);
 
-    /// Takes a text of a poorer tag, which counts only if the file's other tags lack it.
+    /// Adds a text of a minor tag, which is used only if the file's other tags lack it.
     void addFallback(CommonKey key, TagText text);
 
-    /// Items taken so far.
+    /// The number of items so far.
     [[nodiscard]] std::size_t count() const { return found_.size(); }
 
-    /// Appends a further value to the text of the item with this meaning that was taken when
-    /// `since` or more others were in; the hundredth and later ones are dropped. False if there is
-    /// no item to append to.
+    /// Appends a value to the text of the item with this meaning among those from index `since` on;
+    /// from the hundredth on, values are dropped. False if there is no such item.
     [[nodiscard]] bool appendValue(std::size_t since, CommonKey key, const TagText& text);
 
     [[nodiscard]] bool hasAllCommonTexts() const;
 
-    /// Decodes what was left undecided and gives the items, the fallback ones last.
+    /// Decodes the remaining raw texts and returns the items, those of minor tags last.
     [[nodiscard]] std::vector<MediaItem> takeItems();
 
   private:
@@ -72,8 +70,8 @@ class ItemCollector {
     std::vector<Found> found_;
 };
 
-/// The texts of `items` by their names, the first of each name that isn't empty; a title, artist or
-/// album that is white space counts as empty.
+/// The texts of `items` by key: the first non-empty one of each. A blank title, artist or album
+/// counts as empty.
 [[nodiscard]] QHash<QString, QString> namedTexts(const std::vector<MediaItem>& items);
 
 } // namespace tamsy::media

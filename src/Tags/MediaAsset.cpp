@@ -31,7 +31,7 @@ double readFrames(MediaParse& parse, std::uint64_t offset) {
     return first ? media::frameStreamDuration(parse, *first) : 0;
 }
 
-/// Reads what stands behind the leading tags; gives its length in seconds.
+/// Reads what follows the leading tags. Returns the duration in seconds.
 double readContent(MediaParse& parse, std::uint64_t offset) {
     const std::string head(media::asText(parse.window.readUpTo(offset, 12)));
     const std::string_view signature = std::string_view(head).substr(0, 4);

@@ -12,31 +12,31 @@ namespace tamsy {
 /// What an item means, whatever its container calls it.
 enum class CommonKey { Title, Artist, AlbumName, Artwork };
 
-/// The families of tags whose items can be listed one by one.
+/// The tag formats whose items are listed.
 enum class MetadataFormat { ID3, ITunes, QuickTime };
 
-/// One item of a file's tags. A copy shares its bytes and keeps the file open.
+/// One entry of a file's tags. Copies share its bytes and keep the file open.
 struct MediaItem {
     std::optional<CommonKey> commonKey;
 
-    /// The list the item belongs to; without one it shows in the common list only.
+    /// The list that the item belongs to; without one it is only in the common list.
     std::optional<MetadataFormat> format;
 
-    /// The family and the container's own name: "id3/USLT", "itsk/©lyr", "itlk/mean.name",
+    /// The format and the container's own name: "id3/USLT", "itsk/©lyr", "itlk/mean.name",
     /// "mdta/com.apple.quicktime.title", "udta/©nam"; empty without a format.
     QString identifier;
 
-    /// The key of the item's text in the info dictionary; empty if it isn't listed there.
+    /// The key of the item's text in the info dictionary; empty if it has none.
     QString name;
 
-    /// Absent if the value is no text. Several values of one item are joined with "; ".
+    /// Absent if the value isn't text. Several values are joined with "; ".
     std::optional<QString> text;
 
-    /// Reads the value's bytes. Set only at the depths that list every item.
+    /// Reads the value's bytes. Set only at depths that list all items.
     std::function<QByteArray()> readData;
 
-    /// The value's bytes as the tag holds them, transport encodings undone: a frame's payload, a
-    /// picture's file. Read from the file on each call, empty if that fails. Any thread.
+    /// The value's bytes, decompressed and without unsynchronisation: a frame's payload, a picture.
+    /// Reads the file at each call; empty if that fails. Any thread.
     [[nodiscard]] QByteArray data() const { return readData ? readData() : QByteArray(); }
 };
 

@@ -5,7 +5,7 @@
 
 namespace tamsy::media {
 
-/// One reading of one file: what the parsers of all containers share.
+/// The state of parsing one file, shared by the parsers of all containers.
 struct MediaParse {
     MediaParse(SharedSource opened, ItemCollector::Wanted wanted, bool withDuration)
         : source(std::move(opened)), window(*source), items(wanted), wantsDuration(withDuration) {}
@@ -16,8 +16,8 @@ struct MediaParse {
     bool wantsDuration;
 };
 
-/// No tag has as many entries (frames, chunks, atoms, comments); a file that goes on is made to
-/// keep its reader busy.
+/// Limits the entries (frames, chunks, atoms, comments) that are read: only a hostile file has
+/// more.
 constexpr int mostEntries = 10'000;
 
 } // namespace tamsy::media

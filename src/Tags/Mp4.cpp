@@ -74,7 +74,7 @@ class Mp4Reader {
         return isLong ? cursor.readU64().value_or(0) : cursor.readU32().value_or(0);
     }
 
-    // All bits set says that the length isn't known.
+    // All bits set means unknown.
     bool setSeconds(std::uint64_t units, bool isLong) {
         const std::uint64_t unknown = isLong ? UINT64_MAX : UINT32_MAX;
         if (timescale_ == 0 || units == 0 || units == unknown)
@@ -83,7 +83,7 @@ class Mp4Reader {
         return true;
     }
 
-    // What the reader's limits left unread counts as the rest did.
+    // Extrapolates to what the limits left unread.
     [[nodiscard]] double duration() const {
         if (!isSummed_ || reached_ == 0)
             return seconds_;

@@ -6,23 +6,22 @@
 
 namespace tamsy::media {
 
-/// Sums the samples of a film that was written in fragments, whose header names no length.
+/// Sums the samples of a fragmented file, whose header has no duration.
 class Mp4Fragments {
   public:
     Mp4Fragments(ByteWindow& window, int& atomsLeft) : window_(window), atomsLeft_(atomsLeft) {}
 
-    /// Takes a track of the movie atom; the first with sound, else the first, is the one that is
-    /// summed.
+    /// Adds a track of the movie atom. The first sound track is summed, else the first track.
     void addTrack(const Mp4Atom& track);
 
-    /// Takes what a track's fragments leave unsaid: `cursor` stands in a `trex` atom behind its
-    /// version and flags.
+    /// Reads a track's defaults for fragments: `cursor` is in a `trex` atom, after its version and
+    /// flags.
     void addDefaults(ByteCursor cursor);
 
     /// Adds the samples of one `moof` atom.
     void addFragment(const Mp4Atom& fragment);
 
-    /// The length of all that was added; 0 without a track.
+    /// The duration of all fragments added; 0 without a track.
     [[nodiscard]] double seconds() const;
 
   private:

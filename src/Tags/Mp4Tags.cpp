@@ -68,7 +68,7 @@ void Mp4Tags::readUserData(const Mp4Atom& userData) {
 void Mp4Tags::readMeta(const Mp4Atom& meta) {
     keys_.clear();
     namesKeys_ = false;
-    // The atom begins with a version in ISO files and without one in QuickTime's own.
+    // The atom starts with a version in ISO files, but not in QuickTime files.
     const bool isBare = parse_.window.matches(meta.body + 4, "hdlr");
     Mp4AtomWalk walk(parse_.window, atomsLeft_, meta.body + (isBare ? 0 : 4), meta.end);
     while (const auto atom = walk.next()) {
@@ -148,7 +148,7 @@ MediaItem Mp4Tags::itemFor(const Mp4Atom& entry, const std::string& freeName) co
 }
 
 void Mp4Tags::addValues(const MediaItem& item, const std::vector<Value>& values) {
-    // Each picture is an item of its own; texts are the values of one.
+    // Each picture is an item; several texts are the values of one item.
     const bool isPicture = item.commonKey == CommonKey::Artwork;
     const std::size_t start = parse_.items.count();
     for (const Value& value : values) {
@@ -190,7 +190,7 @@ void Mp4Tags::readUserText(const Mp4Atom& atom) {
     if (atom.is("\xA9"
                 "lyr"))
         item.name = QStringLiteral("©lyr");
-    // Each text stands behind its length and its language.
+    // Each text follows its length and language.
     const auto length = ByteCursor(parse_.window.read(atom.body, 4)).readU16();
     if (!length || *length + 4U > atom.size())
         return;

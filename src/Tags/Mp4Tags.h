@@ -8,8 +8,8 @@
 
 namespace tamsy::media {
 
-/// Reads the three kinds of tags that an MPEG-4 file can carry: the item list, the list with named
-/// keys, and QuickTime's texts of the user data.
+/// Reads the three kinds of tags in an MPEG-4 file: the item list, the list with named keys, and
+/// QuickTime's user data texts.
 class Mp4Tags {
   public:
     Mp4Tags(MediaParse& parse, int& atomsLeft) : parse_(parse), atomsLeft_(atomsLeft) {}
@@ -17,11 +17,11 @@ class Mp4Tags {
     /// Reads a `udta` atom: its texts, and the `meta` atom in it.
     void readUserData(const Mp4Atom& userData);
 
-    /// Reads a `meta` atom with the lists in it.
+    /// Reads a `meta` atom and its lists.
     void readMeta(const Mp4Atom& meta);
 
   private:
-    /// One value of a list's item: a `data` atom behind its type and locale.
+    /// A value of a list item: a `data` atom's contents after type and locale.
     struct Value {
         std::uint32_t type = 0;
         std::uint64_t offset = 0;

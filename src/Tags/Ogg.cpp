@@ -17,7 +17,7 @@ constexpr int mostStreams = 32;
 constexpr int mostFlacBlocks = 64;
 constexpr std::uint64_t noGranule = UINT64_MAX;
 
-// The last page begins within the longest page's size of the end; most end within far less.
+// The last page starts within the longest page's size of the end, usually much closer.
 constexpr std::uint64_t tailSizes[] = {8192, 66'000};
 
 struct Stream {
@@ -40,7 +40,7 @@ std::optional<Stream> identify(ByteWindow& window, const OggPage& page) {
     if (asText(packet).starts_with("OpusHead") && cursor.skip(10)) {
         stream.codec = Codec::Opus;
         stream.preSkip = cursor.readU16le().value_or(0);
-        stream.sampleRate = 48'000; // granules count so whatever the source's rate was
+        stream.sampleRate = 48'000; // of granules, whatever the source's sample rate
         return stream;
     }
     if (asText(packet).starts_with("\x7F"
@@ -53,7 +53,7 @@ std::optional<Stream> identify(ByteWindow& window, const OggPage& page) {
     return std::nullopt;
 }
 
-/// The first stream of sound among those that begin together.
+/// The first audio stream among those that start together.
 std::optional<Stream> findStream(ByteWindow& window, std::uint64_t offset) {
     for (int count = 0; count < mostStreams; ++count) {
         const auto page = readOggPage(window, offset);
@@ -68,7 +68,7 @@ std::optional<Stream> findStream(ByteWindow& window, std::uint64_t offset) {
     return std::nullopt;
 }
 
-/// The first byte of a frame, 0xFF, read as a block's type.
+/// The first byte of a FLAC frame, 0xFF, read as a block type.
 constexpr std::uint8_t soundFrame = 0x7F;
 
 void readFlacBlocks(MediaParse& parse, OggPacketWalk& walk) {
@@ -104,7 +104,7 @@ void readComments(MediaParse& parse, const Stream& stream) {
         readVorbisComments(parse.items, packet, window, signature.size(), packet->size());
 }
 
-/// The position that the last page of the stream within the file's last `length` bytes ends at.
+/// The granule position of the stream's last page within the file's last `length` bytes.
 std::optional<std::uint64_t> lastGranule(const ByteSource& source, std::uint64_t length,
                                          std::uint32_t serial) {
     const std::uint64_t begin = source.size() - std::min(length, source.size());

@@ -4,8 +4,8 @@
 
 namespace tamsy::media {
 
-/// Reads an Ogg file whose sound is Vorbis, Opus (RFC 7845) or FLAC. Gives its length in seconds,
-/// 0 if it isn't known.
+/// Reads an Ogg file with Vorbis, Opus (RFC 7845) or FLAC. Returns its duration in seconds, 0 if
+/// unknown.
 [[nodiscard]] double readOgg(MediaParse& parse, std::uint64_t offset);
 
 } // namespace tamsy::media

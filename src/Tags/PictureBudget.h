@@ -6,38 +6,38 @@
 
 namespace tamsy {
 
-/// What reading and decoding the pictures of one file may cost, all of them together: a file can
-/// hold hundreds that turn out to be damaged at their last byte. One thread.
+/// Limits what reading and decoding all pictures of one file may cost: a file can have hundreds
+/// that turn out to be damaged at their last byte. One thread.
 class PictureBudget {
   public:
-    /// Processor time; a baseline JPEG of 25 million pixels takes half of it.
+    /// Processor time. A baseline JPEG of 25 million pixels takes half of it.
     static constexpr std::chrono::milliseconds processorTime{450};
 
-    /// Memory that one picture may take, its file's bytes counted.
+    /// Memory for one picture, including its encoded bytes.
     static constexpr qint64 memory = qint64{64} << 20;
 
-    /// Bytes of all items that are tried, pictures or not.
+    /// Total bytes of the items tried, pictures or not.
     static constexpr qint64 mostBytes = qint64{64} << 20;
 
     static constexpr qint64 mostPixels = qint64{64} * 1000 * 1000;
 
-    /// Takes the bytes of one more item; false once there were too many, or no time is left.
+    /// Accounts for the bytes of one more item. False if the limit is exceeded or no time is left.
     [[nodiscard]] bool takeBytes(qint64 count) {
         bytes_ += count;
         return bytes_ <= mostBytes && hasTime();
     }
 
-    /// Takes the pixels of one more picture; false once there were too many.
+    /// Accounts for the pixels of one more picture. False if the limit is exceeded.
     [[nodiscard]] bool takePixels(qint64 count) {
         pixels_ += count;
         return pixels_ <= mostPixels;
     }
 
-    /// Whether the calling thread has processor time left for this file.
+    /// Whether processor time is left for this file.
     [[nodiscard]] bool hasTime() const;
 
   private:
-    /// Processor time of the calling thread.
+    /// The calling thread's processor time.
     [[nodiscard]] static std::chrono::nanoseconds now();
 
     std::chrono::nanoseconds start_ = now();

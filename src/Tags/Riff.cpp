@@ -26,8 +26,8 @@ struct WaveFormat {
     std::uint32_t bytesPerSecond = 0;
     std::uint16_t blockSize = 0;
     std::uint16_t framesPerBlock = 0; ///< of a compressed format
-    std::uint32_t notedFrames = 0;    ///< by a fact chunk
-    std::uint64_t data = 0;           ///< offset of the sound
+    std::uint32_t notedFrames = 0;    ///< from a fact chunk
+    std::uint64_t data = 0;           ///< offset of the audio data
     std::uint64_t dataBytes = 0;
     std::uint64_t longDataBytes = 0;
 };
@@ -60,14 +60,14 @@ double durationOf(const WaveFormat& wave) {
     const double blocks = bytes / wave.blockSize * wave.framesPerBlock / wave.sampleRate;
     const double told = wave.notedFrames / static_cast<double>(wave.sampleRate);
     const double expected = blocks > 0 ? blocks : byRate;
-    // The note leaves out what fills the last block; one that is far from the rest was never right.
+    // The fact chunk excludes the padding of the last block. One that differs by more is wrong.
     const double tolerance =
         std::max(0.05, 2.0 * wave.framesPerBlock / static_cast<double>(wave.sampleRate));
     const double farthest = blocks > 0 ? tolerance : expected;
     return told > 0 && std::abs(told - expected) < farthest ? told : expected;
 }
 
-/// MPEG frames in a WAVE file count as they do in a file of their own.
+/// MPEG frames in a WAVE file are measured like an MP3 file.
 double durationOf(MediaParse& parse, const WaveFormat& wave) {
     const bool isMpeg = wave.format == formatMp3 || wave.format == formatMpeg || wave.format == 0;
     if (!parse.wantsDuration || !isMpeg || wave.data == 0)

@@ -7,28 +7,27 @@
 
 namespace tamsy::media {
 
-/// Text as a tag holds it: decoded already, or bytes whose encoding is judged when the whole tag
-/// has been read.
+/// A tag's text: decoded, or raw bytes whose encoding is detected when the whole tag has been read.
 struct TagText {
     QString decoded;
     QByteArray undecided;
 };
 
-/// Text of a field that is UTF-8 by its standard: decoded if it is, else undecided.
+/// The text of a field that should be UTF-8: decoded if it is, else raw.
 [[nodiscard]] TagText utf8Text(QByteArrayView bytes);
 
-/// Text of a field that names no encoding, or names Latin-1: undecided unless it is ASCII.
+/// The text of a field that declares no encoding, or Latin-1: raw unless it is ASCII.
 [[nodiscard]] TagText legacyText(QByteArrayView bytes);
 
-/// Decodes UTF-16, in the byte order of its mark. Without a mark the order is the one in which
-/// more of the units look like Latin, kana or Chinese characters; little-endian if that doesn't
-/// decide, since the writers that leave the mark out write so. An odd byte at the end is dropped.
+/// Decodes UTF-16 by its byte order mark. Without one, uses the byte order in which more units look
+/// like Latin, kana or Chinese characters, and little-endian if that doesn't decide, as programs
+/// that omit the mark use it. An odd byte at the end is dropped.
 [[nodiscard]] QString decodeUtf16(QByteArrayView bytes);
 
-/// Decodes big-endian UTF-16; a mark of either order wins over that.
+/// Decodes big-endian UTF-16, unless a byte order mark says otherwise.
 [[nodiscard]] QString decodeUtf16BigEndian(QByteArrayView bytes);
 
-/// Joins the values of `text` that NULs set apart with "; "; empty ones are left out.
+/// Joins the values of `text`, separated by NULs, with "; ", without empty ones.
 [[nodiscard]] QString joinedValues(const QString& text);
 
 } // namespace tamsy::media
