@@ -6,12 +6,12 @@ namespace tamsy {
 
 class FileURL;
 
-/// The one interface between the player and anything that makes sound. It has no end-of-track
-/// event: an engine reports three values and the player works out by itself that a track has ended.
+/// The interface between the player and anything that makes sound. It has no end-of-track event: an
+/// engine reports three values, from which the player detects the end of a track.
 ///
 /// All operations are called on the interface thread; none returns a result or fails visibly. A
-/// file that can't be opened is one that doesn't start: it is reported in the playback log, and the
-/// values stay as they stand. The published values may be sent from any thread.
+/// file that can't be opened doesn't start: the playback log says so, and the values don't change.
+/// Values may be sent from any thread.
 class AudioPlaybackEngine {
   public:
     AudioPlaybackEngine() = default;
@@ -19,39 +19,39 @@ class AudioPlaybackEngine {
     AudioPlaybackEngine& operator=(const AudioPlaybackEngine&) = delete;
     virtual ~AudioPlaybackEngine() = default;
 
-    /// True while sound is being produced; starts false.
+    /// True while sound is produced; initially false.
     [[nodiscard]] virtual Publisher<bool> isPlayingPublisher() const = 0;
 
-    /// Length of the loaded file in seconds; 0 when unknown or nothing is loaded. Starts 0.
+    /// Duration of the loaded file in seconds; 0 if unknown or nothing is loaded. Initially 0.
     [[nodiscard]] virtual Publisher<double> durationPublisher() const = 0;
 
-    /// Playback position in seconds; starts 0. While a file plays, reports go on at the update
-    /// interval through the end of the file until `isPlaying` turns false: one within 0.15 s of the
-    /// duration, or beyond it, arrives while it is still true. A report may be not finite.
+    /// Playback position in seconds; initially 0. While a file plays, it is reported at the update
+    /// interval until `isPlaying` turns false after the end of the file; a report within 0.15 s of
+    /// the duration, or past it, arrives before that. A report may be not finite.
     [[nodiscard]] virtual Publisher<double> currentTimePublisher() const = 0;
 
-    /// Drops whatever was loaded and prepares this file, paused, at position 0.
+    /// Unloads the current file and loads this one, paused at position 0.
     virtual void load(const FileURL& url) = 0;
 
-    /// Starts or resumes the loaded file. With nothing loaded nothing happens.
+    /// Starts or resumes the loaded file. Does nothing if none is loaded.
     virtual void play() = 0;
 
-    /// Holds the position. With nothing loaded nothing happens.
+    /// Pauses at the current position. Does nothing if no file is loaded.
     virtual void pause() = 0;
 
-    /// Ends playback and frees the file; sends `isPlaying` false and position 0 before it returns,
-    /// also with nothing loaded.
+    /// Stops and unloads the file. Sends `isPlaying` false and position 0 before it returns, even
+    /// if no file is loaded.
     virtual void stop() = 0;
 
-    /// Moves the position, in seconds; playing goes on if it was on. With nothing loaded nothing
-    /// happens.
+    /// Moves the position, in seconds; a playing file continues to play. Does nothing if no file is
+    /// loaded.
     virtual void seek(double seconds) = 0;
 
-    /// Sets the linear gain, 0 to 1; it also holds for every later file.
+    /// Sets the linear gain, 0 to 1, for this and all later files.
     virtual void setVolume(float volume) = 0;
 
-    /// Sets how often the position is reported while playing, in seconds, at least 0.05; it also
-    /// governs every later file. A running refresh restarts at the new rate at once.
+    /// Sets the interval at which the position is reported while playing, in seconds, at least
+    /// 0.05, for this and all later files. Takes effect at once.
     virtual void setUpdateInterval(double seconds) = 0;
 };
 

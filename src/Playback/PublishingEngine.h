@@ -4,7 +4,7 @@
 
 namespace tamsy {
 
-/// What every engine has: the three values that it publishes.
+/// The three values that every engine publishes.
 class PublishingEngine : public AudioPlaybackEngine {
   public:
     [[nodiscard]] Publisher<bool> isPlayingPublisher() const override {

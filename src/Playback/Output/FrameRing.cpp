@@ -37,7 +37,7 @@ void FrameRing::discardUnread() {
 std::size_t FrameRing::read(std::span<StereoFrame> out) {
     skipDiscarded();
     const std::uint64_t start = consumed_.load(std::memory_order_relaxed);
-    // Before the frames, so that an end is never seen without them.
+    // Read before the frames, so that the end is never seen without them.
     const std::uint64_t end = end_.load(std::memory_order_acquire);
     const std::uint64_t available = written_.load(std::memory_order_acquire) - start;
     const bool isAll = start + available == end;

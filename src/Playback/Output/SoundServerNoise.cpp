@@ -23,7 +23,7 @@ Setter find(void* library, const char* name) {
 } // namespace
 
 void silenceSoundLibraries() {
-    // Neither library is closed: the handlers live in them for the rest of the run.
+    // The libraries stay loaded, since the handlers are set in them.
     if (void* alsa = dlopen("libasound.so.2", RTLD_NOW | RTLD_LOCAL)) {
         if (const auto set = find<int (*)(AlsaHandler)>(alsa, "snd_lib_error_set_handler"))
             set(ignoreAlsa);

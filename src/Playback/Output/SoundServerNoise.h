@@ -2,9 +2,9 @@
 
 namespace tamsy {
 
-/// Keeps the sound systems' own libraries from printing to the program's standard error: on a
-/// machine without a card they write dozens of lines while a device is looked for. Once is enough
-/// for the whole run; a library that isn't installed is passed over.
+/// Stops the sound systems' libraries from printing to standard error: on a machine without a sound
+/// card they write dozens of lines while a device is searched for. One call is enough; libraries
+/// that aren't installed are skipped.
 void silenceSoundLibraries();
 
 } // namespace tamsy

@@ -9,10 +9,10 @@ namespace {
 
 constexpr float minus3dB = std::numbers::sqrt2_v<float> / 2;
 
-/// Lossy formats exceed full scale by a little; what lies beyond this comes from damage.
+/// Lossy formats exceed full scale slightly; values beyond this come from damage.
 constexpr float loudestSample = 4;
 
-/// Silence in place of damage, NaN included, before a filter or a listener meets it.
+/// Replaces damaged values, NaN included, by silence before they reach a filter or a listener.
 float withoutDamage(float sample) {
     return std::abs(sample) <= loudestSample ? sample : 0;
 }
@@ -39,7 +39,7 @@ StereoFrame weightsOf(Speaker speaker) {
     case Speaker::TopCenter:
     case Speaker::TopFrontCenter:
     case Speaker::TopBackCenter:
-        return {0.5F, 0.5F}; // a surround at -3 dB, shared by both sides
+        return {0.5F, 0.5F}; // a surround at -3 dB, split between both sides
     case Speaker::LowFrequency:
         return {0, 0};
     case Speaker::FrontCenter:

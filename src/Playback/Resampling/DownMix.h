@@ -8,8 +8,8 @@
 
 namespace tamsy {
 
-/// Where a channel is meant to sound. The values up to `TopBackRight` are the bit numbers of the
-/// channel mask of WAVEFORMATEXTENSIBLE, which FFmpeg and miniaudio follow too.
+/// A channel's speaker. The values up to `TopBackRight` are the bit numbers in the channel mask of
+/// WAVEFORMATEXTENSIBLE, which FFmpeg and miniaudio use too.
 enum class Speaker : std::uint8_t {
     FrontLeft,
     FrontRight,
@@ -32,13 +32,12 @@ enum class Speaker : std::uint8_t {
     Unknown,
 };
 
-/// The speaker of a bit number in the mask; `Unknown` beyond it.
+/// The speaker with a bit number in the mask; `Unknown` if there is none.
 [[nodiscard]] Speaker speakerAt(int bit);
 
-/// Mixes any number of channels down to stereo, with the weights of ITU-R BS.775: centre and
-/// surrounds at -3 dB, no low-frequency effects. All weights are scaled by one factor so that
-/// full-scale input can't exceed full scale. Two channels, and a mono channel on both sides, pass
-/// through unchanged.
+/// Mixes any number of channels down to stereo with the weights of ITU-R BS.775: centre and
+/// surrounds at -3 dB, no low-frequency effects. One factor scales all weights so that full-scale
+/// input can't exceed full scale. Stereo is unchanged, and mono goes to both sides.
 class DownMix {
   public:
     /// One speaker per channel, at least one.
@@ -46,8 +45,8 @@ class DownMix {
 
     [[nodiscard]] std::size_t channels() const { return weights_.size(); }
 
-    /// Mixes whole frames of interleaved `samples`; one that isn't finite, or lies beyond four
-    /// times full scale, counts as silence. Valid until the next call.
+    /// Mixes whole frames of interleaved `samples`. A sample that isn't finite, or exceeds four
+    /// times full scale, becomes silence. The result is valid until the next call.
     [[nodiscard]] std::span<const StereoFrame> mix(std::span<const float> samples);
 
   private:

@@ -8,21 +8,21 @@
 namespace tamsy {
 namespace {
 
-/// Room for what one call puts out, in frames.
+/// The size of the output buffer, in frames.
 constexpr std::size_t blockFrames = 4096;
 
-/// Below this no sound was ever recorded, and one frame in becomes hundreds that memory must hold.
+/// No sound is recorded at lower rates, and one input frame would become hundreds.
 constexpr std::uint32_t lowestRate = 100;
 
-/// Restarts further apart than this, in input frames, would cost a seek too much decoding. All
-/// usual rates need at most 147.
+/// If restart points were further apart, in input frames, a seek would decode too much. All usual
+/// rates need at most 147.
 constexpr std::uint64_t largestAlignment = 4096;
 
-/// The filter's reach to one side, in frames of the lower rate, rounded up.
+/// Half the filter's length, in frames of the lower rate, rounded up.
 constexpr std::uint64_t filterReach = 512;
 
 soxr* makeFilter(std::uint32_t inputRate) {
-    // 28 bits: flat to 0.456 of the lower rate, everything that isn't in the input below -160 dB.
+    // 28 bits: flat up to 0.456 of the lower rate, with all aliases below -160 dB.
     const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_VHQ, 0);
     return soxr_create(inputRate, mediaSampleRate, 2, nullptr, nullptr, &quality, nullptr);
 }
@@ -65,7 +65,7 @@ std::span<const StereoFrame> Resampler::run(const StereoFrame* input, std::size_
         output_.resize(std::max(output_.size(), filled + blockFrames));
         if (soxr_process(filter_.get(), input, count, &taken, output_.data() + filled, blockFrames,
                          &given) != nullptr)
-            break; // out of memory: what isn't taken yet is lost
+            break; // out of memory: the remaining input is lost
         filled += given;
         count -= taken;
         input = input == nullptr ? nullptr : input + taken;
@@ -76,7 +76,7 @@ std::span<const StereoFrame> Resampler::run(const StereoFrame* input, std::size_
 std::uint64_t Resampler::outputFrames(std::uint64_t inputFrames) const {
     if (isPassThrough() || inputRate_ == 0)
         return inputFrames;
-    // In whole seconds and a rest, as a product of the two could overflow.
+    // Computed in whole seconds and a remainder, since the product could overflow.
     const std::uint64_t rest = inputFrames % inputRate_;
     return inputFrames / inputRate_ * mediaSampleRate +
            (2 * rest * mediaSampleRate + inputRate_) / (2 * std::uint64_t{inputRate_});

@@ -11,37 +11,38 @@ struct soxr;
 
 namespace tamsy {
 
-/// Converts stereo frames of one sample rate to `mediaSampleRate`: a linear-phase filter without
-/// delay, so that the first frame out stands where the first frame in does. It holds frames back;
-/// in all it gives `outputFrames` of what it was given. One thread at a time; it allocates.
+/// Converts stereo frames to `mediaSampleRate` with a linear-phase filter. Its delay is
+/// compensated: the first output frame corresponds to the first input frame. It buffers frames; in
+/// total it returns `outputFrames` of the input frames. One thread at a time; allocates memory.
 class Resampler {
   public:
     explicit Resampler(std::uint32_t inputRate);
 
-    /// False if no filter can be made for the rate.
+    /// False if the rate isn't supported.
     [[nodiscard]] bool isUsable() const { return isPassThrough() || filter_ != nullptr; }
 
-    /// The next frames. Valid until the next call.
+    /// Converts the next frames. The result is valid until the next call.
     [[nodiscard]] std::span<const StereoFrame> process(std::span<const StereoFrame> input);
 
-    /// What is held back, at the end of the input. Only `restart` may follow, or `drain` again.
+    /// The buffered frames, at the end of the input. Only `restart` or `drain` may follow.
     [[nodiscard]] std::span<const StereoFrame> drain();
 
-    /// Forgets all input, as for a seek.
+    /// Discards all input, for a seek.
     void restart();
 
-    /// The number of frames that `inputFrames` come to.
+    /// The number of output frames for `inputFrames`.
     [[nodiscard]] std::uint64_t outputFrames(std::uint64_t inputFrames) const;
 
-    /// A restart at an input frame that is a multiple of this gives the same output frames as a
-    /// run from the start of the file. 1 where such frames are too far apart: then a restart may
-    /// shift the sound by a part of a frame.
+    /// A restart at a multiple of this, in input frames, gives the same output frames as conversion
+    /// from the start of the file. 1 if such frames are too far apart: a restart may then shift the
+    /// sound by a fraction of a frame.
     [[nodiscard]] std::uint64_t alignment() const { return alignment_; }
 
-    /// Input frames before a position after which its output no longer depends on what came before.
+    /// How many input frames before a position its output depends on.
     [[nodiscard]] std::uint64_t settlingFrames() const;
 
-    /// Where to restart the input so that `outputFrame` sounds as in a run from the start.
+    /// Where to restart the input so that `outputFrame` is the same as in conversion from the
+    /// start.
     struct Restart {
         std::uint64_t inputFrame = 0;
         std::uint64_t skippedOutput = 0; // frames to drop before `outputFrame`
@@ -53,12 +54,12 @@ class Resampler {
         void operator()(soxr* filter) const;
     };
     [[nodiscard]] bool isPassThrough() const { return inputRate_ == mediaSampleRate; }
-    /// Filters `count` frames; a null `input` marks the end.
+    /// Filters `count` frames; a null `input` means the end of the input.
     std::span<const StereoFrame> run(const StereoFrame* input, std::size_t count);
 
     std::uint32_t inputRate_;
     std::uint64_t alignment_;
-    std::unique_ptr<soxr, FilterDeleter> filter_; // none for a rate that passes through
+    std::unique_ptr<soxr, FilterDeleter> filter_; // null if the rate needs no conversion
     std::vector<StereoFrame> output_;
 };
 
