@@ -13,10 +13,10 @@ namespace {
 
 using Status = MediaPlayer::TimeControlStatus;
 
-/// The player's times are counted in parts of a second that films and music share.
+/// The time scale of the player's times, a common multiple for films and music.
 constexpr double timeScale = 600;
 
-constexpr double shortestUpdateInterval = 0.05; // seconds
+constexpr double minUpdateInterval = 0.05; // seconds
 
 double toMediaTime(double seconds) {
     return std::round(seconds * timeScale) / timeScale;
@@ -105,7 +105,7 @@ void AVPlaybackEngine::setVolume(float volume) {
 }
 
 void AVPlaybackEngine::setUpdateInterval(double seconds) {
-    updateInterval_ = std::max(shortestUpdateInterval, seconds);
+    updateInterval_ = std::max(minUpdateInterval, seconds);
     if (!player_)
         return;
     timeObserverToken_.cancel();

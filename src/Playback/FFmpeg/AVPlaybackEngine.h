@@ -9,11 +9,11 @@ namespace tamsy {
 class MediaPlayer;
 class MediaPlaybackThread;
 
-/// The engine over the platform's media player: it plays every file that the first engine doesn't
-/// take. It never asks: the player's observers push position, duration and status to it.
+/// The engine that uses the media player, for all files that the miniaudio engine doesn't play. It
+/// doesn't poll: the player's observers push position, duration and status.
 ///
-/// Opening happens on the player's own thread, so `load` returns at once; the duration follows when
-/// it is known. Everything here belongs to the interface thread, and all values are sent on it.
+/// The player's thread opens the file, so `load` returns at once and the duration follows later.
+/// Interface thread only; all values are sent on it.
 class AVPlaybackEngine : public PublishingEngine {
   public:
     AVPlaybackEngine();
@@ -26,7 +26,7 @@ class AVPlaybackEngine : public PublishingEngine {
     /// Sends false, position 0 and duration 0.
     void stop() override;
 
-    /// Sends nothing by itself: the player reports the target as soon as it is there.
+    /// Sends nothing itself: the player reports the target once it is reached.
     void seek(double seconds) override;
     void setVolume(float volume) override;
     void setUpdateInterval(double seconds) override;
@@ -36,8 +36,8 @@ class AVPlaybackEngine : public PublishingEngine {
     void removeObservers();
     void itemDidEnd();
 
-    const std::unique_ptr<MediaPlaybackThread> thread_; // shared by the players, one after another
-    std::unique_ptr<MediaPlayer> player_;               // kept after `stop()` without an item
+    const std::unique_ptr<MediaPlaybackThread> thread_; // used by one player after another
+    std::unique_ptr<MediaPlayer> player_;               // kept after `stop()`, without an item
     Subscription timeObserverToken_;
     Subscription timeControlObserver_;
     Subscription endObserver_;

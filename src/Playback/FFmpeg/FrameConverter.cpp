@@ -11,7 +11,7 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// Interleaves, and turns any sample format into floats; channels and rate stay as they are.
+/// Interleaves and converts any sample format to floats, without changing channels or rate.
 SwrContext* makeSampleConversion(const AVFrame& frame) {
     AVChannelLayout channels = {};
     channels.order = AV_CHANNEL_ORDER_UNSPEC;

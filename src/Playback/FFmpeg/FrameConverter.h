@@ -14,30 +14,30 @@ struct SwrContext;
 
 namespace tamsy {
 
-/// Turns decoded frames of any layout, sample format and rate into stereo floats at the device's
-/// rate. It follows a stream that changes its layout or rate on the way.
+/// Converts decoded frames of any channel layout, sample format and rate to stereo floats at the
+/// device's rate. Layout and rate may change within a stream.
 class FrameConverter {
   public:
-    /// Converts `frame`; the result is valid until the next call and may be empty, since frames are
-    /// held back. Also empty if the format can't be converted.
+    /// Converts `frame`. The result is valid until the next call. It may be empty, since the
+    /// resampler buffers frames, or because the format can't be converted.
     [[nodiscard]] std::span<const StereoFrame> convert(const AVFrame& frame);
 
-    /// What is still held back at the end of a stream.
+    /// The buffered frames, at the end of a stream.
     [[nodiscard]] std::span<const StereoFrame> drain();
 
-    /// Starts anew, as after a seek, with `frame`, whose first sample is the stream's `inputFrame`.
-    /// Gives the output frame that comes first: up to `seekLead` later, so that all that follows
-    /// equals a run from the stream's start.
+    /// Restarts after a seek with `frame`, whose first sample is number `inputFrame` of the stream.
+    /// Returns the number of the first output frame, up to `seekLead` later, so that the output is
+    /// the same as in conversion from the stream's start.
     [[nodiscard]] std::int64_t restart(const AVFrame& frame, std::int64_t inputFrame);
 
-    /// How far ahead of its target a seek has to restart, in output frames; 0 before any frame.
+    /// How far before its target a seek must restart, in output frames; 0 before the first frame.
     [[nodiscard]] std::int64_t seekLead() const;
 
   private:
     struct ContextDeleter {
         void operator()(SwrContext* context) const;
     };
-    /// What turns one format into another.
+    /// The steps that convert one input format.
     struct Conversion {
         std::unique_ptr<SwrContext, ContextDeleter> samples;
         DownMix mix;
@@ -52,9 +52,9 @@ class FrameConverter {
     int sampleRate_ = 0;
     int sampleFormat_ = -1;
     int channels_ = 0;
-    std::uint64_t skippedInput_ = 0; // frames still to drop
+    std::uint64_t skippedInput_ = 0; // frames to drop
     std::vector<float> samples_;
-    std::vector<StereoFrame> joined_; // of two formats
+    std::vector<StereoFrame> joined_; // when the format changes
 };
 
 } // namespace tamsy

@@ -16,8 +16,8 @@ namespace {
 
 constexpr const char* moduleName = "/lib/tamsy-music/libtamsy-media.so";
 
-/// The program stands one folder below the prefix when it is installed; programs of a build tree
-/// stand up to three below its top.
+/// An installed program is one folder below the prefix; those in a build tree are up to three below
+/// its top.
 constexpr std::array prefixes = {"/..", "", "/../..", "/../../.."};
 
 QByteArray executableDirectory() {
@@ -31,7 +31,7 @@ void* openModule() {
     const QByteArray directory = executableDirectory();
     for (const char* prefix : prefixes) {
         const QByteArray path = directory + prefix + moduleName;
-        // It stays loaded for good: its libraries have threads and handlers that outlive any use.
+        // Never unloaded: its libraries have threads and handlers that outlive any use.
         if (void* module = ::dlopen(path.constData(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE))
             return module;
     }

@@ -4,10 +4,9 @@
 
 namespace tamsy {
 
-/// The libraries behind the media player, loaded by the first call: they add some 20 MB and 55 ms,
-/// which a start of the program, and a listener whose files don't need them, shouldn't pay. The
-/// module stands in `lib/tamsy-music` of the prefix that the executable is installed under. Nothing
-/// if it or a library that it needs isn't there. Any thread.
+/// The media player's libraries, loaded by the first call: they cost 20 MB and 55 ms, which the
+/// program's start shouldn't. The module is in `lib/tamsy-music` below the executable's prefix.
+/// Null if it or one of its libraries is missing. Any thread.
 [[nodiscard]] MediaBackend* loadMediaBackend();
 
 } // namespace tamsy

@@ -12,33 +12,32 @@
 namespace tamsy {
 
 /// The thread that decodes for one media player after another and owns the device, which stays open
-/// from file to file. It is started by the first file; one that hangs in a file which doesn't
-/// answer is left behind when the next file comes, and another takes its place. All operations, and
-/// the signal, belong to the interface thread and none of them waits.
+/// between files. The first file starts it. If it hangs in a file system that doesn't respond, it
+/// is abandoned when the next file comes, and replaced. All operations and the signal belong to the
+/// interface thread; none blocks.
 class MediaPlaybackThread : public QObject {
     Q_OBJECT
   public:
     MediaPlaybackThread();
 
-    /// Ends the thread. One that is stuck in a dead device or disk is left behind after a moment:
-    /// the program must be able to end.
+    /// Ends the thread. One that is stuck in a dead device or disk is abandoned after a moment.
     ~MediaPlaybackThread() override;
 
-    /// Holds the file at `path`, given in bytes, in place of the present one; paused. Gives the
-    /// number by which the reports and the operations below name it. They do nothing for an item
-    /// that isn't the current one.
+    /// Replaces the current file with the one at `path` (bytes), paused. Returns the item number
+    /// that reports and the following operations use; they do nothing for an item that isn't
+    /// current.
     [[nodiscard]] std::uint64_t setItem(const QByteArray& path);
     void dropItem(std::uint64_t item);
     void setRunning(std::uint64_t item, bool running);
     void seek(std::uint64_t item, std::uint64_t number, double seconds);
 
-    /// Linear, 0 to 1, for this and every later item.
+    /// Linear gain, 0 to 1, for this and all later items.
     void setVolume(float volume);
 
-    /// Whether the sound has stopped for want of frames: the file is slower than its playing.
+    /// Whether there is an underrun: the file is read more slowly than it plays.
     [[nodiscard]] bool hasRunDry() const;
 
-    /// The ring's number of the frame that is played next.
+    /// The ring buffer's number of the next frame to play.
     [[nodiscard]] std::uint64_t consumedFrames() const;
 
   Q_SIGNALS:
@@ -53,7 +52,7 @@ class MediaPlaybackThread : public QObject {
     std::shared_ptr<Shared> shared_;
     std::future<void> finished_;
     std::thread thread_;
-    QTimer stuckTimer_; // runs from a new item on
+    QTimer stuckTimer_; // started by a new item
     int stuckThreads_ = 0;
     float volume_ = 1;
 };

@@ -15,17 +15,17 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// One entry for so many frames: an hour takes half a megabyte, a seek passes a fifth of a second.
+/// Frames per index entry: an hour takes half a megabyte, a seek decodes a fifth of a second.
 constexpr std::int64_t framesPerEntry = 8;
 
 constexpr std::int64_t id3v1Size = 128;
 
-/// Read at a time, in bytes: by the walk, and at each sample. A frame takes at most 8 KB.
+/// Bytes per read of the walk, and per sample. A frame has at most 8 KB.
 constexpr std::size_t stepBytes = 64UL * 1024;
 constexpr std::size_t sampleBytes = 16UL * 1024;
 
-/// Visits the headers of the whole frames of one kind at the start of `bytes`. Gives the bytes that
-/// these frames take.
+/// Visits the headers of the complete frames of one kind at the start of `bytes`. Returns the size
+/// of these frames in bytes.
 template <typename Visit>
 std::size_t visitFrames(std::span<const std::byte> bytes, std::uint32_t kind, Visit visit) {
     std::size_t passed = 0;
@@ -78,7 +78,7 @@ void RawAacWalk::enter(const media::FrameHeader& header) {
     samples_ += header.samples;
 }
 
-/// There the file ends, or its old tag begins.
+/// Whether the file ends here, or its ID3v1 tag starts.
 bool RawAacWalk::endsHere() const {
     std::array<std::byte, 3> name{};
     return offset_ == size_ ||

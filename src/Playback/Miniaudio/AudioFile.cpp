@@ -11,7 +11,7 @@
 namespace tamsy {
 
 AudioFile::AudioFile(const QByteArray& path)
-    // Without O_NONBLOCK the opening of a pipe would wait for its writer.
+    // Without O_NONBLOCK, opening a pipe would wait for its writer.
     : descriptor_(::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     struct stat status {};
     if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0)

@@ -10,8 +10,8 @@
 
 namespace tamsy {
 
-/// A regular file opened for a look at its bytes before a decoder gets it. Anything else (a folder,
-/// a pipe that nobody writes to, a device) doesn't open, and nothing of it waits.
+/// A regular file that is examined before a decoder opens it. Anything else (a folder, a pipe
+/// without a writer, a device) fails to open without blocking.
 class AudioFile {
   public:
     /// `path` in bytes.
@@ -23,16 +23,16 @@ class AudioFile {
     /// 0 if the file is open, else the system's error number.
     [[nodiscard]] int error() const { return error_; }
 
-    /// In bytes; 0 if it isn't open.
+    /// The size in bytes; 0 if it isn't open.
     [[nodiscard]] std::uint64_t size() const { return size_; }
 
-    /// Reads from `offset`, as much as `target` takes or the file holds.
+    /// Reads from `offset` until `target` is full or the file ends.
     /// @return the part of `target` that was filled.
     [[nodiscard]] std::span<const std::byte> read(std::uint64_t offset,
                                                   std::span<std::byte> target) const;
 
-    /// Tells the system whether reads jump about: it then fetches nothing beyond them. At first it
-    /// takes them for sequential.
+    /// Tells the system whether reads are random, which turns read-ahead off. Initially they count
+    /// as sequential.
     void expectRandomReads(bool isRandom) const;
 
   private:

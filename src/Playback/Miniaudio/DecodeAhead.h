@@ -12,66 +12,67 @@ namespace tamsy {
 
 class FileURL;
 
-/// One open file, decoded ahead of the device by a thread of its own: the only one that reads the
-/// file, and so the only one that a slow or dead file system can hold up. It keeps four seconds of
-/// sound and more in memory, sleeps in between, and is joined by nobody; one that never comes back
-/// from a read is left behind.
+/// One open file, decoded ahead of the device by a thread of its own. Only this thread reads the
+/// file, so a slow or dead file system blocks nothing else. It keeps at least four seconds of sound
+/// in memory and sleeps in between. It is never joined; one that never returns from a read is
+/// abandoned.
 ///
-/// All operations belong to the interface thread but for `read`, `hasEnded`, `endPosition` and
-/// `setLength`, which the device's thread calls; these take no lock, no memory and read no file.
+/// All operations belong to the interface thread except `read`, `hasEnded`, `endPosition` and
+/// `setLength`, which the device's thread calls; these take no lock, allocate nothing and read no
+/// file.
 class DecodeAhead {
   public:
-    /// Begins to open `url`.
+    /// Starts opening `url`.
     explicit DecodeAhead(const FileURL& url);
     ~DecodeAhead();
     DecodeAhead(const DecodeAhead&) = delete;
     DecodeAhead& operator=(const DecodeAhead&) = delete;
 
-    /// How opening ended; nothing while it goes on. The file counts as open once there is enough
-    /// sound to start with.
+    /// The result of opening; nothing while it isn't finished. The file counts as open once there
+    /// are enough frames to start.
     [[nodiscard]] std::optional<ma_result> opened() const;
 
-    /// The same, after at most 40 ms of waiting.
+    /// The same, waiting for at most 40 ms.
     [[nodiscard]] std::optional<ma_result> waitUntilOpened() const;
 
-    /// Begins to move to `seconds`, at most to the end; if that fails, back to `returnTo`. What
-    /// hasn't been read yet is dropped. Call only while no device runs.
+    /// Starts a seek to `seconds`, at most to the end; if that fails, back to `returnTo`. Discards
+    /// the frames not yet read. Call only while no device runs.
     void seek(double seconds, double returnTo);
 
-    /// How the latest seek ended; nothing while it goes on.
+    /// The result of the latest seek; nothing while it isn't finished.
     [[nodiscard]] std::optional<ma_result> sought() const;
 
-    /// The same, after at most 40 ms of waiting.
+    /// The same, waiting for at most 40 ms.
     [[nodiscard]] std::optional<ma_result> waitUntilSought() const;
 
-    /// True while the file owes frames: it is being opened or moved, or the device has run dry.
+    /// True while frames are missing: the file is being opened or seeked, or there is an underrun.
     [[nodiscard]] bool isWaiting() const;
 
-    /// Whether a device reads, or is about to: without one the file's thread sleeps once it has
-    /// decoded enough.
+    /// Whether a device reads, or is about to. Otherwise the thread sleeps once it has decoded
+    /// enough.
     void setRunning(bool isRunning);
 
-    /// In seconds; 0 while it is unknown. Any thread.
+    /// The duration in seconds; 0 while it is unknown. Any thread.
     [[nodiscard]] double length() const;
 
-    /// Corrects the length by what playing has shown.
+    /// Corrects the duration once playback has shown it.
     void setLength(double seconds);
 
-    /// Fills the front of `frames` and gives their number. Fewer are the end, if `hasEnded` says
-    /// so, or have yet to come.
+    /// Reads into `frames` and returns their number. Fewer mean the end, if `hasEnded`, or an
+    /// underrun.
     std::size_t read(std::span<StereoFrame> frames) noexcept;
 
-    /// Whether everything up to the end has been read.
+    /// Whether all frames up to the end have been read.
     [[nodiscard]] bool hasEnded() const noexcept;
 
-    /// How far into the file the end came, in seconds; 0 when it can't be told.
+    /// The position of the end in seconds; 0 if unknown.
     [[nodiscard]] double endPosition() const noexcept;
 
   private:
     struct Shared;
     class Worker;
 
-    const std::shared_ptr<Shared> shared_; // with the thread, which may outlive this
+    const std::shared_ptr<Shared> shared_; // shared with the thread, which may outlive this
 };
 
 } // namespace tamsy

@@ -10,11 +10,11 @@
 namespace tamsy {
 namespace {
 
-// Encoders of all rates and qualities stay below a tenth of each.
-constexpr std::uint64_t mostEntries = 65'536;   // in one book
-constexpr std::uint64_t mostValues = 1'048'576; // in all books
+// Encoders stay below a tenth of each limit at all rates and qualities.
+constexpr std::uint64_t maxEntries = 65'536;   // in one book
+constexpr std::uint64_t maxValues = 1'048'576; // in all books
 
-/// Reads as Vorbis packs: the lowest bit first. Behind the end there are zeros.
+/// Reads bits as Vorbis packs them, lowest first. Past the end it reads zeros.
 class BitCursor {
   public:
     explicit BitCursor(std::span<const std::byte> bytes) : bytes_(bytes) {}
@@ -39,7 +39,7 @@ class BitCursor {
     std::uint64_t position_ = 0; // in bits
 };
 
-/// Passes over the lengths of the code words, told in rising order; false if they are nonsense.
+/// Skips code word lengths in ordered form; false if they are invalid.
 bool skipOrderedLengths(BitCursor& bits, std::uint32_t entries) {
     std::uint32_t length = bits.read(5) + 1;
     for (std::uint32_t entry = 0; entry < entries; ++length) {
@@ -51,7 +51,7 @@ bool skipOrderedLengths(BitCursor& bits, std::uint32_t entries) {
     return true;
 }
 
-/// The same, told one by one; whether any entry has one.
+/// Skips code word lengths in unordered form; returns whether any entry is used.
 bool skipLengths(BitCursor& bits, std::uint32_t entries) {
     const bool isSparse = bits.read(1) != 0;
     bool isUsed = false;
@@ -68,7 +68,7 @@ bool skipLengths(BitCursor& bits, std::uint32_t entries) {
 std::uint64_t gridSide(std::uint64_t entries, std::uint64_t dimensions) {
     for (std::uint64_t side = 1;; ++side) {
         std::uint64_t power = 1;
-        // A side of 1 fits; any other soon grows past.
+        // 1 always fits; any other value soon exceeds the limit.
         for (std::uint64_t i = 0; i < dimensions && power <= entries; ++i)
             power *= side + 1;
         if (power > entries)
@@ -80,7 +80,7 @@ struct Book {
     bool isUsable = false; // has a code word
 };
 
-/// Passes over a book; nothing if it can't be read. `values` counts those of all books.
+/// Skips a codebook; nothing if it is invalid. `values` counts the values of all codebooks.
 std::optional<Book> readBook(BitCursor& bits, std::uint64_t& values) {
     if (bits.read(24) != 0x564342)
         return std::nullopt;
@@ -88,7 +88,7 @@ std::optional<Book> readBook(BitCursor& bits, std::uint64_t& values) {
     const std::uint32_t entries = bits.read(24);
     const std::uint64_t size = std::uint64_t{entries} * dimensions;
     values += size;
-    if (size == 0 || entries > mostEntries || values > mostValues)
+    if (size == 0 || entries > maxEntries || values > maxValues)
         return std::nullopt;
     const bool isOrdered = bits.read(1) != 0;
     const bool isUsable =
@@ -96,21 +96,21 @@ std::optional<Book> readBook(BitCursor& bits, std::uint64_t& values) {
     if (isOrdered && !isUsable)
         return std::nullopt;
     if (const std::uint32_t lookup = bits.read(4); lookup != 0) {
-        bits.skip(64); // the least value and the step, as floats
+        bits.skip(64); // minimum and delta, as floats
         const std::uint32_t width = bits.read(4) + 1;
         bits.skip(1 + width * (lookup == 1 ? gridSide(entries, dimensions) : size));
     }
     return bits.isPastEnd() ? std::nullopt : std::optional(Book{isUsable});
 }
 
-/// Reads what follows the codebooks (Vorbis I, 4.2.4), as far as it names books that the decoder
-/// looks into without asking whether they have an entry.
+/// Reads what follows the codebooks (Vorbis I, 4.2.4), to find the books that the decoder uses
+/// without checking whether they have entries.
 class BookUses {
   public:
     BookUses(BitCursor& bits, std::span<const Book> books) : bits_(bits), books_(books) {}
 
     bool areSafe() {
-        bits_.skip(16 * (std::uint64_t{bits_.read(6)} + 1)); // time transforms: placeholders
+        bits_.skip(16 * (std::uint64_t{bits_.read(6)} + 1)); // time domain transforms: placeholders
         return repeat(bits_.read(6) + 1, [this] { return readFloor(); }) &&
                repeat(bits_.read(6) + 1, [this] { return readResidue(); }) && !bits_.isPastEnd();
     }
@@ -130,7 +130,7 @@ class BookUses {
     }
 
     bool readFloor() {
-        if (bits_.read(16) != 1) // no encoder has used the other type since 2001
+        if (bits_.read(16) != 1) // the other type hasn't been used since 2001
             return false;
         std::array<std::uint32_t, 31> partitions{};
         const std::uint32_t count = bits_.read(5);
@@ -157,13 +157,13 @@ class BookUses {
         if (subclasses != 0 && !isUsable(bits_.read(8)))
             return false;
         return repeat(1U << subclasses, [this] {
-            const std::uint32_t book = bits_.read(8); // 0 for none, else counted from 1
+            const std::uint32_t book = bits_.read(8); // 0: none; otherwise the book's number plus 1
             return book == 0 || isUsable(book - 1);
         });
     }
 
     bool readResidue() {
-        bits_.skip(16 + 3 * 24); // type, start, end, size of a partition
+        bits_.skip(16 + 3 * 24); // type, begin, end, partition size
         const std::uint32_t classifications = bits_.read(6) + 1;
         if (!isUsable(bits_.read(8)))
             return false;
@@ -173,7 +173,7 @@ class BookUses {
             const std::uint32_t high = bits_.read(1) != 0 ? bits_.read(5) : 0;
             stages += std::popcount(low) + std::popcount(high);
         }
-        bits_.skip(8 * static_cast<std::uint64_t>(stages)); // an empty book ends the packet there
+        bits_.skip(8 * static_cast<std::uint64_t>(stages)); // an empty book just ends the packet
         return true;
     }
 
