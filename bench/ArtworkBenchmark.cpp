@@ -1,4 +1,4 @@
-// What covers cost: the colours of one, a step of the background, the first hundred thumbnails.
+// Covers: extracting colours, one step of the background, the first hundred thumbnails.
 
 #include "FlacWithCover.h"
 #include "Services/Artwork/ArtworkLoader.h"
@@ -20,7 +20,7 @@ namespace {
 
 constexpr int files = 100;
 
-/// Soft light and grain, so that neither coding nor scaling finds it easy.
+/// Soft light and grain, which are hard to encode and to scale.
 QImage photograph(QSize size) {
     QImage image(size, QImage::Format_RGB32);
     QRandomGenerator random(1);
@@ -61,7 +61,7 @@ void blobPositionsOfOneStep(benchmark::State& state) {
 }
 BENCHMARK(blobPositionsOfOneStep)->Unit(benchmark::kNanosecond);
 
-/// A hundred songs, each with a cover of its own of 1000 by 1000 pixels.
+/// A hundred songs, each with its own cover of 1000 by 1000 pixels.
 class Songs {
   public:
     Songs() {
@@ -88,7 +88,7 @@ ArtworkLoader::Sources sourcesIn(const QTemporaryDir& directory) {
             .applicationSupportDirectory = QFile::encodeName(directory.path())};
 }
 
-/// Asks for all of them at once, as a table's first screens do, and waits for the last one.
+/// Requests all of them at once, as the table does at first, and waits for the last one.
 void loadAll(ArtworkLoader& loader, const QList<FileURL>& urls) {
     qsizetype answered = 0;
     for (const FileURL& url : urls)

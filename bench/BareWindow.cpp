@@ -1,4 +1,4 @@
-// The least a Qt Quick program can be: what the player's start is measured against.
+// A minimal Qt Quick program, the baseline for the player's start.
 
 #include <QGuiApplication>
 #include <QQuickView>

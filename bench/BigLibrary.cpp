@@ -14,7 +14,7 @@ namespace {
 constexpr int tracksPerAlbum = 10;
 constexpr int albumsPerArtist = 3;
 
-/// Texts of two to four words, every other one Chinese.
+/// Texts of two to four words, half of them Chinese.
 class Texts {
   public:
     explicit Texts(unsigned seed) : random_(seed) {}

@@ -7,12 +7,12 @@
 
 namespace tamsy {
 
-/// `count` tracks below `folder` as a scan would find them: albums of ten, Chinese and Latin texts
-/// of common lengths, all ten formats. The same arguments give the same texts.
+/// `count` tracks in `folder`, as from a scan: albums of ten, Chinese and Latin texts of common
+/// lengths, all ten formats. Deterministic.
 [[nodiscard]] TrackList makeBigFolder(const FileURL& folder, int count);
 
-/// Stores a library of `tracks` in `folders` folders, for which it makes empty directories below
-/// `music`, a path in bytes, so that a start restores them.
+/// Stores a library of `tracks` in `folders` folders, and creates these as empty directories in
+/// `music` (a path in bytes), so that a start restores them.
 void storeBigLibrary(UserDefaults& defaults, const QByteArray& music, int tracks, int folders);
 
 } // namespace tamsy

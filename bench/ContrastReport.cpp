@@ -1,6 +1,6 @@
-// How well text can be read on the Now Playing window: its contrast with the ground right beside
-// the strokes, shadow included, over covers of random colours. Draws the real window, so it needs a
-// display: contrast_report [covers [directory for the pictures of the worst ones]]
+// The contrast of text in the Now Playing window with the background right beside the strokes,
+// shadow included, over covers of random colours. Draws the real window, so it needs a display:
+// contrast_report [covers [directory for the pictures of the worst ones]]
 
 #include "Playback/FakeEngine.h"
 #include "Services/Library/FolderLibraryService.h"
@@ -36,7 +36,7 @@ namespace {
 
 constexpr int defaultCovers = 1000;
 constexpr int patience = 30000;      // milliseconds
-constexpr QColor ground(20, 10, 40); // of the first cover, on which every stroke shows
+constexpr QColor ground(20, 10, 40); // the first cover's colour, on which every stroke is visible
 
 class NoPanel : public FolderPanel {
     void runModal(const QString& /*prompt*/, const QString& /*message*/,
@@ -45,7 +45,7 @@ class NoPanel : public FolderPanel {
     }
 };
 
-/// Two random colours, one over the other; every fourth cover nearly white, the first one dark.
+/// Two random colours, one above the other; the first cover is dark, every fourth nearly white.
 QImage randomCover(int number) {
     QRandomGenerator random(static_cast<quint32>(number));
     const auto color = [&] {
@@ -71,7 +71,7 @@ double luminance(QRgb pixel) {
            0.0722 * linear(qBlue(pixel));
 }
 
-/// A text of the window: where it is, and which of its pixels are strokes.
+/// A text in the window: its position, and which of its pixels are strokes.
 class Sample {
   public:
     Sample(const char* sampleName, QString shownText)
@@ -80,11 +80,11 @@ class Sample {
     const char* name;
     QString text;
     QRect rect;                     ///< in the window, in pixels
-    std::vector<double> brightness; ///< of each pixel on a dark ground, 0 to 1
-    std::vector<double> contrasts;  ///< one a cover
+    std::vector<double> brightness; ///< of each pixel on a dark background, 0 to 1
+    std::vector<double> contrasts;  ///< one per cover
 
     [[nodiscard]] bool isStroke(int x, int y) const { return at(x, y) > 0.35; }
-    /// Where the ink isn't thinned by the edge.
+    /// Whether the pixel is inside a stroke and not at its edge.
     [[nodiscard]] bool isCore(int x, int y) const { return at(x, y) > 0.8; }
     [[nodiscard]] bool hasStrokeAt(int x, int y, int distance) const {
         return isStroke(x - distance, y) || isStroke(x + distance, y) ||
@@ -97,7 +97,7 @@ class Sample {
     }
 };
 
-/// The strokes are what is bright on a dark ground.
+/// Finds the strokes: the bright pixels on a dark background.
 void findStrokes(Sample& sample, const QImage& window) {
     const QImage picture = window.copy(sample.rect);
     for (int y = 0; y < picture.height(); ++y) {
@@ -109,7 +109,7 @@ void findStrokes(Sample& sample, const QImage& window) {
         value /= brightest;
 }
 
-/// The mean colour of pixels.
+/// The mean colour of some pixels.
 class Mean {
   public:
     void add(QRgb pixel) {
@@ -129,7 +129,7 @@ class Mean {
     int count_ = 0;
 };
 
-/// Contrast (WCAG 2.1) of the strokes with what lies two pixels beside them.
+/// The contrast (WCAG 2.1) of the strokes with the pixels two beside them.
 double contrast(const Sample& sample, const QImage& window) {
     constexpr int distance = 2;
     Mean ink;
@@ -147,7 +147,7 @@ double contrast(const Sample& sample, const QImage& window) {
     return (ink.luminanceOrZero() + 0.05) / (beside.luminanceOrZero() + 0.05);
 }
 
-/// The first item below `parent` that fits.
+/// The first descendant of `parent` that matches.
 template <typename Fits>
 QQuickItem* findItem(const QQuickItem* parent, const Fits& fits) {
     for (QQuickItem* item : parent->childItems()) {

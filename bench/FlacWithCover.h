@@ -4,8 +4,7 @@
 
 #include <QtEndian>
 
-/// The bytes of a FLAC file that holds nothing but a cover: one PICTURE block, the last one
-/// (RFC 9639).
+/// A FLAC file (RFC 9639) that consists of a single PICTURE block.
 inline QByteArray flacWithCover(const QImage& cover, const char* format) {
     const QByteArray picture = encoded(cover, format);
     const auto number = [](qsizetype value) {

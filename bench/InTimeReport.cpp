@@ -1,6 +1,6 @@
-// How late the lyrics' lines are marked while a file plays, and whether that drifts:
-// in_time_report file seconds. Fails when a line is passed over, marked later than a report and
-// 30 ms, or the drift is more than 30 ms.
+// How late lyric lines are marked while a file plays, and whether the delay drifts:
+// in_time_report file seconds. Fails if a line is skipped, if one is marked later than the report
+// interval plus 30 ms, or if the drift exceeds 30 ms.
 
 #include "Views/NowPlaying/MarkedLines.h"
 
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     constexpr double slack = 0.03;
-    constexpr double interval = 0.25; // of the engines' reports at first
+    constexpr double interval = 0.25; // seconds between the engines' reports
 
     const auto audio =
         tamsy::FileURL::fromPath(QFile::encodeName(QFileInfo(arguments.at(1)).absoluteFilePath()));

@@ -1,4 +1,4 @@
-// What the interface thread does at a keystroke in the search field, over 100,000 tracks.
+// The interface thread's work at a keystroke in the search field, with 100,000 tracks.
 
 #include "BigLibrary.h"
 #include "Platform/Storage/LargeMemory.h"
@@ -24,7 +24,7 @@ class NoFolderPanel : public FolderPanel {
                   Completion /*completion*/) override {}
 };
 
-/// A view model over a stored library of one large folder, made once.
+/// A view model over a stored library with one large folder, created once.
 LibraryViewModel& largeLibrary() {
     static const QTemporaryDir directory;
     static UserDefaults defaults(QFile::encodeName(directory.path()));
@@ -38,7 +38,7 @@ LibraryViewModel& largeLibrary() {
     return *library;
 }
 
-/// One more letter, until the list's model has changed.
+/// Adds a letter and waits for the list model's change.
 void searchKeystroke(benchmark::State& state, const QString& before, const QString& after) {
     LibraryViewModel& library = largeLibrary();
     TrackListModel model;
@@ -52,7 +52,7 @@ void searchKeystroke(benchmark::State& state, const QString& before, const QStri
     state.counters["found"] = model.rowCount();
 }
 
-/// What comparing alone costs, without lower-casing, normal form and model.
+/// Baseline: plain comparison without lower-casing, normalisation and model.
 void containsIgnoringCase(benchmark::State& state) {
     const TrackList tracks = largeLibrary().selectedFolder()->tracks;
     const QString query = QStringLiteral("thu");

@@ -1,5 +1,5 @@
-// What a library of 100,000 tracks costs: the change that a finished scan makes, the load, the
-// memory and the walk, each beside what it can't be cheaper than.
+// A library of 100,000 tracks: storing a finished scan, loading, memory and the walk, each beside a
+// lower bound.
 
 #include "BigLibrary.h"
 #include "Models/AudioFolder.h"
@@ -36,8 +36,8 @@ double residentMegabytes() {
     return static_cast<double>(resident * ::sysconf(_SC_PAGESIZE)) / megabyte;
 }
 
-/// A stored library in `folders` folders. Another process makes it, so that the memory which that
-/// takes isn't there to be used again.
+/// Stores a library in `folders` folders. Another process does it, so that this one can't reuse its
+/// memory.
 class StoredLibrary {
   public:
     explicit StoredLibrary(int folders) : path_(QFile::encodeName(directory_.path())) {
@@ -64,7 +64,7 @@ void load(benchmark::State& state) {
     for (auto _ : state) {
         UserDefaults defaults(library.path());
         state.PauseTiming();
-        ::malloc_trim(0); // memory that an earlier run left would be used again, and not be seen
+        ::malloc_trim(0); // reused memory of an earlier run wouldn't be counted
         const double before = residentMegabytes();
         state.ResumeTiming();
         const auto records = FolderPersistence(defaults).loadRecords();

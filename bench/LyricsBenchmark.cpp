@@ -1,5 +1,4 @@
-// How long a track's lyrics take: the parsing, the search that finds nothing, the mark on the
-// current line.
+// A track's lyrics: parsing, a search that finds nothing, marking the current line.
 
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Services/Lyrics/LyricsReader.h"
@@ -39,14 +38,14 @@ void parseSong(benchmark::State& state) {
         benchmark::DoNotOptimize(parseLRCFormat(text));
 }
 
-/// What no parser of lines can be faster than.
+/// Lower bound for a parser of lines.
 void splitSong(benchmark::State& state) {
     const QString text = song(500);
     for (auto _ : state)
         benchmark::DoNotOptimize(text.split(QChar(u'\n')));
 }
 
-/// A file in a folder of its own.
+/// A file in its own folder.
 class File {
   public:
     File(const char* name, const QByteArray& content)
@@ -94,27 +93,27 @@ void searchInVain(benchmark::State& state, const File& file) {
     }
 }
 
-/// A song of 4 MB with texts and a cover of 300 KB, which is looked through too.
+/// A song of 4 MB with texts and a cover of 300 KB, which is searched too.
 void searchTaggedSong(benchmark::State& state) {
     const QByteArray cover = QByteArray("\0image/jpeg\0\3\0", 14) + noise(300'000);
     QByteArray frames = frame("APIC", cover);
     for (const char* name : {"TIT2", "TPE1", "TALB", "TRCK", "TYER", "TCON"})
         frames += frame(name, "\3A text of some length");
     const qsizetype size = frames.size();
-    QByteArray syncsafe; // the length in four bytes of seven bits
+    QByteArray syncsafe; // the length as a sync-safe integer
     for (const unsigned shift : {21U, 14U, 7U, 0U})
         syncsafe += static_cast<char>(size >> shift & 0x7F);
     searchInVain(
         state, File("song.mp3", QByteArray("ID3\3\0\0", 6) + syncsafe + frames + noise(4'000'000)));
 }
 
-/// Without tags at all, but all of it has to be searched for the item's name.
+/// Without tags; the whole file has to be searched for the item's name.
 void searchWholeMpeg4File(benchmark::State& state) {
     searchInVain(state, File("song.m4a",
                              bigEndian(24) + "ftypM4A " + QByteArray(12, '\0') + noise(8'000'000)));
 }
 
-/// The last of 10,000 lines is the current one, so all are looked at.
+/// The last of 10,000 lines is current, so all are examined.
 void markLastLine(benchmark::State& state) {
     QByteArray text;
     for (int line = 0; line < 10'000; ++line)
@@ -139,7 +138,7 @@ BENCHMARK(searchWholeMpeg4File)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 } // namespace
 
-/// The search waits for the interface thread, so that one runs its events meanwhile.
+/// The search waits for the interface thread, which runs its event loop meanwhile.
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);

@@ -1,5 +1,5 @@
-// make_big_library TRACKS FOLDERS DIRECTORY: a library for measuring the start of the program. Run
-// it with XDG_CONFIG_HOME=DIRECTORY; the folders lie in DIRECTORY/Music and are empty.
+// make_big_library TRACKS FOLDERS DIRECTORY: creates a library for measuring the program's start.
+// Run the program with XDG_CONFIG_HOME=DIRECTORY; the folders are in DIRECTORY/Music and are empty.
 
 #include "BigLibrary.h"
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr auto silence = std::chrono::milliseconds(250);
 
-/// Parts of a sample at the end of a block are as good as silence here.
+/// A partial sample at the end of a block counts as silence.
 bool sounds(const QByteArray& bytes) {
     std::vector<float> samples(static_cast<std::size_t>(bytes.size()) / sizeof(float));
     std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(float));
@@ -45,7 +45,7 @@ void MonitorListener::listen() {
         Clock::rep none = 0;
         first_.compare_exchange_strong(none, now);
     }
-    isListening_ = true; // or nobody would ever be told that there is nothing to hear
+    isListening_ = true; // or silence would never be reported
     recorder.kill();
     recorder.waitForFinished();
 }

@@ -7,7 +7,7 @@
 
 namespace tamsy {
 
-/// Listens to what the private sound server puts out and tells when it began to sound. Needs
+/// Listens to the private sound server's output and notes when sound starts. Needs
 /// `tools/with-sound-server`. One thread at a time.
 class MonitorListener {
   public:
@@ -21,10 +21,10 @@ class MonitorListener {
     /// Whether a sample is loud enough to count.
     [[nodiscard]] static bool isSound(float sample) { return sample > 0.05F || sample < -0.05F; }
 
-    /// Waits until nothing has sounded for a moment, and forgets what did.
+    /// Waits until it has been silent for a moment, and forgets earlier sound.
     void waitForSilence();
 
-    /// When the first sound since the last silence arrived, if one has.
+    /// When the first sound since the last silence arrived, if any.
     [[nodiscard]] std::optional<Clock::time_point> firstSound() const;
 
   private:

@@ -1,4 +1,4 @@
-// Opening and seeking, which happen while the interface waits. Wants the private sound server.
+// Opening and seeking, during which the interface waits. Needs the private sound server.
 
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Miniaudio/MiniaudioBridge.h"
@@ -20,7 +20,7 @@ FileURL testAudio(const std::string& name) {
     return FileURL::fromPath(QByteArray(TEST_AUDIO "/").append(name.c_str()));
 }
 
-/// What reading all of the file costs.
+/// Baseline: reading the whole file.
 void readWhole(benchmark::State& state, const std::string& name) {
     std::vector<char> block(1 << 16);
     for (auto _ : state) {
@@ -40,7 +40,7 @@ void openDecoder(benchmark::State& state, const std::string& name) {
     }
 }
 
-/// A drag through the file while it plays: each seek stops the device and starts it again.
+/// A drag through a playing file: each seek stops the device and starts it again.
 void drag(benchmark::State& state, const std::string& name) {
     using Clock = std::chrono::steady_clock;
     const std::unique_ptr<BridgePlayer, void (*)(BridgePlayer*)> player(

@@ -1,6 +1,5 @@
-// Plays what it is told by lines on standard input: "play FILE", "pause", "resume", "seek SECONDS",
-// "time". It answers each with the processor time that it has used and the reported position, both
-// in seconds.
+// Plays files by commands on standard input: "play FILE", "pause", "resume", "seek SECONDS",
+// "time". It answers each with the processor time used and the reported position, both in seconds.
 
 #include "Playback/CompositePlaybackEngine.h"
 #include "Utils/FileURL.h"

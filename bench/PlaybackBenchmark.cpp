@@ -1,4 +1,5 @@
-// From the click to the sound, and what a minute of sound costs. Wants the private sound server.
+// The time from the click to the sound, and the cost of a minute of playback. Needs the private
+// sound server.
 
 #include "MemoryDevice.h"
 #include "MonitorListener.h"
@@ -43,7 +44,7 @@ void runEvents(int milliseconds) {
     loop.exec();
 }
 
-/// Until the first sound arrives from the server, for what `begin` begins and `end` ends.
+/// Measures from `begin` until the first sound arrives from the server; `end` stops it.
 template <typename Begin, typename End>
 void untilFirstSound(benchmark::State& state, Begin begin, End end) {
     MonitorListener listener;
@@ -64,7 +65,7 @@ void untilFirstSound(benchmark::State& state, Begin begin, End end) {
     }
 }
 
-/// How long the file itself is silent at its start, in milliseconds: what an encoder put ahead.
+/// The silence at the start of the file in milliseconds: the encoder delay.
 double leadingSilence(const FileURL& url) {
     const std::atomic<bool> abandoned = false;
     MediaBackend* backend = loadMediaBackend();
@@ -100,7 +101,7 @@ void deviceToFirstSound(benchmark::State& state, OpenDevice open) {
         state, [&] { device = open(); }, [&] { device.reset(); });
 }
 
-/// Processor seconds for one minute of playback, from some seconds of it.
+/// Processor seconds per minute of playback, extrapolated from some seconds.
 double minuteFromNow() {
     runEvents(1000);
     const double before = processorTime();
@@ -118,7 +119,7 @@ void minuteOfPlayback(benchmark::State& state, const std::string& name) {
     }
 }
 
-/// Decodes one minute with the first engine's decoder.
+/// Decodes one minute with the miniaudio engine's decoder.
 bool decodeWithFirst(const FileURL& url) {
     AudioDecoder decoder;
     if (decoder.open(url) != MA_SUCCESS)
@@ -129,7 +130,7 @@ bool decodeWithFirst(const FileURL& url) {
     return true;
 }
 
-/// The same with the second one's.
+/// The same with the media player's decoder.
 bool decodeWithSecond(const FileURL& url) {
     const std::atomic<bool> abandoned = false;
     MediaBackend* backend = loadMediaBackend();
@@ -141,7 +142,7 @@ bool decodeWithSecond(const FileURL& url) {
     return true;
 }
 
-/// The device fed from memory for a minute, plus decoding that minute.
+/// Baseline: a device fed from memory for a minute, plus decoding that minute.
 void deviceAndDecoding(benchmark::State& state, OpenDevice open, bool (*decode)(const FileURL&),
                        const std::string& name) {
     for (auto _ : state) {

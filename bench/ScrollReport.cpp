@@ -1,6 +1,5 @@
-// What covers cost while the table scrolls: the time from a step to its frame, and the memory that
-// is taken after ten thousand rows, beside the same table without covers. Draws, so it wants a
-// display.
+// The cost of covers while the table scrolls: the time from a step to its frame, and the memory
+// after ten thousand rows, compared with the same table without covers. Needs a display.
 
 #include "BigLibrary.h"
 #include "FlacWithCover.h"
@@ -41,7 +40,7 @@ class NoPanel : public FolderPanel {
                   Completion /*completion*/) override {}
 };
 
-/// Tracks of one folder: each a file of its own with a cover, or none at all.
+/// The tracks of a folder: each a file with its own cover, or all without.
 TrackList makeTracks(const QTemporaryDir& directory, bool withCovers) {
     TrackList tracks = makeBigFolder(FileURL::fromPath(QFile::encodeName(directory.path())), rows);
     QImage cover(300, 300, QImage::Format_RGB32);
@@ -74,7 +73,7 @@ double residentMegabytes() {
     return 0;
 }
 
-/// The first item below that has rows.
+/// The first descendant with rows.
 QQuickItem* listBelow(QQuickItem* item) {
     if (item->property("contentY").isValid() && item->property("count").toInt() == rows)
         return item;

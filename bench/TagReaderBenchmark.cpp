@@ -1,4 +1,4 @@
-// How fast a scan reads tags, beside what it can't be faster than and what it is compared with.
+// The speed of reading tags in a scan, beside a lower bound and TagLib.
 
 #include "Services/Metadata/MetadataReader.h"
 #include "Tags/HostileFiles.h"
@@ -18,7 +18,7 @@ using namespace tamsy;
 
 namespace {
 
-/// Calls `read` with the path of every file of the library, as the walk gives it.
+/// Calls `read` with the path of every file in the library.
 void walk(benchmark::State& state, auto&& read) {
     for (auto _ : state) {
         std::int64_t files = 0;

@@ -7,7 +7,7 @@
 
 using namespace tamsy;
 
-/// The Vorbis decoder leaves some kilobytes behind when it gives up on a setup header.
+/// The Vorbis decoder leaks some kilobytes when it rejects a setup header.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:start_decoder";

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
-/// Each target defines this: it feeds one input to one reader and ends the program on a broken
-/// promise. Always gives 0.
+/// Each target defines this: it feeds one input to one parser and aborts if a guarantee is broken.
+/// Returns 0.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace tamsy::fuzz {
@@ -18,12 +18,12 @@ inline std::string_view asText(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// A copy with nothing around it, so that a read beyond either end is seen.
+/// A copy in its own allocation, so that a read past either end is detected.
 inline QByteArray asBytes(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)};
 }
 
-/// What the reader promises of any input.
+/// What the parser guarantees for any input.
 inline void require(bool holds) {
     if (!holds)
         std::abort();

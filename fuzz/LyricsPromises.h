@@ -8,7 +8,7 @@
 
 namespace tamsy::fuzz {
 
-/// Synced lyrics have lines, sorted by time; plain ones have no times; no line is empty.
+/// Synced lyrics have lines, sorted by time; plain lyrics have no times; no line is empty.
 inline void requireSound(const std::optional<Lyrics>& lyrics) {
     if (!lyrics)
         return;

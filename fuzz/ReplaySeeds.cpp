@@ -6,8 +6,8 @@
 #include <iterator>
 #include <vector>
 
-/// Stands in for the fuzzer where there is none: gives each file of the folders that are named to
-/// the target once. An empty folder is a failure.
+/// Replaces the fuzzer in the test run: passes each file in the given folders to the target once.
+/// An empty folder is an error.
 int main(int argc, char** argv) {
     int count = 0;
     for (int i = 1; i < argc; ++i) {
