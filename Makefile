@@ -1,8 +1,8 @@
-# One command a wish; "make help" lists them. Each installs what it needs first (tools/setup).
+# "make help" lists the commands. Each first installs the packages that it needs (tools/setup).
 MAKEFLAGS += --no-print-directory
 MINIAUDIO := build/deps/miniaudio/miniaudio.h
 
-# ThreadSanitizer can't place its memory where the kernel randomises addresses widely.
+# ThreadSanitizer can't map its memory if the kernel randomises addresses too widely.
 SAME_ADDRESSES := $(shell setarch --addr-no-randomize true 2>/dev/null && echo setarch --addr-no-randomize)
 
 .PHONY: help
@@ -16,13 +16,13 @@ run: ## builds the player and starts it; on a machine without a display, the dem
 	@tools/run
 
 .PHONY: demo
-demo: ## drives the player by real clicks over generated music; says what was seen and heard
+demo: ## drives the player with real clicks over generated music; reports what was seen and heard
 	@tools/setup build run demo
 	@$(MAKE) release
 	@tools/demo
 
 .PHONY: check
-check: ## builds and runs the unit tests alone; ONLY=pattern runs those whose names match
+check: ## builds and runs only the unit tests; ONLY=pattern runs those whose names match
 	@tools/setup build demo test
 	@$(MAKE) build/check/build.ninja
 	@cmake --build --preset check
@@ -35,14 +35,14 @@ test: ## runs all tests under the address, undefined-behaviour and thread saniti
 	ctest --preset asan
 
 .PHONY: bench
-bench: ## measures the parts and the program, each beside its baseline; ONLY="tones start" some of it
+bench: ## measures the parts and the program against their baselines; ONLY="tones start" selects groups
 	@tools/setup build run demo test bench
 	@$(MAKE) build/bench/build.ninja
 	cmake --build --preset bench
 	@bench/run build/bench $(ONLY)
 
 .PHONY: fuzz
-fuzz: ## feeds broken input to each reader for a minute (SECONDS_EACH=60)
+fuzz: ## feeds damaged input to each parser for a minute (SECONDS_EACH=60)
 	@tools/setup build run lint fuzz
 	@$(MAKE) build/fuzz/build.ninja
 	cmake --build --preset fuzz
@@ -58,13 +58,13 @@ deb: ## builds a Debian package in build/deb
 	@lintian --fail-on error build/deb/*.deb
 
 .PHONY: lint
-lint: ## checks layout, floors, words, commit subjects, QML and C++ without running anything
+lint: ## checks format, layers, words, commit subjects, QML and C++ without running anything
 	@tools/setup build run test lint
 	@$(MAKE) build/asan/build.ninja
 	@tools/lint build/asan
 
 .PHONY: format
-format: ## lays out all C++ source
+format: ## formats all C++ source
 	@tools/setup lint
 	@git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format -i
 

@@ -1,4 +1,4 @@
-"""A program that is driven from outside on a virtual display: its library, its windows, clicks."""
+"""Drives a program on a virtual display from outside: its library, windows and clicks."""
 import base64
 import json
 import os
@@ -15,7 +15,7 @@ def address(path):
 
 
 def store_library(music, files):
-    """A library of that one folder, scanned already."""
+    """Stores a library with that one folder, already scanned."""
     folder = Path(os.environ["XDG_CONFIG_HOME"]) / "Tamsy Music"
     folder.mkdir(parents=True)
     tracks = [{"id": str(uuid.uuid4()).upper(), "urlString": address(file), "title": file.stem, "artist": "",
@@ -32,7 +32,7 @@ def xdotool(*arguments):
 
 
 def newest_window(known):
-    """The window that shows and wasn't known before."""
+    """Waits for a window that isn't among the known ones."""
     for _ in range(300):
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "tamsy-music"],
                                stdout=subprocess.PIPE, text=True, check=False).stdout.split()
