@@ -18,6 +18,8 @@ namespace {
 /// A JSON parser may look this far past the last byte.
 constexpr qsizetype roomAfterContent = 64;
 
+constexpr auto previousSuffix = ".previous";
+
 /// Whole or not at all; a short write is followed by another.
 bool writeAll(int descriptor, QByteArrayView bytes) {
     while (!bytes.isEmpty()) {
@@ -55,7 +57,13 @@ bool writeNewFile(const QByteArray& path, QByteArrayView content) {
 } // namespace
 
 std::optional<QByteArray> StoredFile::read() const {
+    int error = 0;
+    return read(error);
+}
+
+std::optional<QByteArray> StoredFile::read(int& error) const {
     const RegularFile file(path_);
+    error = file.error();
     if (!file.isOpen())
         return std::nullopt;
     QByteArray content;
@@ -66,8 +74,10 @@ std::optional<QByteArray> StoredFile::read() const {
     while (!rest.empty()) {
         const ssize_t count =
             file.read(static_cast<std::uint64_t>(content.size()) - rest.size(), rest);
-        if (count < 0)
+        if (count < 0) {
+            error = errno;
             return std::nullopt;
+        }
         if (count == 0)
             break;
         rest = rest.subspan(static_cast<std::size_t>(count));
@@ -127,6 +137,23 @@ bool StoredFile::keepAside() const {
             return !mayExist();
     }
     return false;
+}
+
+bool StoredFile::keepPrevious() const {
+    const QByteArray previous = path_ + previousSuffix;
+    const QByteArray beside = previous + ".new";
+    ::unlink(beside.constData());
+    if (::link(path_.constData(), beside.constData()) != 0) {
+        const auto content = read();
+        return content && replacePrevious(*content);
+    }
+    const bool isKept = ::rename(beside.constData(), previous.constData()) == 0;
+    ::unlink(beside.constData()); // still there if both names were one file's already
+    return isKept;
+}
+
+bool StoredFile::replacePrevious(QByteArrayView content) const {
+    return StoredFile(path_ + previousSuffix).replace(content);
 }
 
 bool makeDirectories(const QByteArray& path) {

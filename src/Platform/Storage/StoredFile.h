@@ -17,6 +17,9 @@ class StoredFile {
     /// the file is missing or can't be read.
     [[nodiscard]] std::optional<QByteArray> read() const;
 
+    /// The same; sets `error` to 0 or the system's error number.
+    [[nodiscard]] std::optional<QByteArray> read(int& error) const;
+
     /// False only if certainly nothing exists at the path.
     [[nodiscard]] bool mayExist() const;
 
@@ -32,6 +35,13 @@ class StoredFile {
     /// Links the current content to an unused name, "<path>.damaged-<time>", or renames it if the
     /// file system has no links. False if neither works.
     [[nodiscard]] bool keepAside() const;
+
+    /// Links the current content to "<path>.previous", or copies it there if the file system has no
+    /// links. Replaces an older one.
+    [[nodiscard]] bool keepPrevious() const;
+
+    /// Stores `content` as "<path>.previous".
+    [[nodiscard]] bool replacePrevious(QByteArrayView content) const;
 
   private:
     [[nodiscard]] QByteArray directory() const;

@@ -3,16 +3,24 @@
 #include "Utils/BaseDirectory.h"
 
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cmath>
 #include <utility>
+
+#include <unistd.h>
 
 namespace tamsy {
 namespace {
 
 /// How long the writer waits before it retries a failed write.
 constexpr std::chrono::seconds retryInterval{30};
+
+/// True if opening failed because the path is no regular file, so certainly no value of ours.
+bool isOtherThanFile(int error) {
+    return error == EISDIR || error == EINVAL || error == ENXIO || error == ELOOP;
+}
 
 } // namespace
 
@@ -49,17 +57,26 @@ std::optional<QByteArray> UserDefaults::dataForKey(QByteArrayView key) {
         if (const auto pending = pending_.constFind(key.toByteArray()); pending != pending_.cend())
             return pending->value;
     }
-    const StoredFile file = fileForKey(key);
-    auto content = file.read();
-    if (!content && file.mayExist())
-        moveAside(key);
+    int error = 0;
+    auto content = fileForKey(key).read(error);
+    const bool isMissing = error == ENOENT || error == ENOTDIR;
+    const std::scoped_lock lock(mutex_);
+    if (isOtherThanFile(error))
+        damaged_.insert(key.toByteArray());
+    else if ((error != 0 && !isMissing) || (isMissing && hasVanished()))
+        unreadable_.insert(key.toByteArray());
+    else
+        unreadable_.remove(key.toByteArray());
+    hasSeenDirectory_ |= content.has_value();
     return content;
 }
 
-void UserDefaults::setObject(QByteArray value, QByteArrayView key) {
+bool UserDefaults::setObject(QByteArray value, QByteArrayView key) {
     const QByteArray ownKey = key.toByteArray();
     {
         const std::scoped_lock lock(mutex_);
+        if (unreadable_.contains(ownKey))
+            return false;
         Pending& pending = pending_[ownKey];
         pending.value = std::move(value);
         ++pending.revision;
@@ -71,6 +88,12 @@ void UserDefaults::setObject(QByteArray value, QByteArrayView key) {
     }
     changed_.notify_all();
     Q_EMIT valueChanged(ownKey);
+    return true;
+}
+
+void UserDefaults::keepPrevious(QByteArrayView key) {
+    const std::scoped_lock lock(mutex_);
+    previous_.insert(key.toByteArray(), pending_.value(key.toByteArray()).value);
 }
 
 std::optional<double> UserDefaults::doubleForKey(QByteArrayView key) {
@@ -140,20 +163,36 @@ void UserDefaults::runWriter() {
     }
 }
 
+/// True if the directory existed earlier in this run and is gone: a home on a share that went away.
+/// A new one in its place would hide the library. Called with the lock held.
+bool UserDefaults::hasVanished() const {
+    return hasSeenDirectory_ && ::access(directory_.constData(), F_OK) != 0;
+}
+
 /// Called on the writer's thread without the lock.
 bool UserDefaults::write(const QByteArray& key, const QByteArray& value) {
     const StoredFile file = fileForKey(key);
-    const bool isDamaged = [&] {
-        const std::scoped_lock lock(mutex_);
-        return damaged_.contains(key);
-    }();
+    std::unique_lock lock(mutex_);
+    if (hasVanished())
+        return false;
+    const bool isDamaged = damaged_.contains(key);
+    const bool keepsPrevious = previous_.contains(key);
+    const QByteArray previous = previous_.take(key);
+    lock.unlock();
     if (isDamaged) {
         if (!file.keepAside())
             return false;
-        const std::scoped_lock lock(mutex_);
+        lock.lock();
         damaged_.remove(key);
+        lock.unlock();
     }
-    return file.replace(value);
+    // Where there is no room for a copy the value is stored without one.
+    if (keepsPrevious)
+        static_cast<void>(previous.isNull() ? file.keepPrevious() : file.replacePrevious(previous));
+    const bool isWritten = file.replace(value);
+    lock.lock();
+    hasSeenDirectory_ |= isWritten;
+    return isWritten;
 }
 
 } // namespace tamsy

@@ -39,12 +39,19 @@ class UserDefaults : public QObject {
     explicit UserDefaults(QByteArray directory);
     ~UserDefaults() override;
 
-    /// The latest value; nothing if there is none. A file that exists but can't be read gives
-    /// nothing too and is moved aside before it is overwritten.
+    /// The latest value; nothing if there is none. Something that isn't a regular file gives
+    /// nothing too and is moved aside before it is overwritten. A file that can't be read now (an
+    /// I/O error, no permission, no free descriptor, a directory that has vanished) gives nothing,
+    /// and the key takes no new value until it has been read: what it would overwrite is unknown.
     [[nodiscard]] std::optional<QByteArray> dataForKey(QByteArrayView key);
 
-    /// Sets the value and returns at once; the file is written later.
-    void setObject(QByteArray value, QByteArrayView key);
+    /// Sets the value and returns at once; the file is written later. False, and nothing changes,
+    /// if the last read of `key` failed.
+    bool setObject(QByteArray value, QByteArrayView key);
+
+    /// Makes the next write of `key` keep the value it replaces in the file "<key>.previous". Only
+    /// the last one is kept.
+    void keepPrevious(QByteArrayView key);
 
     /// A number stored by `setDouble`; nothing if there is none or it isn't finite.
     [[nodiscard]] std::optional<double> doubleForKey(QByteArrayView key);
@@ -69,6 +76,7 @@ class UserDefaults : public QObject {
     [[nodiscard]] StoredFile fileForKey(QByteArrayView key) const;
     void queueUnwritten();
     void runWriter();
+    [[nodiscard]] bool hasVanished() const;
     [[nodiscard]] bool write(const QByteArray& key, const QByteArray& value);
 
     const QByteArray directory_;
@@ -77,7 +85,10 @@ class UserDefaults : public QObject {
     QHash<QByteArray, Pending> pending_; // not on disk yet
     QList<QByteArray> queue_;            // keys to write, in order
     QSet<QByteArray> damaged_;
-    QByteArray writing_; // the key that is being written
+    QSet<QByteArray> unreadable_;            // keys whose last read failed
+    QHash<QByteArray, QByteArray> previous_; // values to keep; null for the one on disk
+    bool hasSeenDirectory_ = false;          // a value was read or written there
+    QByteArray writing_;                     // the key that is being written
     bool isEnding_ = false;
     std::thread writer_; // starts with the first write; started and joined by the owning thread
 };
