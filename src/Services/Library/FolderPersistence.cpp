@@ -123,7 +123,8 @@ FolderPersistence::saveBookmark(const FileURL& folder) {
     const QByteArray encoded = bookmark->toBase64();
     LibraryDocument document = loadRaw();
     document.folders().push_back({id, viewOf(encoded), now(), std::nullopt});
-    saveRaw(document);
+    if (!saveRaw(document))
+        return std::nullopt;
     return SavedBookmark{id, *bookmark};
 }
 
@@ -133,13 +134,16 @@ void FolderPersistence::saveTracks(QUuid folderId, const TrackList& tracks) {
                                      [&](const auto& entry) { return entry.id == folderId; });
     if (folder == document.folders().end())
         return;
+    if (folder->tracks && folder->tracks->size() > 2 * static_cast<std::size_t>(tracks.size()))
+        defaults_.keepPrevious(defaultsKey);
     replaceTracks(*folder, tracks, document);
     saveRaw(document);
 }
 
 void FolderPersistence::removeRecord(QUuid id) {
     LibraryDocument document = loadRaw();
-    std::erase_if(document.folders(), [&](const PersistedFolder& entry) { return entry.id == id; });
+    if (std::erase_if(document.folders(), [&](const auto& entry) { return entry.id == id; }) > 0)
+        defaults_.keepPrevious(defaultsKey);
     saveRaw(document);
 }
 
@@ -172,9 +176,9 @@ LibraryDocument FolderPersistence::loadRaw() {
     return {};
 }
 
-void FolderPersistence::saveRaw(const LibraryDocument& document) {
-    if (auto data = document.encode())
-        defaults_.setObject(*std::move(data), defaultsKey);
+bool FolderPersistence::saveRaw(const LibraryDocument& document) {
+    auto data = document.encode();
+    return data && defaults_.setObject(*std::move(data), defaultsKey);
 }
 
 } // namespace tamsy

@@ -25,7 +25,9 @@ struct FolderRecord {
 /// document is complete after every operation. Interface thread only.
 ///
 /// A document that can't be decoded counts as empty. It stays untouched until the next change,
-/// which moves it aside.
+/// which moves it aside. While the document can't be read it counts as empty too, and no change is
+/// stored. The document before a removal, or before a scan that loses more than half of a folder's
+/// tracks, is kept as "….previous".
 class FolderPersistence {
   public:
     static constexpr auto defaultsKey = "FolderLibraryService.Bookmarks";
@@ -40,7 +42,7 @@ class FolderPersistence {
     explicit FolderPersistence(UserDefaults& defaults) : defaults_(defaults) {}
 
     /// Adds an entry without tracks for `folder`. Returns nothing and stores nothing if it isn't a
-    /// folder that can be opened.
+    /// folder that can be opened or if the document can't be read.
     [[nodiscard]] std::optional<SavedBookmark> saveBookmark(const FileURL& folder);
 
     /// Replaces the tracks of the entry `folderId`. Writes nothing if there is no such entry.
@@ -58,7 +60,7 @@ class FolderPersistence {
 
   private:
     [[nodiscard]] LibraryDocument loadRaw();
-    void saveRaw(const LibraryDocument& document);
+    bool saveRaw(const LibraryDocument& document);
 
     UserDefaults& defaults_;
 };
