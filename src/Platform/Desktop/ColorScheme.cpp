@@ -26,8 +26,7 @@ constexpr uint preferDark = 1;
 } // namespace
 
 ColorScheme::ColorScheme(QObject* parent) : QObject(parent) {
-    // Unknown to the library until a first such value was sent, and a slot that takes it is
-    // refused.
+    // Qt D-Bus doesn't know the type before it has sent such a value, and would refuse the slot.
     qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
@@ -61,7 +60,7 @@ void ColorScheme::settingChanged(const QString& group, const QString& key,
 }
 
 void ColorScheme::apply(const QVariant& value) {
-    // `Read` wraps its answer in one variant more than the change signal.
+    // `Read` wraps its answer in one more variant than the change signal.
     const QVariant inner =
         value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
     const bool dark = inner.toUInt() == preferDark;

@@ -6,20 +6,20 @@
 
 namespace tamsy {
 
-/// Whether the desktop prefers dark windows, asked of its settings portal
-/// (`org.freedesktop.appearance`, `color-scheme`; 1 stands for dark) and followed while the program
-/// runs. Without a portal it is light. Interface thread only.
+/// Whether the desktop prefers dark windows, from its settings portal
+/// (`org.freedesktop.appearance`, `color-scheme`; 1 means dark), kept up to date. Light if there is
+/// no portal. Interface thread only.
 class ColorScheme : public QObject {
     Q_OBJECT
 
   public:
-    /// Asks at once and doesn't wait.
+    /// Queries the portal without waiting.
     explicit ColorScheme(QObject* parent = nullptr);
 
     [[nodiscard]] bool isDark() const { return isDark_; }
 
-    /// Waits for the portal's first answer, but no longer than a tenth of a second, so that the
-    /// first frame has the right colours wherever a portal is running.
+    /// Waits for the portal's first answer, for at most a tenth of a second, so that the first
+    /// frame has the right colours.
     void waitForFirstAnswer();
 
   Q_SIGNALS:

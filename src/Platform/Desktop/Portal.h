@@ -4,7 +4,7 @@
 
 namespace tamsy {
 
-/// The desktop portals' name and object on the session bus (xdg-desktop-portal).
+/// The desktop portals' bus name and object path (xdg-desktop-portal).
 inline const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
 inline const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 

@@ -24,12 +24,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds patience{5};
-constexpr std::chrono::milliseconds pauseBetweenTries{20};
-constexpr qsizetype longestSocketPath = sizeof(sockaddr_un::sun_path) - 1;
-constexpr qint64 longestRequest = 4096;
+constexpr std::chrono::seconds answerTimeout{5};
+constexpr std::chrono::milliseconds retryInterval{20};
+constexpr qsizetype maxSocketPathSize = sizeof(sockaddr_un::sun_path) - 1;
+constexpr qint64 maxRequestSize = 4096;
 
-/// A directory that nobody else can look into, for a session that has no runtime directory.
+/// A directory that only the user can access, for a session without a runtime directory.
 QByteArray privateDirectory() {
     const QByteArray path = "/tmp/tamsy-music-" + QByteArray::number(::getuid());
     struct stat status {};
@@ -39,14 +39,14 @@ QByteArray privateDirectory() {
     return isOurs ? path : QByteArray();
 }
 
-/// Where the program of `configurationDirectory` listens; empty if there is no safe place.
+/// The socket for `configurationDirectory`; empty if there is no safe directory for it.
 QByteArray socketPath(const QByteArray& configurationDirectory) {
     const QByteArray name =
         "/tamsy-music-" + QCryptographicHash::hash(configurationDirectory, QCryptographicHash::Sha1)
                               .toHex()
                               .first(16);
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (runtime.startsWith('/') && runtime.size() + name.size() <= longestSocketPath &&
+    if (runtime.startsWith('/') && runtime.size() + name.size() <= maxSocketPathSize &&
         ::access(runtime.constData(), W_OK | X_OK) == 0)
         return runtime + name;
     const QByteArray fallback = privateDirectory();
@@ -61,11 +61,11 @@ QByteArray activationToken() {
 FileDescriptor connectTo(const QByteArray& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path.isEmpty() || path.size() > longestSocketPath)
+    if (path.isEmpty() || path.size() > maxSocketPathSize)
         return {};
     std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
     FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    // The system's interface for every kind of address.
+    // The socket API takes all kinds of addresses through this type.
     const auto* general = reinterpret_cast<const sockaddr*>(&address); // NOLINT
     if (!socket.isOpen() || ::connect(socket.number(), general, sizeof address) != 0)
         return {};
@@ -81,36 +81,36 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::acquire() {
     if (!makeDirectories(directory_))
-        return true; // where nothing can be written there is nothing to guard
+        return true; // nothing can be written, so there is nothing to guard
     const QByteArray path = directory_ + "/.lock";
     lock_ = FileDescriptor(
         ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
     if (!lock_.isOpen())
         lock_ = FileDescriptor(::open(directory_.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const auto deadline = Clock::now() + patience;
+    const auto deadline = Clock::now() + answerTimeout;
     do {
         if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0)
             return true;
         if (errno != EWOULDBLOCK && errno != EINTR)
             return true; // a file system without locks
-        if (askTheFirst())
+        if (requestActivation())
             return false;
-        std::this_thread::sleep_for(pauseBetweenTries);
+        std::this_thread::sleep_for(retryInterval);
     } while (Clock::now() < deadline);
     return false;
 }
 
-/// True if the program that holds the lock has answered.
-bool SingleInstance::askTheFirst() const {
+/// Whether the program that holds the lock has answered.
+bool SingleInstance::requestActivation() const {
     const auto path = StoredFile(directory_ + "/.lock").read();
     const FileDescriptor socket = connectTo(path.value_or(QByteArray()));
-    const QByteArray request = activationToken().left(longestRequest - 1) + '\n';
+    const QByteArray request = activationToken().left(maxRequestSize - 1) + '\n';
     if (!socket.isOpen() ||
         ::send(socket.number(), request.constData(), static_cast<std::size_t>(request.size()),
                MSG_NOSIGNAL) != request.size())
         return false;
     pollfd reply{socket.number(), POLLIN, 0};
-    const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(patience);
+    const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(answerTimeout);
     char byte = 0;
     return ::poll(&reply, 1, static_cast<int>(limit.count())) == 1 &&
            ::recv(socket.number(), &byte, 1, 0) == 1;
@@ -121,10 +121,10 @@ void SingleInstance::listen() {
     const QString name = QFile::decodeName(path);
     if (path.isEmpty() || QFile::encodeName(name) != path)
         return;
-    QLocalServer::removeServer(name); // left by a killed run; the lock says that none is alive
+    QLocalServer::removeServer(name); // left by a killed run, since we hold the lock
     server_ = std::make_unique<QLocalServer>();
     server_->setSocketOptions(QLocalServer::UserAccessOption);
-    // From then on nobody would answer; a second start waits for the lock instead.
+    // After this nothing would answer; a second start then waits for the lock.
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
             [this] { server_.reset(); });
     connect(server_.get(), &QLocalServer::newConnection, this, &SingleInstance::answer);
@@ -136,12 +136,12 @@ void SingleInstance::listen() {
 
 void SingleInstance::answer() {
     while (QLocalSocket* client = server_->nextPendingConnection()) {
-        client->setReadBufferSize(longestRequest);
+        client->setReadBufferSize(maxRequestSize);
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         connect(client, &QLocalSocket::readyRead, this, [this, client] {
             if (!client->canReadLine())
                 return;
-            Q_EMIT activationRequested(client->readLine(longestRequest).trimmed());
+            Q_EMIT activationRequested(client->readLine(maxRequestSize).trimmed());
             client->write("\n");
             client->disconnectFromServer();
         });

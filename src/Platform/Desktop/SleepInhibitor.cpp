@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Of the portal's flags: the machine may not be suspended when nobody uses it.
+/// The portal's flag for suspending when idle.
 constexpr uint suspendFlag = 4;
 
 constexpr auto delayOfRelease = 1s;
@@ -46,7 +46,7 @@ void SleepInhibitor::setInhibiting(bool inhibiting) {
     follow();
 }
 
-/// While an answer is awaited nothing is done; it leads here again.
+/// Does nothing while a reply is pending; the reply calls it again.
 void SleepInhibitor::follow() {
     if (isWanted_ && state_ == State::Released)
         askPortal();
@@ -83,7 +83,7 @@ void SleepInhibitor::askPortal() {
 }
 
 void SleepInhibitor::connectToLoginManager() {
-    // Connecting waits for the bus, so it is done elsewhere.
+    // Connecting blocks, so it is done on a worker.
     connector_.start([self = QPointer<SleepInhibitor>(this)] {
         const QDBusConnection system = QDBusConnection::systemBus();
         InterfaceThread::run([self, system] {
@@ -97,7 +97,7 @@ void SleepInhibitor::askLoginManager(const QDBusConnection& system) {
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
-    // "sleep" would refuse the user's own wish, too.
+    // "sleep" would also prevent the user from suspending.
     call.setArguments({QStringLiteral("idle"), who_, why_, QStringLiteral("block")});
     ask(
         system, call,
@@ -105,7 +105,7 @@ void SleepInhibitor::askLoginManager(const QDBusConnection& system) {
             lock_ = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
             hold();
         },
-        [this] { state_ = State::Released; }); // the next track asks again
+        [this] { state_ = State::Released; }); // retried with the next track
 }
 
 void SleepInhibitor::hold() {

@@ -13,22 +13,22 @@
 
 namespace tamsy {
 
-/// Keeps the machine from falling asleep by itself, through the desktop's portal
-/// (`org.freedesktop.portal.Inhibit`) or, where there is none, the login manager
-/// (`org.freedesktop.login1`). The screen may go dark, and a user who sends the machine to sleep is
-/// obeyed. Nothing here waits for a bus; without one nothing happens. Interface thread.
+/// Keeps the machine from suspending when idle, through the desktop's portal
+/// (`org.freedesktop.portal.Inhibit`) or else the login manager (`org.freedesktop.login1`). The
+/// screen may still turn off, and the user can still suspend. Never waits for a bus; without one it
+/// does nothing. Interface thread.
 class SleepInhibitor : public QObject {
     Q_OBJECT
 
   public:
-    /// `who` and `why` are what the system's own tools list.
+    /// `who` and `why` are shown by the system's tools.
     SleepInhibitor(QString who, QString why,
                    QDBusConnection session = QDBusConnection::sessionBus(),
                    QObject* parent = nullptr);
     ~SleepInhibitor() override;
 
-    /// What is wished from now on. A wish that ends is followed a second later, so that the step
-    /// from track to track isn't an end.
+    /// Starts or ends the inhibition. It ends a second later, so that a step to the next track
+    /// doesn't end it.
     void setInhibiting(bool inhibiting);
 
   private:
@@ -49,8 +49,8 @@ class SleepInhibitor : public QObject {
     QDBusConnection session_;
     bool isWanted_ = false;
     State state_ = State::Released;
-    QString portalHandle_;         // empty unless the portal grants it
-    QDBusUnixFileDescriptor lock_; // the login manager's, which holds until it is closed
+    QString portalHandle_;         // empty unless the portal has granted it
+    QDBusUnixFileDescriptor lock_; // from the login manager; effective until it is closed
     QTimer releaseDelay_;
     WorkerPool connector_;
 };

@@ -5,7 +5,7 @@
 namespace tamsy {
 
 void SystemLog::write(const QByteArray& line) {
-    // The name is kept by pointer, and a second call of openlog changes nothing.
+    // openlog keeps the pointer to the name, and repeating the call changes nothing.
     static const bool isOpen = [] {
         ::openlog("tamsy-music", LOG_PID, LOG_USER);
         return true;

@@ -4,11 +4,11 @@
 
 namespace tamsy {
 
-/// The system's log: the journal, or whatever takes syslog(3).
+/// The system log: the journal, or whatever receives syslog(3).
 class SystemLog {
   public:
-    /// Writes `line`, one line of text, under the program's name. Always on; any thread. Without a
-    /// log on this machine the line is dropped.
+    /// Writes one line of text under the program's name, in all builds. Dropped if there is no log.
+    /// Any thread.
     static void write(const QByteArray& line);
 };
 

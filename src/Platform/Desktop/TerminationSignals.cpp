@@ -14,11 +14,11 @@ namespace {
 
 constexpr int caught[] = {SIGTERM, SIGINT, SIGHUP};
 
-/// Of the event counter that the handler writes to; -1 while there is none.
+/// The eventfd that the handler writes to; -1 if there is none.
 std::atomic<int> eventNumber = -1;
 static_assert(std::atomic<int>::is_always_lock_free);
 
-/// Runs between any two instructions: only calls that are safe there.
+/// A signal handler: only async-signal-safe calls.
 void wake(int /*signal*/) {
     const int error = errno;
     const std::uint64_t one = 1;

@@ -6,10 +6,10 @@
 
 namespace tamsy {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a signal on the interface thread, so that the program can
-/// end as the user would end it. Only the first of each kind is caught: a second one ends a program
-/// that hangs at once. A SIGHUP that the caller has ignored, as nohup does, stays ignored. One
-/// object at a time; needs the application object.
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal on the interface thread, so that the program
+/// quits normally. Only the first of each kind is caught: a second one kills a program that hangs.
+/// A SIGHUP that the caller ignores, as nohup does, stays ignored. One object at a time; needs the
+/// application object.
 class TerminationSignals : public QObject {
     Q_OBJECT
 

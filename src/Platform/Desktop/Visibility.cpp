@@ -54,7 +54,7 @@ bool Visibility::isAnyWindowVisible() const {
 }
 
 bool Visibility::canBeSeen(const QWindow& window) const {
-    return windows_.value(const_cast<QWindow*>(&window)).canBeSeen; // NOLINT: only looked up
+    return windows_.value(const_cast<QWindow*>(&window)).canBeSeen; // NOLINT: only used as a key
 }
 
 bool Visibility::eventFilter(QObject* watched, QEvent* event) {
@@ -77,7 +77,7 @@ bool Visibility::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Move:
     case QEvent::Resize:
         update(window);
-        updateAll(); // what lies below it may have come into sight, or gone out of it
+        updateAll(); // windows below it may have become visible or hidden
         break;
     case QEvent::UpdateRequest:
         return holdFrameBack(window);
@@ -99,7 +99,7 @@ void Visibility::applicationStateChanged(Qt::ApplicationState state) {
 
 void Visibility::update(QWindow* window) {
     if (window->handle() == nullptr)
-        return; // it isn't made yet, or has been forgotten
+        return; // it has no native window yet, or is no longer tracked
     const WindowState now{isMiniaturized(*window), isInSight(*window) && !isBelowAnother(*window)};
     const WindowState former = std::exchange(windows_[window], now);
     if (former.owesFrame && now.canBeSeen)
@@ -128,7 +128,7 @@ bool Visibility::isBelowAnother(const QWindow& window) const {
     });
 }
 
-/// Qt goes on drawing what others cover.
+/// Qt keeps drawing covered windows.
 bool Visibility::holdFrameBack(QWindow* window) {
     const auto state = windows_.find(window);
     if (!occlusion_ || state == windows_.end() || state->canBeSeen || !window->isExposed())

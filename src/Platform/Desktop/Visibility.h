@@ -11,19 +11,18 @@ namespace tamsy {
 
 class X11Occlusion;
 
-/// Knows whether anybody can see the program: which of its windows show at least a part of
-/// themselves, and whether the application is the active one. It follows every window of the
-/// application by itself. Interface thread; made once, before the first window.
+/// Knows which of the program's windows can be seen at least in part, and whether the application
+/// is active. Tracks all windows of the application. Interface thread; create it once, before the
+/// first window.
 ///
-/// On X11 a window counts as out of sight when it is minimised, on another desktop, fully below
-/// another window of ours or, as long as no compositor is at work, fully covered by any. On Wayland
-/// it counts so when the compositor asks for no more pictures of it, which is as much as a client
-/// is told.
+/// On X11 a window counts as hidden if it is minimised, on another desktop, fully below another
+/// window of ours or, without a compositor, fully covered by any window. On Wayland it counts as
+/// hidden if the compositor requests no more frames of it, which is all that a client can know.
 class Visibility : public QObject {
     Q_OBJECT
 
   public:
-    /// What may have changed the answers.
+    /// The events that may change the answers.
     enum class Occasion {
         ApplicationDidBecomeActive,
         ApplicationDidResignActive,
@@ -38,31 +37,30 @@ class Visibility : public QObject {
     explicit Visibility(QObject* parent = nullptr);
     ~Visibility() override;
 
-    /// One of the windows has the keyboard.
+    /// Whether one of the windows has the keyboard focus.
     [[nodiscard]] bool isApplicationActive() const;
 
-    /// The user has hidden the application as a whole. The desktops of X11 and Wayland have no such
-    /// thing; it is followed for those that do.
+    /// Whether the user has hidden the whole application. X11 and Wayland desktops don't have that.
     [[nodiscard]] bool isApplicationHidden() const;
 
-    /// At least one window is shown, not minimised and not out of sight.
+    /// Whether at least one window is shown, not minimised and not hidden.
     [[nodiscard]] bool isAnyWindowVisible() const;
 
-    /// At least a part of this window can be seen. While none can though the window is up, which
-    /// only X11 tells, its frames are held back, and the last one is drawn when it can.
+    /// Whether at least a part of this window can be seen. While a shown window can't, which is
+    /// known only on X11, its frames are held back, and the last one is drawn once it can.
     [[nodiscard]] bool canBeSeen(const QWindow& window) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   Q_SIGNALS:
-    /// Comes after each change, and only then; the answers are those after the change.
+    /// Emitted after each change, and only then.
     void changed(tamsy::Visibility::Occasion occasion);
 
   private:
     struct WindowState {
         bool isMiniaturized = false;
         bool canBeSeen = false;
-        bool owesFrame = false; // it asked for one that was held back
+        bool owesFrame = false; // a frame was held back
     };
 
     void applicationStateChanged(Qt::ApplicationState state);

@@ -39,7 +39,7 @@ void WindowState::save() const {
     const QByteArray words =
         QByteArray::number(size.width()) + ' ' + QByteArray::number(size.height()) + ' ' +
         (isMaximized ? "maximized" : "normal") + ' ' + QByteArray::number(sidebarWidth) + '\n';
-    // Losing it costs a resize.
+    // A failure only costs the user a resize.
     static_cast<void>(stateFile().replaceUnsynced(words));
 }
 

@@ -7,18 +7,17 @@
 
 namespace tamsy {
 
-/// The main window's size and its sidebar's, as the user left them. It lies in a small file of its
-/// own under
-/// `$XDG_STATE_HOME/Tamsy Music` (`~/.local/state` without the variable), apart from settings and
-/// library: losing it loses nothing. Where the window stands is the window manager's business.
+/// The main window's size and its sidebar's width, stored in a small file in
+/// `$XDG_STATE_HOME/Tamsy Music` (by default `~/.local/state`), separate from settings and library
+/// because it is dispensable. The window manager chooses the position.
 struct WindowState {
-    QSize size; ///< in points, as it was when last neither maximised nor full-screen
+    QSize size; ///< in points, when last neither maximised nor full-screen
     bool isMaximized = false;
     int sidebarWidth = 0; ///< in points; 0 if the user hasn't set it
 
     friend bool operator==(const WindowState& a, const WindowState& b) = default;
 
-    /// The stored state; nothing if there is none or it makes no sense.
+    /// The stored state; nothing if there is none or it is invalid.
     [[nodiscard]] static std::optional<WindowState> load();
 
     /// Failures are ignored.

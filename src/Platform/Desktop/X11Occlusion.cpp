@@ -13,26 +13,26 @@
 namespace tamsy {
 namespace {
 
-/// A window that stands on all desktops has this one (Extended Window Manager Hints).
+/// The desktop number of a window on all desktops (Extended Window Manager Hints).
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
-/// Of the window manager's list; more windows than anybody opens.
+/// The maximum length of the window manager's list, more than anybody opens.
 constexpr std::uint32_t mostWindows = 10'000;
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
 
-/// Marks an event that another client has sent.
+/// The flag of an event sent by another client.
 constexpr unsigned sentByClient = 0x80;
 
 struct Freed {
-    void operator()(void* reply) const { std::free(reply); } // NOLINT(*-no-malloc): xcb's own way
+    void operator()(void* reply) const { std::free(reply); } // NOLINT(*-no-malloc): required by xcb
 };
 template <typename Reply>
 using Owned = std::unique_ptr<Reply, Freed>;
 
 xcb_window_t idOf(const QWindow& window) {
-    // Asking a window that isn't made yet would make it.
+    // `winId` of a window without a native window would create one.
     return window.handle() == nullptr ? noWindow : static_cast<xcb_window_t>(window.winId());
 }
 
@@ -120,7 +120,8 @@ void X11Occlusion::ask(xcb_window_t window, std::uint32_t events) const {
         connection_, xcb_get_window_attributes(connection_, window), nullptr));
     if (!attributes || (attributes->your_event_mask & events) == events)
         return;
-    const std::uint32_t mask = attributes->your_event_mask | events; // Qt's own must stay
+    const std::uint32_t mask =
+        attributes->your_event_mask | events; // Qt's events must stay selected
     xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &mask);
 }
 

@@ -13,13 +13,12 @@ struct xcb_connection_t;
 
 namespace tamsy {
 
-/// What the X server and the window manager know about windows that can't be seen, and Qt doesn't
-/// ask: those that others cover in full (as long as the server draws the windows itself; with a
-/// compositor every one counts as uncovered) and those on another desktop that stay mapped there.
-/// Interface thread.
+/// Windows that can't be seen, as known to the X server and the window manager but not to Qt: those
+/// that are fully covered (without a compositor; with one, every window counts as uncovered) and
+/// those that stay mapped on another desktop. Interface thread.
 class X11Occlusion : public QAbstractNativeEventFilter {
   public:
-    /// Null if the application isn't on X11. `changed` is called when an answer may have changed.
+    /// Null if the application isn't on X11. `changed` is called if an answer may have changed.
     [[nodiscard]] static std::unique_ptr<X11Occlusion> make(std::function<void()> changed);
 
     ~X11Occlusion() override;
@@ -28,17 +27,17 @@ class X11Occlusion : public QAbstractNativeEventFilter {
     X11Occlusion(X11Occlusion&&) = delete;
     X11Occlusion& operator=(X11Occlusion&&) = delete;
 
-    /// From now on the server reports about this window. To be repeated when it is shown again,
-    /// since Qt may have asked for other reports meanwhile.
+    /// Selects the server's events for this window. Repeat it when the window is shown again, since
+    /// Qt may have changed the selection.
     void watch(const QWindow& window);
 
     void forget(const QWindow& window);
 
-    /// Fully covered or, where there is one screen, on another desktop: on several, some window
-    /// managers show one desktop on each.
+    /// Whether the window is fully covered or, with a single screen, on another desktop: with
+    /// several, some window managers show a desktop on each.
     [[nodiscard]] bool isOutOfSight(const QWindow& window) const;
 
-    /// The window manager has `upper` above `lower`, wherever they stand.
+    /// Whether the window manager stacks `upper` above `lower`.
     [[nodiscard]] bool isAbove(const QWindow& upper, const QWindow& lower) const;
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -66,7 +65,7 @@ class X11Occlusion : public QAbstractNativeEventFilter {
     std::uint32_t windowDesktopAtom_ = 0;
     std::uint32_t stackingAtom_ = 0;
     std::uint32_t currentDesktop_ = 0;
-    std::vector<std::uint32_t> stacking_; // from the lowest window up
+    std::vector<std::uint32_t> stacking_; // bottom to top
     QHash<std::uint32_t, WindowState> windows_;
 };
 
