@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Controls
 
-/// What our buttons have in common, whatever they look like. Space belongs to the player, so that
-/// it pauses wherever the focus is; Return presses the button that has it.
+/// The base of all buttons. Space belongs to the player, so that it pauses wherever the focus is;
+/// Return presses the focused button.
 AbstractButton {
     id: button
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A menu in our look, as wide as its widest item.
+/// A menu as wide as its widest item.
 Menu {
     id: menu
 

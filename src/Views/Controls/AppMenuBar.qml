@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Controls
 
-/// The menu bar in our look.
+/// The main window's menu bar.
 MenuBar {
     id: bar
 
-    /// Opens the first menu; the arrow keys lead to the others.
+    /// Opens the first menu; the arrow keys move to the others.
     function openFirst() {
         (itemAt(0) as MenuBarItem).triggered();
     }

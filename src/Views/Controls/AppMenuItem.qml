@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// An item of a menu: its text, and its shortcut at the right.
+/// A menu item: its text, and its shortcut on the right.
 MenuItem {
     id: item
 

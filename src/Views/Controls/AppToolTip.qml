@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A tool tip below its owner.
+/// A tooltip below its owner.
 ToolTip {
     id: tip
 

@@ -12,7 +12,7 @@ void Appearance::setColorScheme(ColorScheme* scheme) {
 }
 
 Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/) {
-    return new Appearance; // the engine takes it over
+    return new Appearance; // owned by the QML engine
 }
 
 Appearance::Appearance() {

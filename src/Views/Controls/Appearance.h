@@ -10,7 +10,7 @@ class QQmlEngine;
 
 namespace tamsy {
 
-/// The desktop's preference between light and dark, as the theme follows it.
+/// Whether the desktop prefers dark, for the theme.
 class Appearance : public QObject {
     Q_OBJECT
     QML_ELEMENT

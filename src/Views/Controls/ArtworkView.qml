@@ -1,13 +1,13 @@
 import QtQuick
 import Tamsy.Controls
 
-/// The small cover of a row, the fallback cover until it has come; a playing row carries a speaker
-/// over it.
+/// A row's thumbnail, or the fallback cover until it has loaded, with a speaker over it while the row
+/// is playing.
 Item {
     id: artwork
 
     property alias address: thumbnail.address
-    /// The row is on screen.
+    /// Whether the row is on screen.
     property alias isShown: thumbnail.isShown
     property bool current: false
     property bool playing: false

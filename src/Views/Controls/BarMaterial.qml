@@ -1,6 +1,6 @@
 import QtQuick
 
-/// A thin translucent material: what lies below shows through, blurred where the graphics allow it.
+/// A thin translucent material: what is below shows through, blurred if the graphics API has shaders.
 Item {
     id: material
 
@@ -14,7 +14,7 @@ Item {
         visible: false
         sourceItem: material.blurs ? material.backdrop : null
         sourceRect: Qt.rect(0, material.backdrop.height - material.height, material.width, material.height)
-        // A size of whole numbers, whatever the checker says.
+        // qmllint doesn't know that `size` converts to a `QSize`.
         // qmllint disable
         textureSize: Qt.size(Math.ceil(material.width / material.scale), Math.ceil(material.height / material.scale))
         // qmllint enable

@@ -7,7 +7,7 @@
 namespace tamsy {
 namespace {
 
-/// Radius of a row's cover against its side: 4 of 28 points.
+/// A thumbnail's corner radius relative to its side: 4 of 28 points.
 constexpr double cornerShare = 4.0 / 28.0;
 
 QImage rounded(const QImage& square) {

@@ -4,8 +4,8 @@
 
 namespace tamsy {
 
-/// Pictures of the covers column, rounded here so that a row needs no clipping layer. The one
-/// picture there is, "fallback", stands for a track whose cover isn't known.
+/// Provides "fallback", the thumbnail of a track without a cover, with rounded corners, so that a
+/// row needs no clipping layer.
 class CoverProvider : public QQuickImageProvider {
   public:
     CoverProvider();

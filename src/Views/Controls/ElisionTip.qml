@@ -1,10 +1,10 @@
 import QtQuick
 
-/// The whole of a text that its place cuts short, while the pointer is over it.
+/// Shows the whole text while the pointer is over one that is elided.
 Loader {
     id: tip
 
-    /// The text under the pointer, or none.
+    /// The text under the pointer, or null.
     required property Text label
     property ThemeColors colors: Theme.colors
 
@@ -14,7 +14,7 @@ Loader {
         x: 0
         text: tip.label?.text ?? ""
         colors: tip.colors
-        // Only a tip that is complete knows how long it waits.
+        // The delay is known only once the component is complete.
         Component.onCompleted: open()
     }
 }

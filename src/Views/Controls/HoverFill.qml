@@ -1,6 +1,6 @@
 import QtQuick
 
-/// The fill below something the pointer is over. It fades in and out.
+/// The fill of a hovered item. It fades in and out.
 Rectangle {
     id: fill
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls.impl
 
-/// One of our icons in one ink.
+/// An icon in one colour.
 Item {
     id: icon
 

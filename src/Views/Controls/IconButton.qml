@@ -1,13 +1,13 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A button that is an icon, with a fill only under the pointer.
+/// An icon button, filled only under the pointer.
 AppButton {
     id: button
 
     required property string iconName
     property int iconSize: 20
-    /// Shown as a tool tip and spoken by a screen reader.
+    /// The tooltip and accessible name.
     property string help: ""
 
     implicitWidth: 32

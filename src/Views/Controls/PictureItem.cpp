@@ -9,10 +9,10 @@
 namespace tamsy {
 namespace {
 
-/// Up to this side, in pixels, pictures share one texture, and rows of them are drawn in one go.
+/// Pictures up to this side, in pixels, share a texture atlas, so that rows are drawn in one batch.
 constexpr int largestShared = 128;
 
-/// The picture at `size`, in pixels, with round corners.
+/// The picture scaled to `size`, in pixels, with rounded corners.
 QImage rounded(const QImage& image, QSize size, double radius) {
     QImage scaled = image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     if (radius <= 0)

@@ -6,14 +6,14 @@
 
 namespace tamsy {
 
-/// Shows a picture in the item's whole area, with round corners. It is scaled once for the size it
-/// is shown at, so small covers stay crisp, and drawn without a layer.
+/// Shows a picture with rounded corners that fills the item. It is scaled once to its displayed
+/// size, so small covers stay crisp, and drawn without a layer.
 class PictureItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    /// An empty one shows nothing. The implicit size is the picture's own, in pixels.
+    /// A null image shows nothing. The implicit size is the picture's size in pixels.
     Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
-    /// Of the corners, in points.
+    /// The corner radius in points.
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
 
   public:

@@ -1,18 +1,18 @@
 import QtQuick
 
-/// Mouse and finger on a row of a list. A mouse chooses the row when its button goes down, and doesn't
-/// drag the list. A finger may be about to scroll: it chooses when it is lifted without having moved.
+/// Mouse and touch input on a list row. The mouse selects on press and doesn't drag the list. A finger
+/// may be about to scroll, so it selects on release if it hasn't moved.
 MouseArea {
     id: area
 
     property bool isFinger: false
-    /// Under a mouse; a finger that has left hovers nowhere.
+    /// Whether the mouse is over the row; a lifted finger doesn't hover.
     readonly property bool hovered: containsMouse && !isFinger
 
     signal chosen(x: real)
 
     hoverEnabled: true
-    // A list that is kept from the press would never learn of a finger's.
+    // The list must see the press too, or it couldn't be dragged by finger.
     preventStealing: pressed && !isFinger
     onPressed: mouse => {
         isFinger = mouse.source !== Qt.MouseEventNotSynthesized;

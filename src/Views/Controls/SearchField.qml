@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A text field for searching, which can be cleared by its own button.
+/// A search field with a clear button.
 TextField {
     id: field
 

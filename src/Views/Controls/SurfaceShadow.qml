@@ -1,14 +1,14 @@
 import QtQuick
 
-/// The soft shadow of a floating surface with rounded corners: rings that add up to a blur of 24 below
-/// a surface 8 higher. Menus are small and short-lived, so a handful of rectangles serves.
+/// The soft shadow of a floating surface with rounded corners: rectangles that add up to a blur of 24
+/// at an offset of 8. Menus are small and short-lived, so a few rectangles are enough.
 Item {
     id: shadow
 
     Repeater {
         model: 12
 
-        // Ids around a component are unknown to the checker.
+        // qmllint doesn't know ids outside a component.
         // qmllint disable unqualified
         Rectangle {
             required property int index

@@ -3,13 +3,13 @@ pragma Singleton
 import QtQuick
 import Tamsy.Controls
 
-/// What all views share: the palettes, sizes of type, radii and durations (points and milliseconds).
+/// The values that all views share: palettes, font sizes, radii (points) and durations (milliseconds).
 QtObject {
     readonly property ThemeColors colors: ThemeColors {
         dark: Appearance.dark
     }
 
-    /// The window over the cover's colours is always dark.
+    /// The palette of the Now Playing window, which is always dark.
     readonly property ThemeColors onArt: ThemeColors {
         dark: true
     }

@@ -1,6 +1,6 @@
 import QtQuick
 
-/// One palette. `dark` chooses between the two that were drawn; the roles are those of the interface.
+/// A palette by roles; `dark` chooses between the two variants.
 QtObject {
     property bool dark: false
 

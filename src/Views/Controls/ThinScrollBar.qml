@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A thumb without a track that takes no room: thin at rest, wider under the pointer, gone a while
-/// after the last movement.
+/// An overlay scroll bar without a track: thin at rest, wider under the pointer, hidden a while after
+/// the last movement.
 ScrollBar {
     id: bar
 

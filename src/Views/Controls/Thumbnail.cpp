@@ -11,9 +11,9 @@ namespace {
 
 constexpr auto variant = ArtworkLoader::Variant::thumb64;
 
-/// The rows that wait for each cover. While a list changes, the old row and the new one of a track
-/// wait at the same time, but the loader keeps one request a cover: its answer is for both, and
-/// only the last row to leave cancels it.
+/// The rows that wait for each cover. While a list changes, a track's old and new row both wait,
+/// but the loader has one request per cover: its answer is for both, and only the last row to leave
+/// cancels it.
 using WaitingRows = QHash<FileURL, QList<QPointer<Thumbnail>>>;
 WaitingRows& waitingRows() {
     static WaitingRows rows;
@@ -61,7 +61,7 @@ void Thumbnail::appear() {
         }
     });
     if (hasImage())
-        taskKey_.clear(); // it was answered within the call
+        taskKey_.clear(); // answered during the call
 }
 
 void Thumbnail::disappear() {

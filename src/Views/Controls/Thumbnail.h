@@ -11,17 +11,17 @@
 
 namespace tamsy {
 
-/// The small cover of one row while the row is on screen: asked for when it appears, given up when
-/// it leaves before the answer. A row that is used again for another track shows nothing of the
-/// former one. Interface thread.
+/// The thumbnail of a row while the row is on screen: requested when it appears, cancelled when it
+/// leaves before the answer. A row that is reused for another track never shows the previous one's
+/// cover. Interface thread.
 class Thumbnail : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    /// The track's address; an empty one asks for nothing.
+    /// The track's address; an empty one requests nothing.
     Q_PROPERTY(QString address READ address WRITE setAddress NOTIFY addressChanged)
-    /// The row is on screen.
+    /// Whether the row is on screen.
     Q_PROPERTY(bool isShown READ isShown WRITE setIsShown NOTIFY isShownChanged)
-    /// Null until the cover has come, and if there is none.
+    /// Null until the cover has loaded, and if there is none.
     Q_PROPERTY(QImage image READ image NOTIFY imageChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
 
@@ -52,7 +52,7 @@ class Thumbnail : public QObject {
 
     FileURL url_;
     QImage loadedImage_;
-    QByteArray taskKey_; // of the running load, or empty
+    QByteArray taskKey_; // the key of the running load, or empty
     bool isShown_ = true;
 };
 

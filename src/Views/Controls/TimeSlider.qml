@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A slider over seconds, filled from its start to the handle.
+/// A slider in seconds, filled up to the handle.
 Slider {
     id: slider
 
@@ -9,13 +9,13 @@ Slider {
 
     implicitHeight: 18
     padding: 0
-    // The arrow keys go in steps; a step would round where the pointer is, too, and the end be out of reach.
+    // The step is for the arrow keys only: it would round the pointer's position too, and put the end out of reach.
     stepSize: pressed ? 0 : 5
     hoverEnabled: true
     wheelEnabled: true
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.Slider
-    // The control's own keys would press it first, which takes the step away.
+    // The control would set `pressed` for a key, which removes the step.
     Keys.onLeftPressed: {
         decrease();
         moved();

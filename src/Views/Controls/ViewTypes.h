@@ -9,8 +9,7 @@
 #include <QtQml/qqml.h>
 #include <QtQml/qqmlregistration.h>
 
-// What the views may name from below. The view models know nothing of the views, so they are
-// introduced to them here.
+// Registers lower-level types for QML. The view models don't know the views, so it is done here.
 namespace tamsy {
 
 struct LibraryViewModelForViews {
@@ -34,7 +33,7 @@ struct LyricsFontSizeForViews {
     QML_UNCREATABLE("The program makes the one setting.")
 };
 
-/// Times as the views show them.
+/// Formats times for display.
 class TimeFormat : public QObject {
     Q_OBJECT
     QML_ELEMENT
