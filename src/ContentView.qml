@@ -3,15 +3,15 @@ import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.Library
 
-/// The main window's content: folders beside the track table, the search over it, the player bar
-/// along the bottom over both.
+/// The main window's content: the folders beside the track table, the search field above it, and the
+/// player bar along the bottom, over both.
 Item {
     id: content
 
     required property LibraryViewModel library
     required property PlayerViewModel player
 
-    /// Of the sidebar, in points, as the user has set it; 0 until then.
+    /// The sidebar's width in points, as set by the user; 0 until then.
     property int sidebarWidth: 0
     readonly property int minimumWidth: 220 + trackList.minimumWidth
 
@@ -53,7 +53,7 @@ Item {
 
                 SplitView.preferredWidth: content.sidebarWidth > 0 ? content.sidebarWidth : 260
                 SplitView.minimumWidth: 220
-                // Left to itself it gives way before the columns of the table do.
+                // Unless the user has set it, it shrinks before the table's columns do.
                 SplitView.maximumWidth: Math.max(220, content.width - (content.sidebarWidth > 0 || split.resizing ? trackList.minimumWidth : trackList.idealWidth))
                 library: content.library
                 bottomInset: bar.height

@@ -4,8 +4,8 @@ import QtQuick.Dialogs
 import Tamsy.Controls
 import Tamsy.Library
 
-/// The main window: menus, content, folder picker. Closing it ends the program, whatever other
-/// window is open.
+/// The main window: menus, content, folder panel. Closing it quits the program, even if another window
+/// is open.
 ApplicationWindow {
     id: window
 

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The interface is Chinese wherever it runs: glyph forms, standard dialogs and digits follow.
+/// The interface is Chinese in every locale, including glyph forms, standard dialogs and digits.
 void speakChinese(QGuiApplication& application) {
     QLocale::setDefault(
         QLocale(QLocale::Chinese, QLocale::SimplifiedChineseScript, QLocale::China));
@@ -57,14 +57,13 @@ int main(int argc, char** argv) {
         std::make_unique<tamsy::SingleInstance>(tamsy::UserDefaults::configurationDirectory());
     if (!instance->acquire())
         return 0;
-    // Text is also drawn into layers above moving colours, where edges in single colours would
-    // show.
+    // Text is also drawn into layers over moving colours, where subpixel edges would be visible.
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("tamsy-music"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Tamsy Music"));
-    // In a Flatpak the desktop file goes by the package's name.
+    // In a Flatpak the desktop file has the package's name.
     QGuiApplication::setDesktopFileName(
         qEnvironmentVariable("FLATPAK_ID", QStringLiteral("tamsy-music")));
     QGuiApplication::setWindowIcon(applicationIcon());
@@ -78,8 +77,8 @@ int main(int argc, char** argv) {
         tamsy::UserDefaults::standard().drain()); // the lock is held until everything is on disk
     if (tamsy::OperationQueue::waitForAll(tamsy::OperationQueue::patience))
         return status;
-    // A thread is stuck in a file. The system may keep what is open until it isn't, and the next
-    // start wants the lock; and nothing that the thread uses may end below it.
+    // A thread is stuck in a system call, which may keep this process's files open. The lock is
+    // released for the next start, and static objects that the thread may use aren't destroyed.
     instance.reset();
     std::_Exit(status);
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// An icon over a headline and a line that says what to do.
+/// An icon above a headline and a line that says what to do.
 Column {
     id: state
 

@@ -11,7 +11,7 @@
 namespace tamsy {
 namespace {
 
-/// By its bytes: the toolkit's own file classes would decode the name.
+/// Opens the folder by its bytes: Qt's file classes would decode the name.
 bool isFolder(const QByteArray& path) {
     struct stat status {};
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) &&

@@ -10,8 +10,8 @@
 
 namespace tamsy {
 
-/// What becomes of things that are dropped on the window: folders of this machine are added unless
-/// the library has them; all else is refused.
+/// Handles drops on the window: local folders are added unless the library has them, everything
+/// else is refused.
 class FolderDrop : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -23,7 +23,7 @@ class FolderDrop : public QObject {
     [[nodiscard]] LibraryViewModel* library() const { return library_; }
     void setLibrary(LibraryViewModel* library);
 
-    /// Whether any of `urls` is a folder that can be looked into.
+    /// Whether any of `urls` is a folder that can be opened.
     Q_INVOKABLE [[nodiscard]] static bool holdsFolder(const QList<QUrl>& urls);
 
     Q_INVOKABLE void add(const QList<QUrl>& urls) const;

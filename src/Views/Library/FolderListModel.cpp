@@ -30,7 +30,7 @@ void FolderListModel::reload() {
         for (const AudioFolder& folder : library_->folders())
             rows.append({folder.id, folder.displayName});
     }
-    // A scan that ends changes the tracks, not the rows.
+    // A finished scan changes tracks but not the rows.
     if (rows == rows_)
         return;
     beginResetModel();

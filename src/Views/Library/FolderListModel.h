@@ -9,7 +9,7 @@
 
 namespace tamsy {
 
-/// The library's folders as rows, in the order of adding. Follows the library.
+/// The library's folders as rows, in the order in which they were added. Follows the library.
 class FolderListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -20,7 +20,7 @@ FolderPanelController::FolderPanelController(LastFolder lastFolder, QObject* par
     });
 }
 
-/// The library's last folder, else the user's music folder, else home.
+/// The folder added last, else the user's music folder, else the home directory.
 FileURL FolderPanelController::startFolder() const {
     if (const auto last = lastFolder_ ? lastFolder_() : std::nullopt)
         return *last;

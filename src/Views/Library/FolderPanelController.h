@@ -13,31 +13,30 @@
 
 namespace tamsy {
 
-/// The folder picker between the library, which asks for it, and what shows it: the desktop's
-/// portal, or the window where there is none.
+/// Connects the library's request for a folder with the panel that is shown: the desktop's portal,
+/// or the window's own panel if there is none.
 class FolderPanelController : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program makes the one panel.")
 
   public:
-    /// Gives a folder that the library has, if it has one.
+    /// Returns a folder of the library, if it has one.
     using LastFolder = std::function<std::optional<FileURL>()>;
 
     explicit FolderPanelController(LastFolder lastFolder = {}, QObject* parent = nullptr);
 
-    /// A request while the window's panel is open is dropped: that one is modal. The portal's may
-    /// have been lost on the way to the screen, so a new one takes its place.
+    /// A request while the window's panel is open is ignored, since that panel is modal. The
+    /// portal's panel may have failed to appear, so a new one replaces it.
     void runModal(const QString& prompt, const QString& message,
                   FolderPanel::Completion completion);
 
-    /// The window reports the user's choice: an address, or an empty one for none. The picker gives
-    /// addresses as text, so a folder whose name isn't valid UTF-8 may have to be chosen through a
-    /// folder above it.
+    /// Called by the window with the user's choice, empty for none. Qt's panel returns addresses as
+    /// text, so a folder whose name isn't valid UTF-8 can only be chosen through a parent folder.
     Q_INVOKABLE void finish(const QUrl& url);
 
   Q_SIGNALS:
-    /// The window is to show its panel.
+    /// Asks the window to show its panel.
     void requested(const QString& prompt, const QString& message, const QUrl& startFolder);
 
   private:
@@ -51,7 +50,7 @@ class FolderPanelController : public QObject {
     FolderPortal portal_;
 };
 
-/// The library's hold on the controller, which outlives it.
+/// Implements the library's interface with the controller, which must outlive it.
 class WindowFolderPanel : public FolderPanel {
   public:
     explicit WindowFolderPanel(FolderPanelController& controller) : controller_(controller) {}

@@ -8,8 +8,7 @@
 
 namespace tamsy {
 
-/// The file or folder that the toolkit names by `url`, made anew from its bytes, so that it is
-/// escaped as all our addresses are. Nothing for what isn't on this machine.
+/// Converts a `QUrl` to our form of escaping. Nothing if it isn't a local file or folder.
 [[nodiscard]] inline std::optional<FileURL> localAddress(const QUrl& url) {
     const auto address = FileURL::fromAbsoluteString(url.toEncoded(QUrl::FullyEncoded));
     return address ? std::optional(FileURL::fromPath(address->path())) : std::nullopt;

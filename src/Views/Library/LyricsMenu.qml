@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// The size of the lyrics.
+/// The menu for the lyrics font size.
 AppMenu {
     id: menu
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// Starting, holding and stepping.
+/// The menu for play, pause, next and previous.
 AppMenu {
     id: menu
 

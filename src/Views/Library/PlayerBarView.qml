@@ -2,20 +2,20 @@ import QtQuick
 import QtQuick.Layouts
 import Tamsy.Controls
 
-/// The strip along the bottom: play and pause, the title, the time and the position.
+/// The bar along the bottom: play and pause, title, time and position.
 Item {
     id: bar
 
     required property PlayerViewModel player
     required property LibraryViewModel library
-    /// What the bar lies over, drawn blurred behind it.
+    /// The content below the bar, which shows through blurred.
     required property Item backdrop
 
     implicitHeight: 72
     Accessible.role: Accessible.ToolBar
     Accessible.name: AccessibleNames.playerBar
 
-    // Nothing falls through to the rows below.
+    // Keeps clicks from the rows below.
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
@@ -67,9 +67,9 @@ Item {
     TimeSlider {
         id: slider
 
-        // A drag belongs to the track that it began on: the next one isn't sought by the same gesture.
+        // A drag belongs to the track on which it began and doesn't seek in the next one.
         property string draggedAddress: ""
-        // Playback moves the handle on from under a pointer that rests; lifting it there is no wish.
+        // Playback moves the handle away from a pointer that doesn't move; its release is no seek.
         property real soughtPosition: -1
 
         x: 12

@@ -3,12 +3,12 @@ import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.Library
 
-/// The library's folders, one of which can be selected.
+/// The list of the library's folders.
 Rectangle {
     id: sidebar
 
     required property LibraryViewModel library
-    /// Room at the bottom that something lies over.
+    /// Height at the bottom that something covers.
     property int bottomInset: 0
 
     color: Theme.colors.chrome
@@ -22,7 +22,7 @@ Rectangle {
         topMargin: 12
         bottomMargin: sidebar.bottomInset + 8
         clip: true
-        // The base of a model made in C++ is unknown to the checker.
+        // qmllint doesn't know the base class of a C++ model.
         // qmllint disable
         model: FolderListModel {
             id: folderModel
@@ -40,7 +40,7 @@ Rectangle {
             bottomPadding: sidebar.bottomInset + 2
         }
 
-        // A press sets it back after it has taken the focus.
+        // A press resets it after it has taken the focus.
         onActiveFocusChanged: usedByKeyboard = activeFocus
 
         function select(row: int) {
@@ -49,7 +49,7 @@ Rectangle {
                 reveal(row);
             }
         }
-        /// Scrolls as little as it takes to bring the row in front of what lies over the list.
+        /// Scrolls just enough to show the row above what covers the list.
         function reveal(row: int) {
             const top = row * 32;
             const lowest = top + 32 - (height - sidebar.bottomInset);
@@ -69,7 +69,7 @@ Rectangle {
             event.accepted = true;
         }
 
-        // Ids around a component are unknown to the checker.
+        // qmllint doesn't know ids outside a component.
         // qmllint disable unqualified
         delegate: SidebarRow {
             width: list.width

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Tamsy.Controls
 
-/// A text that is a button; only the pointer shows it. The text is no caption that a mnemonic could be in.
+/// A text button that only the pointer reveals. The text is a title, so "&" isn't a mnemonic.
 AppButton {
     id: button
 

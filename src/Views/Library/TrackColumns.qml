@@ -1,10 +1,10 @@
 import QtQuick
 
-/// Where the columns of the track table stand, for its header and its rows alike. 艺人 and 专辑 have
-/// their ideal widths as long as the free first column keeps enough room for a title, and shrink
-/// together to their least widths when it doesn't.
+/// The columns of the track table, for its header and its rows. 艺人 and 专辑 have their ideal widths
+/// while the flexible first column is wide enough for a title; otherwise they shrink together to their
+/// minimum widths.
 QtObject {
-    /// From the left edge of a row's content to its right edge.
+    /// The width of a row's content.
     required property real contentWidth
 
     readonly property int gap: 12
@@ -12,7 +12,7 @@ QtObject {
     readonly property int leastTitleWidth: 200
     readonly property int minimumContentWidth: leastTitleWidth + 100 + 120 + durationWidth + 3 * gap
     readonly property int idealContentWidth: minimumContentWidth + 60 + 80
-    /// From 0, the least widths, to 1, the ideal ones.
+    /// From 0 (minimum widths) to 1 (ideal widths).
     readonly property real share: Math.max(0, Math.min(1, (contentWidth - minimumContentWidth) / (idealContentWidth - minimumContentWidth)))
     readonly property real artistWidth: Math.round(100 + 60 * share)
     readonly property real albumWidth: Math.round(120 + 80 * share)

@@ -23,8 +23,7 @@ void TrackListModel::setLibrary(LibraryViewModel* library) {
 
 void TrackListModel::reload() {
     TrackRows tracks = library_ ? library_->filteredRows() : TrackRows();
-    // The rows stay, and the list keeps its place, where a change elsewhere left these tracks
-    // alone.
+    // The rows, and the scroll position, stay if these tracks haven't changed.
     if (tracks == tracks_)
         return;
     beginResetModel();

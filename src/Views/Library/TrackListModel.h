@@ -9,7 +9,7 @@
 
 namespace tamsy {
 
-/// The library's filtered tracks as rows. It shares the library's memory and follows it.
+/// The library's filtered tracks as rows. Shares the library's memory and follows its changes.
 class TrackListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -34,8 +34,8 @@ class TrackListModel : public QAbstractListModel {
     /// The identity of a row's track; empty outside the list.
     Q_INVOKABLE [[nodiscard]] QString idAt(int row) const;
 
-    /// The address of the first track with this identity, as `PlayerViewModel::play` takes it; not
-    /// defined if there is none.
+    /// The address of the first track with this identity, for `PlayerViewModel::play`; undefined if
+    /// there is none.
     Q_INVOKABLE [[nodiscard]] QVariant urlOf(const QString& trackId) const;
 
   Q_SIGNALS:

@@ -3,37 +3,37 @@ import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.Library
 
-/// The tracks of the selected folder; selecting one starts it.
+/// The table of the selected folder's tracks; selecting one plays it.
 Item {
     id: view
 
     required property LibraryViewModel library
     required property PlayerViewModel player
-    /// Identity of the selected track, or empty. It stays as it is when the list changes.
+    /// The selected track's identity, or empty. Unchanged when the list changes.
     property string selection: ""
-    /// Room at the bottom that something lies over.
+    /// Height at the bottom that something covers.
     property int bottomInset: 72
-    /// Leaves the title 200 points, with the other columns at their minimum widths.
+    /// Leaves 200 points for the title, with the other columns at their minimum widths.
     readonly property int minimumWidth: tableColumns.minimumContentWidth + margins
     /// The same with the other columns at their ideal widths.
     readonly property int idealWidth: tableColumns.idealContentWidth + margins
     readonly property int margins: 32
 
-    // Only the user's moves write the selection, so filtering never plays anything.
+    // Only the user changes the selection, so filtering never plays anything.
     onSelectionChanged: {
         const url = tracks.urlOf(selection);
         if (url !== undefined)
             player.play(url);
     }
 
-    /// Brings the row of the current track in sight, if it is listed.
+    /// Scrolls to the current track's row, if it is listed.
     function revealCurrent() {
         const row = tracks.indexOfAddress(player.currentAddress);
         if (row >= 0)
             list.reveal(row);
     }
 
-    // The base of a model made in C++ is unknown to the checker.
+    // qmllint doesn't know the base class of a C++ model.
     // qmllint disable
     TrackListModel {
         id: tracks
@@ -67,7 +67,7 @@ Item {
         anchors.fill: parent
         anchors.topMargin: header.height
         topMargin: 4
-        // Beyond what lies over the list, as much air again.
+        // Twice what covers the list, to leave some space.
         bottomMargin: view.bottomInset + 72
         visible: header.visible
         clip: true
@@ -76,7 +76,7 @@ Item {
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
         reuseItems: true
-        // No cover is fetched for a row that can't be seen.
+        // Covers are loaded only for visible rows.
         cacheBuffer: 0
         activeFocusOnTab: true
         boundsBehavior: Flickable.StopAtBounds
@@ -85,10 +85,10 @@ Item {
         ScrollBar.vertical: ThinScrollBar {
             bottomPadding: view.bottomInset + 2
         }
-        // A press sets it back after it has taken the focus.
+        // A press resets it after it has taken the focus.
         onActiveFocusChanged: usedByKeyboard = activeFocus
 
-        /// Moves the selection by the keyboard, held within the list.
+        /// Moves the selection by keyboard, within the list.
         function moveTo(row: int) {
             if (count === 0)
                 return;
@@ -97,13 +97,13 @@ Item {
             view.selection = tracks.idAt(target);
             reveal(target);
         }
-        /// Scrolls as little as it takes to bring the row in front of what lies over the list.
+        /// Scrolls just enough to show the row above what covers the list.
         function reveal(row: int) {
             const top = row * 36;
             const lowest = top + 36 - (height - view.bottomInset);
             contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
         }
-        /// Starts the selected track again; the first one where none is selected.
+        /// Restarts the selected track; plays the first one if none is selected.
         function playSelected(row: int) {
             if (row < 0)
                 moveTo(0);
@@ -129,7 +129,7 @@ Item {
             event.accepted = true;
         }
 
-        // Ids around a component are unknown to the checker.
+        // qmllint doesn't know ids outside a component.
         // qmllint disable unqualified
         delegate: TrackRow {
             width: list.width
@@ -144,7 +144,7 @@ Item {
                 list.wasSelectedBefore = selected;
                 view.selection = trackId;
             }
-            // Choosing it has selected the row; only a second click on its title restarts it.
+            // The press has selected the row; only a second click on its title restarts the track.
             onClicked: onTitle => {
                 if (onTitle && list.wasSelectedBefore)
                     view.player.play(tracks.urlOf(trackId));

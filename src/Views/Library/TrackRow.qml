@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// One track of the table. It only says what was pressed; the table decides.
+/// A row of the track table. It reports presses; the table decides what they mean.
 Item {
     id: row
 
@@ -17,14 +17,14 @@ Item {
     property bool selected: false
     property bool hasListFocus: false
     property bool showsKeyboardFocus: false
-    /// False while the row waits to be used again.
+    /// False while the row is pooled for reuse.
     property bool isShown: true
     readonly property bool current: address === player.currentAddress
     readonly property bool vivid: selected && hasListFocus
 
-    /// The row was chosen; `onTitle` tells whether in the first column.
+    /// The row was chosen; `onTitle` says whether in the first column.
     signal chosen(bool onTitle)
-    /// The same pointer was lifted there; comes after `chosen`.
+    /// The pointer was released on the row, after `chosen`.
     signal clicked(bool onTitle)
 
     height: 36
@@ -39,7 +39,7 @@ Item {
         clicked(true);
     }
 
-    // Ids around a component are unknown to the checker.
+    // qmllint doesn't know ids outside a component.
     // qmllint disable unqualified
     component Cell: Text {
         height: row.height

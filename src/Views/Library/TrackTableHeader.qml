@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// The titles over the columns of the track table.
+/// The column titles of the track table.
 Item {
     id: header
 
@@ -9,7 +9,7 @@ Item {
 
     implicitHeight: 32
 
-    // Ids around a component are unknown to the checker.
+    // qmllint doesn't know ids outside a component.
     // qmllint disable unqualified
     component Title: Text {
         height: header.height
