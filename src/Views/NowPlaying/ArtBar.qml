@@ -1,21 +1,21 @@
 import QtQuick
 import Tamsy.Controls
 
-/// A thin bar on the cover's colours, filled up to a fraction. It says where it is dragged to and
-/// leaves the rest to its owner; a click is a drag of one step.
+/// A thin bar on the cover's colours, filled up to a fraction. It reports drags and leaves the rest to
+/// its owner; a click is a drag of one step.
 Item {
     id: bar
 
-    /// Filled part, 0 to 1.
+    /// The filled fraction, 0 to 1.
     required property real fraction
     readonly property alias hovered: mouse.containsMouse
 
-    /// The pointer is at this fraction of the width, 0 to 1, held within the bar.
+    /// The pointer is at this fraction of the width, clamped to 0 to 1.
     signal dragged(fraction: real)
     signal dropped(fraction: real)
-    /// The drag was taken away, by a gesture of the desktop's for one.
+    /// The drag was cancelled, for example by a gesture of the desktop.
     signal canceled
-    /// An arrow key or a turn of the wheel: -1 or 1.
+    /// An arrow key or a notch of the wheel: -1 or 1.
     signal stepped(direction: int)
 
     activeFocusOnTab: true
@@ -71,7 +71,7 @@ Item {
             return Math.max(0, Math.min(x, width)) / width;
         }
 
-        /// Turned so far, in eighths of a degree: less than a wheel's notch, which touch pads part.
+        /// Rotation so far, in eighths of a degree: touchpads report fractions of a notch.
         property int turned: 0
 
         anchors.fill: parent

@@ -2,18 +2,18 @@ import QtQuick
 import QtQuick.Controls
 import Tamsy.Controls
 
-/// An icon on the cover's colours that does something.
+/// An icon button on the cover's colours.
 AppButton {
     id: button
 
     required property string iconName
     property int iconSize: 24
     property color ink: Qt.rgba(1, 1, 1, 0.9)
-    /// An armed mode: the accent, and a dot below the icon.
+    /// Whether its mode is on, shown by the accent and a dot below the icon.
     property bool armed: false
-    /// By how much the area that takes clicks is larger on each side, without moving the layout.
+    /// How far the clickable area extends beyond each side.
     property int grow: 0
-    /// Shown as a tool tip.
+    /// The tooltip.
     property string help: ""
 
     implicitWidth: iconSize

@@ -2,9 +2,9 @@ import QtQuick
 
 /// White text on the cover's colours.
 Text {
-    /// Of the shadow that the ground asks for, 0 to 1.
+    /// The strength of the shadow that the background requires, 0 to 1.
     property real shade: 0
-    /// No layer around it carries the shadow, so an outline has to.
+    /// Draws an outline, for text outside a layer with a shadow.
     property bool carriesShade: GraphicsInfo.api === GraphicsInfo.Software
     readonly property bool isOutlined: shade > 0 && carriesShade
 

@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The two buttons in the window's corner: the list of tracks, and the lyrics.
+/// The two buttons in the window's corner, for the track picker and the lyrics.
 Item {
     id: corner
 
@@ -12,7 +12,7 @@ Item {
     signal listRequested
     signal lyricsToggled
 
-    // Its own area is the shadow's, too.
+    // The item's area includes the shadow's.
     width: row.width + 48
     height: row.height + 48
 

@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The large cover with its shadow, in its own shape within a square; a note where there is none.
+/// The large cover with its shadow, in its aspect ratio within a square, or a note if there is none.
 Item {
     id: cover
 

@@ -1,22 +1,22 @@
 import QtQuick
 
-/// What keeps white text readable on a bright ground: a shadow around everything in `source`, an item
-/// that always has a layer. It is drawn anew only when the source changes, and lies below it.
+/// Keeps white text readable on a bright background: a shadow below everything in `source`, an item
+/// that always has a layer. Redrawn only when the source changes.
 Loader {
     id: shadow
 
     required property Item source
-    /// 0 to 1; without any nothing is drawn.
+    /// 0 to 1; at 0 nothing is drawn.
     required property real strength
-    /// Opacity of the source's ink, 0 to 1: fainter ink casts the same shadow. Less than it has makes
-    /// the shadow heavier.
+    /// The opacity of the source's text, 0 to 1, so that faint text casts the same shadow. A smaller
+    /// value makes the shadow heavier.
     property real ink: 1
-    // A size of whole numbers, whatever the checker says.
+    // qmllint doesn't know that `size` converts to a `QSize`.
     // qmllint disable
     readonly property size halfSize: Qt.size(Math.max(1, Math.ceil(width / 2)), Math.max(1, Math.ceil(height / 2)))
     // qmllint enable
 
-    // Made as a whole: an effect doesn't notice that its source gets a layer later on.
+    // Loaded as a whole: an effect doesn't notice when its source gets a layer later.
     active: strength > 0 && GraphicsInfo.api !== GraphicsInfo.Software
     sourceComponent: Item {
         ShaderEffect {

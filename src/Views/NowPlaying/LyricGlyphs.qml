@@ -1,6 +1,6 @@
 import QtQuick
 
-/// The letters of a lyric line, wrapped over as many rows as it takes.
+/// The wrapped text of a lyric line.
 ArtText {
     elide: Text.ElideNone
     maximumLineCount: 2147483647

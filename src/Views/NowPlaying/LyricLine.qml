@@ -1,7 +1,7 @@
 import QtQuick
 
-/// A line of synced lyrics: the one that is sung stands out, those to come wait behind a soft veil,
-/// those sung are gone.
+/// A line of synced lyrics: the current one stands out, later ones are blurred and faint, past ones are
+/// invisible.
 Item {
     id: row
 
@@ -12,7 +12,7 @@ Item {
     required property real shade
     readonly property bool current: index === currentLyricIndex
 
-    // The bold form's room is kept from the start, so that nothing moves when the line becomes current.
+    // Sized for the bold text, so that nothing moves when the line becomes current.
     height: Math.max(regular.implicitHeight, bold.implicitHeight)
     opacity: index < currentLyricIndex ? 0 : 1
     visible: opacity > 0

@@ -1,8 +1,8 @@
 import QtQuick
 import Tamsy.NowPlaying
 
-/// One form of a lyric line, with its shadow; blurred on demand. All of it is drawn into textures
-/// once, so that moving it costs next to nothing.
+/// A lyric line in one weight, with its shadow, optionally blurred. It is drawn into textures once, so
+/// that moving it is nearly free.
 Item {
     id: form
 
@@ -13,9 +13,9 @@ Item {
     required property bool blurred
     required property real shade
     property int horizontalAlignment: Text.AlignLeft
-    /// Room around the text for blur and shadow.
+    /// The margin around the text for blur and shadow.
     readonly property int margin: 20
-    /// No texture holds a line that fills many screens; such a one is drawn as it is.
+    /// A line that fills many screens exceeds the texture size and is drawn without effects.
     readonly property bool isLayered: GraphicsInfo.api !== GraphicsInfo.Software && height <= 2000
 
     Loader {

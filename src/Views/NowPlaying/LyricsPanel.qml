@@ -6,7 +6,7 @@ Item {
     id: panel
 
     required property LyricsPanelModel lyrics
-    /// Points, as the menu of the main window sets them.
+    /// In points, as set in the main window's menu.
     required property real lyricsFontSizePoints
     required property real shade
 

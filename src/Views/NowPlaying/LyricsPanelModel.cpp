@@ -17,10 +17,10 @@ namespace {
 
 constexpr double shortestUpdateInterval = 0.15; // seconds
 
-/// A report of the time comes every 0.25 s while anybody looks.
+/// A bit longer than the 0.25 s between two time reports while the interface is visible.
 constexpr std::chrono::milliseconds longestHiddenReset{300};
 
-/// A line that is longer than any song, in UTF-16 units, would take seconds to lay out.
+/// Longer than any real line, in UTF-16 units. A much longer one would take seconds to lay out.
 constexpr qsizetype longestShown = 10'000;
 
 /// Its threads wait for the interface thread, so no panel's end may join them.
@@ -29,7 +29,7 @@ WorkerPool& loads() {
     return pool;
 }
 
-/// The line without what would show as a box: many a tag ends its words with a zero.
+/// Removes control characters, which would show as boxes: some tags end their text with NUL.
 QString printable(QString line) {
     return line.removeIf(
         [](QChar unit) { return unit.category() == QChar::Other_Control && unit != u'\t'; });

@@ -10,18 +10,18 @@ namespace tamsy {
 
 class FileURL;
 
-/// The lyrics of the current track as rows, and which of them is being sung. Interface thread; the
-/// reading happens in the background.
+/// The current track's lyrics as rows, and which of them is current. Interface thread; lyrics are
+/// read in the background.
 class LyricsPanelModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The window's model makes the one panel.")
     Q_PROPERTY(int count READ count NOTIFY lyricsChanged)
     Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
-    /// Row of the current line; without a meaning while the lyrics aren't synced.
+    /// The row of the current line; meaningless unless the lyrics are synced.
     Q_PROPERTY(int currentLyricIndex READ currentLyricIndex NOTIFY currentLyricIndexChanged)
-    /// Row that the views mark: the current one. A reset waits for the next look at the time, at
-    /// most 0.3 s, so that nobody sees lyrics that are only read anew run to their start and back.
+    /// The row that the views mark: the current one. A reset is delayed until the next time update,
+    /// at most 0.3 s, so that reloaded lyrics don't visibly jump to their start and back.
     Q_PROPERTY(int shownLyricIndex READ shownLyricIndex NOTIFY shownLyricIndexChanged)
 
   public:
@@ -32,19 +32,18 @@ class LyricsPanelModel : public QAbstractListModel {
     [[nodiscard]] int currentLyricIndex() const { return currentLyricIndex_; }
     [[nodiscard]] int shownLyricIndex() const { return shownLyricIndex_; }
 
-    /// Takes the lyrics of `url` once they are read; the ones there are stay until then. An empty
-    /// address has none, at once. Loads may overlap; the one that ends last counts.
+    /// Reads the lyrics of `url`; the previous ones stay until then. An empty address clears them
+    /// at once. If loads overlap, the one that finishes last counts.
     void loadLyrics(const FileURL& url);
 
-    /// Marks the first line, until the time says otherwise.
+    /// Marks the first line until the next time update.
     void resetIndex();
 
-    /// The playback time, in seconds, at a moment `now`, in seconds of any clock. Synced lyrics are
-    /// looked through at most once in 0.15 s: gives the seconds by which it is too early, else 0.
+    /// Updates the current line for the playback time, in seconds, at `now`, in seconds of any
+    /// clock. Does so at most once in 0.15 s: returns by how many seconds it is too early, else 0.
     double handleTime(double time, double now);
 
-    /// Marks the line that is sung at `time`, in seconds. Before the first line's time the mark
-    /// stays where it is.
+    /// Marks the line for `time`, in seconds. Before the first line's time the mark doesn't change.
     void updateCurrentLyricIndex(double time);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -55,7 +54,7 @@ class LyricsPanelModel : public QAbstractListModel {
     void lyricsChanged();
     void currentLyricIndexChanged();
     void shownLyricIndexChanged();
-    /// A load has ended, and the first line is marked.
+    /// A load has finished, and the first line is marked.
     void lyricsLoaded();
 
   private:
@@ -66,7 +65,7 @@ class LyricsPanelModel : public QAbstractListModel {
     Lyrics lyrics_;
     int currentLyricIndex_ = 0;
     int shownLyricIndex_ = 0;
-    QTimer showing_;                    // runs while a reset isn't shown yet
+    QTimer showing_;                    // runs while a reset is delayed
     double lastLyricIndexUpdateAt_ = 0; // in seconds of the caller's clock
 };
 

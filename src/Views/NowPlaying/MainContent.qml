@@ -2,14 +2,14 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The cover and, below it, what is playing and how: everything of the window but the lyrics.
+/// The cover with title, time and controls below it: everything in the window except the lyrics.
 Item {
     id: content
 
     required property NowPlayingModel model
     required property PlayerViewModel player
     required property bool isFullScreen
-    /// Of the shadow below text and controls, 0 to 1.
+    /// The strength of the shadow below text and controls, 0 to 1.
     required property real shade
     readonly property real rowWidth: isFullScreen ? 400 : 380
     readonly property int spacing: 20
@@ -31,7 +31,7 @@ Item {
         source: block
         strength: content.shade
     }
-    // One layer for all of them, with room for the shadow's blur.
+    // One layer for everything below the cover, with a margin for the shadow's blur.
     Item {
         id: block
 
@@ -113,7 +113,7 @@ Item {
                     height: 20
                     fraction: content.player.duration > 0 ? Math.max(0, Math.min(1, timeBlock.shownTime / content.player.duration)) : 0
                     Accessible.name: AccessibleNames.position
-                    // The sound goes on undisturbed until the end of the drag.
+                    // Playback isn't affected until the end of the drag.
                     onDragged: fraction => {
                         if (!content.player.isSeeking)
                             content.player.isSeeking = true;
@@ -162,7 +162,7 @@ Item {
             rowWidth: content.rowWidth
         }
     }
-    // A quick second drag shares the flag, and may find it cleared.
+    // A second drag soon after the first shares the flag and may find it cleared.
     Timer {
         id: seekingEnd
 

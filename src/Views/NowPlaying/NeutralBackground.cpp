@@ -14,7 +14,7 @@ constexpr double shadeRadius = 900; // points
 
 void NeutralBackground::paint(QPainter* painter) {
     const QRectF area = boundingRect();
-    // Black in multiply blend is black drawn over.
+    // Multiplying with black equals drawing black over.
     QRadialGradient shade(area.center(), shadeRadius);
     shade.setColorAt(0, QColor::fromRgbF(0, 0, 0, centerShade));
     shade.setColorAt(1, Qt::transparent);

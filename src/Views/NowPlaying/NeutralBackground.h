@@ -5,7 +5,7 @@
 
 namespace tamsy {
 
-/// The background when there is no picture to take colours from.
+/// The background when there is no cover.
 class NeutralBackground : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

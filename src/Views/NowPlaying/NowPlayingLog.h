@@ -6,7 +6,7 @@
 
 namespace tamsy {
 
-/// The Now Playing window's log: lines on standard output, which nothing reads.
+/// The Now Playing window's log on standard output, for diagnosis only.
 class NowPlayingLog : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double shortestTimeLogInterval = 0.5; // seconds
 
-/// From a clock that nobody sets.
+/// From a steady clock.
 double steadySeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();
@@ -106,8 +106,8 @@ void NowPlayingModel::handleTime() {
     markLyrics();
 }
 
-// Also called when the time may have changed unseen: a paused player sends no report that would
-// mark the line later.
+// Also called when the time may have changed while hidden: a paused player sends no report that
+// would mark the line later.
 void NowPlayingModel::markLyrics() {
     if (!player_ || !isShown_ || !player_->isUIVisible())
         return;

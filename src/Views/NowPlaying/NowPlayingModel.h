@@ -13,19 +13,19 @@
 
 namespace tamsy {
 
-/// What the Now Playing window shows beyond the player's own state. Interface thread.
+/// What the Now Playing window shows in addition to the player's state. Interface thread.
 class NowPlayingModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(tamsy::PlayerViewModel* player READ player WRITE setPlayer NOTIFY playerChanged)
     Q_PROPERTY(tamsy::LibraryViewModel* library READ library WRITE setLibrary NOTIFY libraryChanged)
-    /// The current track's artist; empty if the library doesn't hold the current file.
+    /// The current track's artist; empty if the library doesn't contain the current file.
     Q_PROPERTY(QString artist READ artist NOTIFY currentTrackChanged)
     /// The current cover, else the fallback cover, else null.
     Q_PROPERTY(QImage image READ image NOTIFY imageChanged)
     Q_PROPERTY(bool hasImage READ hasImage NOTIFY imageChanged)
     Q_PROPERTY(tamsy::LyricsPanelModel* lyrics READ lyrics CONSTANT)
-    /// Whether the window is up. While it isn't, the passing time changes nothing.
+    /// Whether the window is shown. While it isn't, the time has no effect.
     Q_PROPERTY(bool isShown READ isShown WRITE setIsShown NOTIFY isShownChanged)
 
   public:
@@ -45,10 +45,10 @@ class NowPlayingModel : public QObject {
     [[nodiscard]] bool isShown() const { return isShown_; }
     void setIsShown(bool isShown);
 
-    /// Reads the current track's lyrics anew.
+    /// Reloads the current track's lyrics.
     Q_INVOKABLE void loadLyrics();
 
-    /// To be called each time the window comes up.
+    /// Call this each time the window is shown.
     Q_INVOKABLE void appear();
 
   Q_SIGNALS:
@@ -68,10 +68,10 @@ class NowPlayingModel : public QObject {
     QPointer<LibraryViewModel> library_;
     QString artist_;
     LyricsPanelModel lyrics_;
-    QTimer lateMark_; // where no further report of the time may come
+    QTimer lateMark_; // in case no further time report comes
     bool isShown_ = true;
     bool didAppearLogged_ = false;
-    double lastTimeLogAt_ = 0; // in seconds of a steady clock
+    double lastTimeLogAt_ = 0; // seconds of a steady clock
 };
 
 } // namespace tamsy

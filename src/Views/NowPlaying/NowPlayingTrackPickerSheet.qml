@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.Library
 
-/// The tracks that the main window lists, over the Now Playing window; a click plays one.
+/// A sheet over the Now Playing window with the tracks of the main window; a click plays one.
 Popup {
     id: sheet
 
@@ -13,7 +13,7 @@ Popup {
     required property real windowHeight
     readonly property bool hasFolder: library.hasSelectedFolder
     readonly property bool isEmpty: list.count === 0
-    /// The sheet fades out and takes no further choice.
+    /// Whether the sheet is fading out and accepts no further choice.
     property bool isLeaving: false
 
     parent: Overlay.overlay
@@ -136,7 +136,7 @@ Popup {
             ScrollBar.vertical: ThinScrollBar {
                 colors: Theme.onArt
             }
-            // The base of a model made in C++ is unknown to the checker.
+            // qmllint doesn't know the base class of a C++ model.
             // qmllint disable
             model: TrackListModel {
                 id: tracks
@@ -152,7 +152,7 @@ Popup {
                     sheet.pick(url);
             }
 
-            // Ids around a component are unknown to the checker.
+            // qmllint doesn't know ids outside a component.
             // qmllint disable unqualified
             delegate: PickerRow {
                 width: list.width

@@ -6,7 +6,7 @@
 #include <QtQml/qqml.h>
 #include <QtQml/qqmlregistration.h>
 
-// What the Now Playing window's views may name from elsewhere.
+// Registers types from other rooms for the Now Playing window's QML.
 namespace tamsy {
 
 struct ArtworkGradientModelForViews {

@@ -2,22 +2,22 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The Now Playing window's content: the cover and the controls on the cover's own colours, the
-/// lyrics beside them on demand.
+/// The Now Playing window's content: cover and controls on the cover's colours, with optional lyrics
+/// beside them.
 Item {
     id: view
 
     required property PlayerViewModel player
     required property LibraryViewModel library
     required property LyricsFontSize lyricsFontSize
-    /// Any part of the window shows.
+    /// Whether any part of the window can be seen.
     required property bool canBeSeen
     property bool showLyrics: false
     property bool showPlaylistPicker: false
-    /// The wide form, by the width alone.
+    /// The wide layout, chosen by the width alone.
     readonly property bool isFullScreen: width >= 1000
 
-    // The base of a model made in C++ is unknown to the checker.
+    // qmllint doesn't know the base class of a C++ model.
     // qmllint disable
     NowPlayingModel {
         id: model
@@ -57,7 +57,7 @@ Item {
     Item {
         id: halves
 
-        /// The lyrics' share of the way to their place.
+        /// The progress of the lyrics' transition, 0 to 1.
         property real opened: view.showLyrics ? 1 : 0
 
         anchors.fill: parent

@@ -3,14 +3,14 @@ import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The large window beside the main one. Closing it only hides it.
+/// The Now Playing window. Closing it only hides it.
 ApplicationWindow {
     id: window
 
     required property PlayerViewModel player
     required property LibraryViewModel library
     required property LyricsFontSize lyricsFontSize
-    /// Any part of the window shows.
+    /// Whether any part of the window can be seen.
     property bool canBeSeen: true
 
     width: 1200

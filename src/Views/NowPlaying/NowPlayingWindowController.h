@@ -12,12 +12,11 @@ namespace tamsy {
 
 class Visibility;
 
-/// Makes the Now Playing window and keeps it, with all that it shows, also while it is closed.
-/// Interface thread only.
+/// Creates the Now Playing window and keeps it while it is closed. Interface thread only.
 class NowPlayingWindowController : public NowPlayingWindow {
   public:
-    /// Nothing of it is owned, all of it outlives the window. Without `visibility` the window
-    /// always takes itself for seen.
+    /// The arguments aren't owned and must outlive the window. Without `visibility` the window
+    /// always counts as visible.
     NowPlayingWindowController(QQmlEngine& engine, PlayerViewModel& playerVM,
                                LibraryViewModel& libraryVM, LyricsFontSize& lyricsFontSize,
                                const Visibility* visibility = nullptr);
@@ -29,11 +28,11 @@ class NowPlayingWindowController : public NowPlayingWindow {
 
     void makeKeyAndOrderFront() override;
 
-    /// Null if the window couldn't be made.
+    /// Null if the window couldn't be created.
     [[nodiscard]] QQuickWindow* window() const { return window_; }
 
   private:
-    QPointer<QQuickWindow> window_; // owned, but never beyond its engine
+    QPointer<QQuickWindow> window_; // owned; destroyed with its QML engine at the latest
 };
 
 } // namespace tamsy

@@ -1,7 +1,7 @@
 import QtQuick
 import Tamsy.Controls
 
-/// One track of the picker. The whole row takes the click.
+/// A row of the track picker. All of it is clickable.
 Item {
     id: row
 

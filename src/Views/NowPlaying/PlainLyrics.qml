@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// Lyrics without times, to be scrolled by hand.
+/// Lyrics without times, scrolled by the user.
 ListView {
     id: list
 
@@ -28,7 +28,7 @@ ListView {
         cancelFlick();
         contentY = Math.max(originY - topMargin, Math.min(originY + contentHeight + bottomMargin - height, y));
     }
-    // With the focus the arrows scroll; elsewhere in the window they are the volume's.
+    // With the focus the arrow keys scroll; elsewhere in the window they change the volume.
     Keys.onShortcutOverride: event => {
         event.accepted = event.key === Qt.Key_Up || event.key === Qt.Key_Down;
     }
@@ -51,7 +51,7 @@ ListView {
         inset: 4
         ink: Qt.rgba(1, 1, 1, 0.9)
     }
-    // Ids around a component are unknown to the checker.
+    // qmllint doesn't know ids outside a component.
     // qmllint disable unqualified
     delegate: Item {
         id: row

@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// The transport row and the volume row.
+/// The transport controls and the volume bar.
 Column {
     id: controls
 
@@ -14,7 +14,7 @@ Column {
     spacing: 10
     bottomPadding: 20
 
-    // The playing flag follows one turn of the event loop after the action.
+    // The playing flag changes one turn of the event loop after the action.
     Timer {
         id: pressed
 
@@ -107,7 +107,7 @@ Column {
             height: 24
             fraction: Math.max(0, Math.min(1, controls.previewVolume >= 0 ? controls.previewVolume : controls.player.volume))
             Accessible.name: AccessibleNames.volume
-            // The sound changes at the end of the drag only.
+            // The volume changes only at the end of the drag.
             onDragged: fraction => controls.previewVolume = fraction
             onDropped: fraction => {
                 controls.previewVolume = -1;

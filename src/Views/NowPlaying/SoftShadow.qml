@@ -1,11 +1,11 @@
 import QtQuick
 
-/// The soft shadow of a surface with round corners, which fills the parent. Needs a graphics API
-/// with shaders; without one there is no shadow.
+/// The soft shadow of a surface with rounded corners, which fills the parent. Without shaders there is
+/// no shadow.
 ShaderEffect {
     id: shadow
 
-    /// Size of the blur, twice its deviation, in points.
+    /// The blur's size, twice its standard deviation, in points.
     required property real blur
     property real strength: 0.5
     property real radius: 12
@@ -18,7 +18,7 @@ ShaderEffect {
     y: -margin + offset
     width: box.width + 2 * margin
     height: box.height + 2 * margin
-    // Drawn once: what lies below it may change with every frame.
+    // Cached, since what is below may change with every frame.
     layer.enabled: visible
     visible: GraphicsInfo.api !== GraphicsInfo.Software
     fragmentShader: "qrc:/shaders/RoundedShadow.frag.qsb"

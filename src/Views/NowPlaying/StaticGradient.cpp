@@ -11,7 +11,7 @@ constexpr double centerShade = 0.06;
 constexpr double sideShade = 0.08;
 constexpr double shadeRadius = 1000; // points
 
-/// Black of this opacity that fades to nothing; in multiply blend it is black drawn over.
+/// Black of this opacity, fading out; multiplying with it equals drawing black over.
 QGradient shaded(QGradient gradient, double opacity) {
     gradient.setColorAt(0, QColor::fromRgbF(0, 0, 0, static_cast<float>(opacity)));
     gradient.setColorAt(1, Qt::transparent);

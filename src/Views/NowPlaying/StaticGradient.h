@@ -6,11 +6,11 @@
 
 namespace tamsy {
 
-/// The background without its blobs, for graphics without shaders.
+/// The background without blobs, for rendering without shaders.
 class StaticGradient : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    /// From the top leading corner to the bottom trailing one.
+    /// From the top left corner to the bottom right one.
     Q_PROPERTY(QColor firstColor MEMBER firstColor_ NOTIFY colorsChanged)
     Q_PROPERTY(QColor secondColor MEMBER secondColor_ NOTIFY colorsChanged)
 

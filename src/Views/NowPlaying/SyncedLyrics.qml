@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// Synced lyrics: the line that is sung stands at the top, the later ones follow below it.
+/// Synced lyrics: the current line is at the top, later ones follow below.
 Item {
     id: panel
 
@@ -23,7 +23,7 @@ Item {
         ListView {
             id: list
 
-            /// Where the current line stands at the top. What lies above has been sung and is gone.
+            /// The scroll position with the current line at the top. Lines above are past and invisible.
             property real currentTop: 0
             readonly property real lowestTop: Math.max(currentTop, originY + contentHeight + 50 - height)
 
@@ -31,7 +31,7 @@ Item {
             anchors.topMargin: frame.shadowRoom
             leftMargin: 30
             rightMargin: 30
-            // The last line reaches the top, too.
+            // Lets the last line scroll to the top.
             bottomMargin: height
             spacing: panel.size * 48 / 46
             reuseItems: true
@@ -41,7 +41,7 @@ Item {
             Accessible.role: Accessible.List
             Accessible.name: AccessibleNames.lyrics
 
-            // Ids around a component are unknown to the checker.
+            // qmllint doesn't know ids outside a component.
             // qmllint disable unqualified
             delegate: LyricLine {
                 width: list.width - 60
@@ -51,10 +51,10 @@ Item {
             }
             // qmllint enable unqualified
 
-            /// Brings the current line to the top at once.
+            /// Scrolls the current line to the top at once.
             function settle() {
                 animation.stop();
-                forceLayout(); // else the line is looked for where it was
+                forceLayout(); // or the line's old position would be used
                 positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
                 currentTop = contentY;
             }
@@ -63,12 +63,12 @@ Item {
                 const start = contentY;
                 positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
                 currentTop = contentY;
-                // A jump over many lines travels the last stretch only, with the line in sight.
+                // A jump over many lines animates only its last part, with the line in sight.
                 animation.from = Math.abs(currentTop - start) <= height ? start : currentTop + (start < currentTop ? -height : height) / 2;
                 animation.to = currentTop;
                 animation.restart();
             }
-            // The user's own scrolling ends where the lyrics do.
+            // The user can't scroll past the lyrics.
             onContentYChanged: {
                 if (!moving)
                     return;
@@ -90,7 +90,7 @@ Item {
             }
         }
     }
-    // Once, after all that has changed together.
+    // Runs once for all simultaneous changes.
     Timer {
         id: settling
 

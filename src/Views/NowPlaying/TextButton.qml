@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Tamsy.Controls
 
-/// A bordered button with a text, in the dark palette.
+/// A bordered text button in the dark palette.
 AppButton {
     id: button
 

@@ -1,8 +1,8 @@
 import QtQuick
 import Tamsy.Controls
 
-/// The shortcuts of the menus in a window without menus. A modal sheet blocks those of the window
-/// below it, so it has some of its own.
+/// The menu shortcuts, for a window without menus. A modal sheet blocks the shortcuts of the window
+/// below, so it has its own.
 Item {
     id: keys
 

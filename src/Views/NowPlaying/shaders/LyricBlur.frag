@@ -1,6 +1,6 @@
 #version 440
 
-// A small Gaussian blur, of deviation 1.2 points, in one pass of five by five taps.
+// A Gaussian blur with a standard deviation of 1.2 points, in one pass of five by five taps.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 

@@ -1,7 +1,7 @@
 #version 440
 
-// The soft shadow of a rectangle with round corners: its Gaussian blur, exact along x and summed up
-// along y. Lengths are in points. The item is larger than the rectangle by `margin` on each side.
+// The soft shadow of a rectangle with rounded corners: its Gaussian blur, exact along x and summed
+// along y. Lengths are in points. The item exceeds the rectangle by `margin` on each side.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 
@@ -15,12 +15,12 @@ layout(std140, binding = 0) uniform Parameters {
     vec2 box;        // the rectangle's size
 };
 
-// Share of a Gaussian of deviation 1 that lies below z; off by less than 0.0002.
+// The Gaussian cumulative distribution at z, with an error below 0.0002.
 float below(float z) {
     return 1.0 / (1.0 + exp(-z * (1.5976 + 0.070566 * z * z)));
 }
 
-// Share of the blur that falls into the rectangle's row at `y` from its middle, seen from `place`.
+// The part of the blur at `place` that comes from the rectangle's row at `y` from its centre.
 float acrossRow(vec2 place, float y) {
     float intoCorner = max(abs(y) - (0.5 * box.y - radius), 0.0);
     float half_width = 0.5 * box.x - radius + sqrt(max(radius * radius - intoCorner * intoCorner, 0.0));
@@ -33,7 +33,7 @@ void main() {
     float highest = min(place.y + 3.0 * deviation, 0.5 * box.y);
     float share = 0.0;
     if (highest > lowest) {
-        // Steps that are even in the Gaussian's own measure would be finer than is seen; eight serve.
+        // Eight samples are enough; more would not be visible.
         const int steps = 8;
         float from = below((lowest - place.y) / deviation);
         for (int i = 0; i < steps; ++i) {

@@ -1,7 +1,7 @@
 #version 440
 
-// Second half of the shadow of text: along y, and both blurs together in black. The wide one lies a
-// little lower.
+// The second pass of the text shadow: blurs along y and combines both blurs in black. The wide one is
+// slightly lower.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 
@@ -30,7 +30,7 @@ void main() {
         sum += texture(source, qt_TexCoord0 + texelStep * distance).rg * weight;
         weights += weight;
     }
-    // Thin strokes would cast next to nothing: their blur is lifted towards a full stroke's.
+    // Thin strokes would hardly cast a shadow: their blur is raised towards a full stroke's.
     vec2 covered = (1.0 - exp(-lift * sum / (weights * ink))) * opacities * strength;
     fragColor = vec4(0.0, 0.0, 0.0, 1.0 - (1.0 - covered.x) * (1.0 - covered.y)) * qt_Opacity;
 }

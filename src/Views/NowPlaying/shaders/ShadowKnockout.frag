@@ -1,7 +1,7 @@
 #version 440
 
-// The shadow of text without what lies below the strokes: translucent ink shows the bright ground, not
-// its own shadow, and so stands out further.
+// Cuts the strokes out of the text shadow, so that translucent text shows the bright background and
+// not its own shadow.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 
@@ -12,7 +12,7 @@ layout(std140, binding = 0) uniform Parameters {
 layout(binding = 1) uniform sampler2D source;
 layout(binding = 2) uniform sampler2D blurred;
 
-const float fullInk = 0.5; // opacity from which on nothing of the shadow is left below
+const float fullInk = 0.5; // from this opacity on the shadow is cut out completely
 
 void main() {
     float ink = min(texture(source, qt_TexCoord0).a / fullInk, 1.0);

@@ -1,7 +1,7 @@
 #version 440
 
-// First half of the shadow of text: along x, the source's opacity blurred narrowly (red) and widely
-// (green). Runs at half the size, where a texel is two points.
+// The first pass of the text shadow: blurs the source's opacity along x, narrowly (red) and widely
+// (green). Runs at half resolution: a texel is two points.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 
