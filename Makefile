@@ -41,6 +41,13 @@ bench: ## measures the parts and the program against their baselines; ONLY="tone
 	cmake --build --preset bench
 	@bench/run build/bench $(ONLY)
 
+.PHONY: corpus
+corpus: ## reads and decodes the files in DIR=…; prints what other programs find different
+	@tools/setup build run demo test bench
+	@$(MAKE) build/bench/build.ninja
+	@cmake --build --preset bench --target corpus_probe
+	@bench/corpus build/bench/bench/corpus_probe '$(or $(DIR),$(error DIR=… names a folder of sound files))' build/corpus.json
+
 .PHONY: fuzz
 fuzz: ## feeds damaged input to each parser for a minute (SECONDS_EACH=60)
 	@tools/setup build run lint fuzz
