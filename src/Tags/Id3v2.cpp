@@ -1,5 +1,6 @@
 #include "Tags/Id3v2.h"
 
+#include "Formats/Id3v2Header.h"
 #include "Formats/Unsynchronisation.h"
 #include "Tags/Id3v2Frame.h"
 
@@ -9,47 +10,26 @@ namespace tamsy::media {
 
 namespace {
 
-constexpr std::uint64_t tagHeaderSize = 10;
-constexpr std::uint64_t footerSize = 10;
-
 // A whole tag's unsynchronisation can only be undone from the front, byte by byte. A scan doesn't
 // wait for a picture larger than this.
 constexpr std::uint64_t longestScannedTag = std::uint64_t{4} * 1024 * 1024;
 constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{64} * 1024 * 1024;
 
-struct TagHeader {
-    unsigned version = 0;
-    bool isUnsynchronised = false;
-    bool hasExtendedHeader = false;
-    bool hasFooter = false;
-    std::uint64_t bodySize = 0;
-};
+/// The tag at `offset`, if one ends before `end` or reaches beyond it.
+std::optional<Id3v2Header> readHeader(ByteWindow& window, std::uint64_t offset, std::uint64_t end) {
+    if (offset > end || end - offset < Id3v2Header::size)
+        return std::nullopt;
+    return parseId3v2Header(window.read(offset, Id3v2Header::size));
+}
 
-std::optional<TagHeader> readTagHeader(ByteWindow& window, std::uint64_t offset,
-                                       std::uint64_t end) {
-    if (offset > end || end - offset < tagHeaderSize)
-        return std::nullopt;
-    ByteCursor cursor(window.read(offset, tagHeaderSize));
-    const auto signature = cursor.readU24();
-    if (!signature || *signature != 0x494433) // "ID3"
-        return std::nullopt;
-    const unsigned version = cursor.readU8().value_or(0);
-    const unsigned revision = cursor.readU8().value_or(0xFF);
-    const unsigned flags = cursor.readU8().value_or(0);
-    const std::uint32_t size = cursor.readU32().value_or(0);
-    if (version < 2 || version > 4 || revision == 0xFF || (size & 0x80808080U) != 0)
-        return std::nullopt;
-    return TagHeader{.version = version,
-                     .isUnsynchronised = (flags & 0x80U) != 0,
-                     .hasExtendedHeader = version > 2 && (flags & 0x40U) != 0,
-                     .hasFooter = version == 4 && (flags & 0x10U) != 0,
-                     .bodySize = fromSyncsafe(size)};
+bool hasKnownFrames(const Id3v2Header& header) {
+    return header.version >= 2 && header.version <= 4;
 }
 
 /// The frames of one tag, in a file or, once unsynchronisation is undone, in memory.
 class FrameWalk {
   public:
-    FrameWalk(MediaParse& parse, const TagHeader& header, SharedSource source, ByteWindow& window)
+    FrameWalk(MediaParse& parse, const Id3v2Header& header, SharedSource source, ByteWindow& window)
         : parse_(parse), header_(header), source_(std::move(source)), window_(window) {}
 
     /// Reads the frames between the two places; gives the place behind the last one.
@@ -71,8 +51,9 @@ class FrameWalk {
   private:
     std::uint64_t behindExtendedHeader(std::uint64_t position, std::uint64_t end) {
         ByteCursor cursor(window_.read(position, 4));
-        const std::uint64_t raw = cursor.readU32().value_or(0);
-        const std::uint64_t size = header_.version == 4 ? fromSyncsafe(raw) : raw + 4;
+        const std::uint32_t raw = cursor.readU32().value_or(0);
+        const std::uint64_t size =
+            header_.version == 4 ? fromSyncsafe(raw) : std::uint64_t{raw} + 4;
         return size < end - position ? position + size : position;
     }
 
@@ -168,18 +149,20 @@ class FrameWalk {
     }
 
     MediaParse& parse_;
-    const TagHeader& header_;
+    const Id3v2Header& header_;
     SharedSource source_;
     ByteWindow& window_;
 };
 
-std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t offset,
+std::uint64_t readTag(MediaParse& parse, const Id3v2Header& header, std::uint64_t offset,
                       std::uint64_t end) {
-    const std::uint64_t body = offset + tagHeaderSize;
+    const std::uint64_t body = offset + Id3v2Header::size;
     const std::uint64_t there = end - body;
-    const std::uint64_t size = std::min(header.bodySize, there);
+    const std::uint64_t size = std::min<std::uint64_t>(header.bodySize, there);
     std::uint64_t lastFrame = body + size;
-    if (header.isUnsynchronised && header.version < 4) {
+    if (!hasKnownFrames(header)) {
+        // Passed over.
+    } else if (header.isUnsynchronised && header.version < 4) {
         const std::uint64_t limit =
             parse.items.listsEverything() ? longestUnsynchronisedTag : longestScannedTag;
         const auto plain =
@@ -191,7 +174,7 @@ std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t 
     }
     if (header.bodySize > there)
         return lastFrame;
-    return std::min(body + size + (header.hasFooter ? footerSize : 0), end);
+    return std::min(offset + header.tagSize(), end);
 }
 
 } // namespace
@@ -199,7 +182,7 @@ std::uint64_t readTag(MediaParse& parse, const TagHeader& header, std::uint64_t 
 std::uint64_t readId3v2Tags(MediaParse& parse, std::uint64_t offset, std::uint64_t end) {
     // Two or three tags in a row are an old writer's slip; more are no accident.
     for (int tags = 0; tags < 8; ++tags) {
-        const auto header = readTagHeader(parse.window, offset, end);
+        const auto header = readHeader(parse.window, offset, end);
         if (!header)
             break;
         offset = readTag(parse, *header, offset, end);

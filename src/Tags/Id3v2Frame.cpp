@@ -160,11 +160,6 @@ bool keepsData(ItemCollector& items, const Id3Frame& frame) {
 
 } // namespace
 
-std::uint64_t fromSyncsafe(std::uint64_t raw) {
-    return (raw & 0x7FU) | (raw >> 1U & 0x3F80U) | (raw >> 2U & 0x1FC000U) |
-           (raw >> 3U & 0xFE00000U);
-}
-
 bool isFrameName(std::string_view name) {
     return std::ranges::all_of(name, [](char letter) {
         return (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');

@@ -20,9 +20,6 @@ struct Id3Frame {
     bool hasLength = false;
 };
 
-/// The value of an integer whose bytes carry seven bits each.
-[[nodiscard]] std::uint64_t fromSyncsafe(std::uint64_t raw);
-
 /// Whether `name` has only the letters and digits of a frame's name.
 [[nodiscard]] bool isFrameName(std::string_view name);
 

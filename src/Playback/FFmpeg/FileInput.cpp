@@ -1,5 +1,7 @@
 #include "Playback/FFmpeg/FileInput.h"
 
+#include "Formats/Id3v2Header.h"
+
 extern "C" {
 #include <libavformat/avio.h>
 #include <libavutil/error.h>
@@ -9,7 +11,6 @@ extern "C" {
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -133,17 +134,9 @@ std::int64_t FileInput::size() const {
 
 /// The length of an ID3v2 tag where the sound would begin, 0 if there is none.
 std::int64_t FileInput::leadingTagSize() const {
-    std::array<std::uint8_t, 10> header{};
-    if (readOnce(0, header.data(), header.size()) != std::ssize(header))
-        return 0;
-    const bool isTag = std::memcmp(header.data(), "ID3", 3) == 0 &&
-                       std::all_of(header.begin() + 6, header.end(),
-                                   [](std::uint8_t byte) { return byte < 0x80; });
-    if (!isTag)
-        return 0;
-    const bool hasFooter = (header[5] & 0x10U) != 0;
-    const int size = header[6] << 21 | header[7] << 14 | header[8] << 7 | header[9];
-    return size + (hasFooter ? 20 : 10);
+    std::array<std::byte, Id3v2Header::size> bytes{};
+    const auto header = parseId3v2Header(readAt(0, bytes));
+    return header ? static_cast<std::int64_t>(header->tagSize()) : 0;
 }
 
 } // namespace tamsy
