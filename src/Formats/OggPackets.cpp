@@ -1,35 +1,33 @@
 #include "Formats/OggPackets.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace tamsy::media {
 
 namespace {
 
 constexpr std::uint64_t longestPacket = std::uint64_t{64} * 1024 * 1024;
-constexpr std::uint8_t fullLace = 255; // the packet goes on in the next segment
 
 } // namespace
 
 std::optional<OggPage> readOggPage(ByteWindow& window, std::uint64_t offset) {
-    ByteCursor cursor(window.read(offset, 27, longestOggHeader));
-    const auto signature = cursor.readU32();
-    if (signature != 0x4F676753 || cursor.readU8() != 0) // "OggS", version 0
+    // Between pages nothing else needs to be read.
+    constexpr std::size_t readAhead = OggPageHeader::maxSize;
+    const Bytes start = window.read(offset, OggPageHeader::minSize, readAhead);
+    const std::size_t laces = start.empty() ? 0 : std::to_integer<std::size_t>(start.back());
+    const auto header =
+        parseOggPageHeader(window.read(offset, OggPageHeader::minSize + laces, readAhead));
+    if (!header)
         return std::nullopt;
     OggPage page;
-    page.isFirst = (cursor.readU8().value_or(0) & 2U) != 0;
-    page.granule = cursor.readU64le().value_or(0);
-    page.serial = cursor.readU32le().value_or(0);
-    const std::size_t segments = cursor.skip(8) ? cursor.readU8().value_or(0) : 0;
-    const Bytes laces = window.read(offset + 27, segments, longestOggHeader);
-    if (laces.size() != segments)
-        return std::nullopt;
-    page.laces.reserve(segments);
-    for (const std::byte lace : laces)
+    page.isFirst = header->isFirst;
+    page.granule = header->granule;
+    page.serial = header->serial;
+    page.body = offset + header->size();
+    page.end = page.body + header->bodySize;
+    page.laces.reserve(laces);
+    for (const std::byte lace : header->laces)
         page.laces.push_back(std::to_integer<std::uint8_t>(lace));
-    page.body = offset + 27 + segments;
-    page.end = std::accumulate(page.laces.begin(), page.laces.end(), page.body);
     return page.end <= window.size() ? std::optional(std::move(page)) : std::nullopt;
 }
 
@@ -70,7 +68,7 @@ std::shared_ptr<const OggPacket> OggPacketWalk::next() {
         bool isComplete = false;
         while (lace_ < page_.laces.size() && !isComplete) {
             piece_ += page_.laces[lace_];
-            isComplete = page_.laces[lace_++] != fullLace;
+            isComplete = page_.laces[lace_++] != OggPageHeader::fullLace;
         }
         packet->append(start, piece_ - start);
         if (isComplete)

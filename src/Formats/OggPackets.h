@@ -1,12 +1,13 @@
 #pragma once
 
 #include "Formats/ByteWindow.h"
+#include "Formats/OggPage.h"
 
 #include <vector>
 
 namespace tamsy::media {
 
-/// One page of an Ogg stream (RFC 3533).
+/// One page of an Ogg stream in a file.
 struct OggPage {
     bool isFirst = false; ///< begins its stream
     std::uint64_t granule = 0;
@@ -15,9 +16,6 @@ struct OggPage {
     std::uint64_t end = 0;
     std::vector<std::uint8_t> laces; ///< lengths of the segments
 };
-
-/// Bytes that an Ogg page's header takes at most; between pages nothing else needs to be read.
-constexpr std::size_t longestOggHeader = 27 + 255;
 
 /// The page that begins at `offset`; nothing if none does or if it is cut off.
 [[nodiscard]] std::optional<OggPage> readOggPage(ByteWindow& window, std::uint64_t offset);

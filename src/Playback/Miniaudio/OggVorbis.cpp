@@ -1,6 +1,7 @@
 #include "Playback/Miniaudio/OggVorbis.h"
 
 #include "Formats/ByteCursor.h"
+#include "Formats/OggPage.h"
 #include "Playback/Miniaudio/VorbisCodebooks.h"
 
 #include <array>
@@ -33,7 +34,7 @@ class PacketReader {
             for (; !segments_.empty() && !isWhole; segments_ = segments_.subspan(1)) {
                 const auto size = std::to_integer<std::size_t>(segments_.front());
                 length += size;
-                isWhole = size < largestSegment;
+                isWhole = size < OggPageHeader::fullLace;
             }
             const std::size_t start = packet.size();
             if (start + length > largestPacket)
@@ -47,27 +48,18 @@ class PacketReader {
     }
 
   private:
-    static constexpr std::uint32_t capturePattern = 0x4F676753; // "OggS"
-    static constexpr std::uint64_t fixedHeader = 27, largestTable = 255;
-    static constexpr std::size_t largestSegment = 255; // one that the packet goes on behind
-
     bool readPageHeader(bool continuesPacket) {
-        ByteCursor cursor(file_.read(position_, header_));
-        const bool isPage = cursor.readU32() == capturePattern && cursor.readU8() == 0;
-        const auto flags = cursor.readU8();
-        // Position, serial number, page number and checksum mean nothing to the decoder here.
-        const auto count = cursor.skip(20) ? cursor.readU8() : std::nullopt;
-        const auto table = cursor.readBytes(count.value_or(0));
-        if (!isPage || !table || table->empty() || ((*flags & 1U) != 0) != continuesPacket)
+        const auto header = parseOggPageHeader(file_.read(position_, header_));
+        if (!header || header->laces.empty() || header->isContinued != continuesPacket)
             return false;
-        segments_ = *table;
-        position_ += fixedHeader + table->size();
+        segments_ = header->laces;
+        position_ += header->size();
         return true;
     }
 
     const AudioFile& file_;
     std::uint64_t position_ = 0;
-    std::array<std::byte, fixedHeader + largestTable> header_{};
+    std::array<std::byte, OggPageHeader::maxSize> header_{};
     Bytes segments_; // of the page, those not taken yet
 };
 
