@@ -13,15 +13,16 @@ std::optional<FlacBlockHeader> parseFlacBlockHeader(Bytes bytes) {
                            .length = *length};
 }
 
-std::optional<FlacBlock> readFlacBlock(ByteWindow& window, std::uint64_t offset) {
-    const auto header = parseFlacBlockHeader(window.read(offset, FlacBlockHeader::size));
-    const std::uint64_t begin = offset + FlacBlockHeader::size;
-    if (!header || header->length > window.size() - begin)
+std::optional<FlacBlock> FlacBlockWalk::next() {
+    const auto header = hasEnded_
+                            ? std::nullopt
+                            : parseFlacBlockHeader(window_.read(position_, FlacBlockHeader::size));
+    const std::uint64_t begin = position_ + FlacBlockHeader::size;
+    if (!header || header->length > window_.size() - begin)
         return std::nullopt;
-    return FlacBlock{.type = header->type,
-                     .isLast = header->isLast,
-                     .begin = begin,
-                     .end = begin + header->length};
+    hasEnded_ = header->isLast;
+    position_ = begin + header->length;
+    return FlacBlock{.type = header->type, .begin = begin, .end = position_};
 }
 
 std::optional<Bytes> pictureInFlacBlock(Bytes body) {

@@ -24,13 +24,27 @@ struct FlacBlockHeader {
 /// A metadata block in a file.
 struct FlacBlock {
     std::uint8_t type = 0;
-    bool isLast = false;
     std::uint64_t begin = 0; ///< of the body
     std::uint64_t end = 0;   ///< of the body, where the next block or the first frame begins
 };
 
-/// The block whose header is at `offset`; nothing if it isn't wholly in the file.
-[[nodiscard]] std::optional<FlacBlock> readFlacBlock(ByteWindow& window, std::uint64_t offset);
+/// Steps through the metadata blocks of a file.
+class FlacBlockWalk {
+  public:
+    /// `offset` is that of the signature "fLaC".
+    FlacBlockWalk(ByteWindow& window, std::uint64_t offset)
+        : window_(window), position_(offset + signatureSize) {}
+
+    /// The next block; nothing after the last one, or where one isn't wholly in the file.
+    [[nodiscard]] std::optional<FlacBlock> next();
+
+  private:
+    static constexpr std::uint64_t signatureSize = 4;
+
+    ByteWindow& window_;
+    std::uint64_t position_;
+    bool hasEnded_ = false;
+};
 
 /// The encoded picture in the body of a PICTURE block (RFC 9639, section 8.8), not copied; nothing
 /// if a length in it is wrong.

@@ -27,18 +27,18 @@ double flacDuration(Bytes streamInfo, std::uint64_t streamBytes) {
 
 double readFlac(MediaParse& parse, std::uint64_t offset) {
     double seconds = 0;
-    auto block = readFlacBlock(parse.window, offset + 4);
-    for (int count = 0; block && count < mostEntries; ++count) {
+    FlacBlockWalk walk(parse.window, offset);
+    for (int count = 0; count < mostEntries; ++count) {
+        const auto block = walk.next();
+        if (!block)
+            break;
         if (block->type == FlacBlockHeader::StreamInfo && block->end - block->begin >= 18)
             seconds =
                 flacDuration(parse.window.read(block->begin, 18), parse.window.size() - offset);
-        const bool isComment = block->type == FlacBlockHeader::VorbisComment;
-        if (isComment)
-            readVorbisComments(parse.items, parse.source, parse.window, block->begin, block->end);
-        // Only pictures and padding follow the comments, far apart.
-        if (isComment || block->isLast)
-            break;
-        block = readFlacBlock(parse.window, block->end);
+        if (block->type != FlacBlockHeader::VorbisComment)
+            continue;
+        readVorbisComments(parse.items, parse.source, parse.window, block->begin, block->end);
+        break; // Only pictures and padding follow the comments, far apart.
     }
     return seconds;
 }

@@ -1,6 +1,7 @@
 #include "Tags/VorbisComment.h"
 
 #include "Formats/FlacBlock.h"
+#include "Formats/VorbisCommentWalk.h"
 
 #include <algorithm>
 
@@ -31,7 +32,7 @@ std::optional<CommonKey> commonKeyOf(const QByteArray& key) {
     return std::nullopt;
 }
 
-/// One comment: its key, and the place of its value.
+/// One comment: its key, and the range of its value.
 struct Comment {
     QByteArray key;
     std::uint64_t value = 0;
@@ -62,37 +63,31 @@ void addComment(ItemCollector& items, const SharedSource& source, ByteWindow& wi
         items.add(std::move(item), text);
 }
 
-std::optional<Comment> readComment(ByteWindow& window, std::uint64_t& position, std::uint64_t end) {
-    const auto length = ByteCursor(window.read(position, 4)).readU32le();
-    if (!length || position + 4 > end || *length > end - position - 4)
-        return std::nullopt;
-    const std::uint64_t body = position + 4;
-    position = body + *length;
-    const auto head = asText(window.read(body, std::min<std::size_t>(*length, longestKey)));
+/// Nothing if it has no key.
+std::optional<Comment> split(ByteWindow& window, std::uint64_t begin, std::uint64_t end) {
+    const auto head = asText(window.read(begin, std::min<std::uint64_t>(end - begin, longestKey)));
     const std::size_t sign = head.find('=');
-    if (sign == std::string_view::npos)
-        return Comment{.key = {}, .value = position, .end = position};
+    if (sign == 0 || sign == std::string_view::npos)
+        return std::nullopt;
     return Comment{.key = QByteArray(head.data(), static_cast<qsizetype>(sign)),
-                   .value = body + sign + 1,
-                   .end = position};
+                   .value = begin + sign + 1,
+                   .end = end};
 }
 
 } // namespace
 
 void readVorbisComments(ItemCollector& items, const SharedSource& source, ByteWindow& window,
                         std::uint64_t begin, std::uint64_t end) {
-    const std::uint64_t vendor = ByteCursor(window.read(begin, 4)).readU32le().value_or(UINT32_MAX);
-    if (begin + 4 + vendor + 4 > end)
-        return;
-    std::uint64_t position = begin + 4 + vendor;
-    const std::uint64_t count = ByteCursor(window.read(position, 4)).readU32le().value_or(0);
-    position += 4;
+    const auto readLength = [&window](std::uint64_t offset) {
+        return ByteCursor(window.read(offset, 4)).readU32le();
+    };
+    VorbisCommentWalk walk(readLength, begin, end);
     const std::size_t blockStart = items.count();
-    for (std::uint64_t i = 0; i < std::min<std::uint64_t>(count, mostEntries); ++i) {
-        const auto comment = readComment(window, position, end);
-        if (!comment)
+    for (int i = 0; i < mostEntries; ++i) {
+        const auto range = walk.next();
+        if (!range)
             break;
-        if (!comment->key.isEmpty())
+        if (const auto comment = split(window, range->begin, range->end))
             addComment(items, source, window, *comment, blockStart);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "Formats/ByteCursor.h"
 #include "Formats/OggPage.h"
+#include "Formats/VorbisCommentWalk.h"
 #include "Playback/Miniaudio/VorbisCodebooks.h"
 
 #include <array>
@@ -73,19 +74,14 @@ std::optional<Bytes> bodyOf(const std::optional<Packet>& packet, std::string_vie
 }
 
 bool commentsFit(Bytes body) {
-    ByteCursor cursor(body);
-    const auto vendor = cursor.readU32le();
-    if (!vendor || !cursor.skip(*vendor))
+    auto walk = walkVorbisComments(body);
+    if (walk.count() > body.size() / sizeof(std::uint32_t))
         return false;
-    const auto count = cursor.readU32le();
-    if (!count || *count > cursor.remaining() / sizeof(std::uint32_t))
-        return false;
-    for (std::uint32_t i = 0; i < *count; ++i) {
-        const auto length = cursor.readU32le();
-        if (!length || !cursor.skip(*length))
-            return false;
+    while (walk.next()) {
     }
-    return (cursor.readU8().value_or(0) & 1U) != 0;
+    constexpr std::byte framingBit{1};
+    return walk.isComplete() && walk.position() < body.size() &&
+           (body[walk.position()] & framingBit) != std::byte{0};
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Formats/ByteWindow.h"
 #include "Formats/FlacBlock.h"
 #include "Formats/Id3Terminator.h"
+#include "Formats/VorbisCommentWalk.h"
 #include "Services/Lyrics/LyricsDecoding.h"
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Utils/FileURL.h"
@@ -62,18 +63,11 @@ std::optional<Lyrics> parseID3USLT(QByteArrayView payload) {
 }
 
 std::optional<Lyrics> parseVorbisCommentBlockForLyrics(QByteArrayView block) {
-    ByteCursor cursor(
-        std::as_bytes(std::span(block.data(), static_cast<std::size_t>(block.size()))));
-    const auto vendorLength = cursor.readU32le();
-    if (!vendorLength || !cursor.skip(*vendorLength))
-        return std::nullopt;
-    const std::uint32_t count = cursor.readU32le().value_or(0);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const auto length = cursor.readU32le();
-        const auto comment = length ? cursor.readBytes(*length) : std::nullopt;
-        if (!comment)
-            return std::nullopt;
-        if (const auto lyrics = lyricsOfComment(*comment))
+    const auto bytes = std::as_bytes(std::span(block));
+    auto walk = walkVorbisComments(bytes);
+    while (const auto comment = walk.next()) {
+        if (const auto lyrics =
+                lyricsOfComment(bytes.subspan(comment->begin, comment->end - comment->begin)))
             return parseSyncedElsePlain(*lyrics);
     }
     return std::nullopt;
@@ -83,16 +77,13 @@ std::optional<Lyrics> readFlacVorbisLyrics(const media::ByteSource& source) {
     media::ByteWindow window(source);
     if (window.size() < shortestFlacFile || !window.matches(0, "fLaC"))
         return std::nullopt;
-    std::uint64_t offset = 4;
-    while (const auto block = media::readFlacBlock(window, offset)) {
-        if (block->type == media::FlacBlockHeader::VorbisComment) {
-            const QByteArray body = window.copy(block->begin, block->end - block->begin);
-            if (auto lyrics = parseVorbisCommentBlockForLyrics(body))
-                return lyrics;
-        }
-        if (block->isLast)
-            return std::nullopt;
-        offset = block->end;
+    media::FlacBlockWalk walk(window, 0);
+    while (const auto block = walk.next()) {
+        if (block->type != media::FlacBlockHeader::VorbisComment)
+            continue;
+        const QByteArray body = window.copy(block->begin, block->end - block->begin);
+        if (auto lyrics = parseVorbisCommentBlockForLyrics(body))
+            return lyrics;
     }
     return std::nullopt;
 }

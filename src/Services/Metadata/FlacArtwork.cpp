@@ -20,18 +20,17 @@ QImage flacEmbeddedArtwork(const FileURL& url, PictureBudget& budget) {
     media::ByteWindow window(*file);
     if (!window.matches(0, "fLaC"))
         return {};
-    auto block = media::readFlacBlock(window, 4);
-    while (block) {
-        if (block->type == media::FlacBlockHeader::Picture) {
-            const std::uint64_t length = block->end - block->begin;
-            if (!budget.takeBytes(static_cast<qint64>(length)))
-                return {};
-            const QByteArray body = file->copy(block->begin, length);
-            QImage image = parseFlacPictureBlock(std::as_bytes(std::span(body)), budget);
-            if (!image.isNull())
-                return image;
-        }
-        block = block->isLast ? std::nullopt : media::readFlacBlock(window, block->end);
+    media::FlacBlockWalk walk(window, 0);
+    while (const auto block = walk.next()) {
+        if (block->type != media::FlacBlockHeader::Picture)
+            continue;
+        const std::uint64_t length = block->end - block->begin;
+        if (!budget.takeBytes(static_cast<qint64>(length)))
+            return {};
+        const QByteArray body = file->copy(block->begin, length);
+        QImage image = parseFlacPictureBlock(std::as_bytes(std::span(body)), budget);
+        if (!image.isNull())
+            return image;
     }
     return {};
 }
