@@ -1,6 +1,6 @@
 #include "Playback/FFmpeg/FFmpegDecoder.h"
 
-#include "Playback/FFmpeg/FlacFrameNumber.h"
+#include "Formats/FlacFrame.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

@@ -1,0 +1,95 @@
+#include "Formats/FlacFrame.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace tamsy {
+namespace {
+
+/// A number in the way of UTF-8, of up to 36 bits.
+std::optional<std::uint64_t> readCodedNumber(ByteCursor& cursor) {
+    const auto first = cursor.readU8();
+    if (!first)
+        return std::nullopt;
+    const int length = std::countl_one(*first);
+    if (length == 0)
+        return *first;
+    if (length == 1 || length > 7)
+        return std::nullopt;
+    std::uint64_t number = *first & (0x7FU >> static_cast<unsigned>(length));
+    for (int i = 1; i < length; ++i) {
+        const auto next = cursor.readU8();
+        if (!next || (*next & 0xC0U) != 0x80U)
+            return std::nullopt;
+        number = number << 6U | (*next & 0x3FU);
+    }
+    return number;
+}
+
+std::optional<std::uint32_t> readBlockSize(ByteCursor& cursor, unsigned code) {
+    const auto plusOne = [](auto value) {
+        return value ? std::optional(std::uint32_t{*value} + 1) : std::nullopt;
+    };
+    switch (code) {
+    case 0:
+        return std::nullopt;
+    case 1:
+        return 192;
+    case 6:
+        return plusOne(cursor.readU8());
+    case 7:
+        return plusOne(cursor.readU16());
+    default:
+        return code < 6 ? 576U << (code - 2) : 256U << (code - 8);
+    }
+}
+
+bool skipSampleRate(ByteCursor& cursor, unsigned code) {
+    constexpr unsigned invalid = 15;
+    return code != invalid && cursor.skip(code < 12 ? 0 : code == 12 ? 1 : 2);
+}
+
+/// CRC-8 with the polynomial x⁸ + x² + x + 1.
+std::uint8_t checksumOf(ByteCursor::Bytes bytes) {
+    unsigned sum = 0;
+    for (const std::byte byte : bytes) {
+        sum ^= std::to_integer<unsigned>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            sum = (sum << 1U ^ ((sum & 0x80U) != 0 ? 0x07U : 0U)) & 0xFFU;
+    }
+    return static_cast<std::uint8_t>(sum);
+}
+
+} // namespace
+
+std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes) {
+    constexpr std::uint16_t syncAndReserved = 0xFFFE, sync = 0xFFF8;
+    ByteCursor cursor(bytes);
+    const auto start = cursor.readU16();
+    const auto sizes = cursor.readU8();
+    const auto channels = cursor.readU8();
+    constexpr unsigned channelModes = 11;
+    if (!channels || (*start & syncAndReserved) != sync || *channels >> 4U >= channelModes ||
+        (*channels & 1U) != 0)
+        return std::nullopt;
+    const auto number = readCodedNumber(cursor);
+    const auto blockSize = number ? readBlockSize(cursor, *sizes >> 4U) : std::nullopt;
+    if (!blockSize || !skipSampleRate(cursor, *sizes & 15U))
+        return std::nullopt;
+    const auto checksum = checksumOf(bytes.first(cursor.position()));
+    if (cursor.readU8() != checksum)
+        return std::nullopt;
+    return FlacFrameHeader{
+        .countsSamples = (*start & 1U) != 0, .number = *number, .blockSize = *blockSize};
+}
+
+std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame, ByteCursor::Bytes streamInfo) {
+    const auto header =
+        parseFlacFrameHeader(frame.first(std::min(frame.size(), FlacFrameHeader::maxSize)));
+    const auto blockSize = ByteCursor(streamInfo).readU16();
+    if (!header || !blockSize)
+        return std::nullopt;
+    return static_cast<std::int64_t>(header->firstSample(*blockSize));
+}
+
+} // namespace tamsy

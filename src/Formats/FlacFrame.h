@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Formats/ByteCursor.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace tamsy {
+
+/// The header of a FLAC frame (RFC 9639, section 9.1).
+struct FlacFrameHeader {
+    static constexpr std::size_t maxSize = 16;
+
+    bool countsSamples = false; ///< else `number` counts frames
+    std::uint64_t number = 0;
+    std::uint32_t blockSize = 0; ///< samples in the frame
+
+    /// The number of the first sample. `streamBlockSize` is what STREAMINFO tells first.
+    [[nodiscard]] std::uint64_t firstSample(std::uint32_t streamBlockSize) const {
+        return countsSamples ? number : number * streamBlockSize;
+    }
+};
+
+/// Nothing if the bytes start no frame, by the header's checksum as well.
+[[nodiscard]] std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes);
+
+/// The number of a frame's first sample.
+/// @param streamInfo the body of the STREAMINFO block. Nothing if either is damaged.
+[[nodiscard]] std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame,
+                                                          ByteCursor::Bytes streamInfo);
+
+} // namespace tamsy
