@@ -24,6 +24,11 @@ struct FlacFrameHeader {
 /// Nothing if the bytes start no frame, by the header's checksum as well.
 [[nodiscard]] std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes);
 
+/// Samples of a stream up to the end of the last frame in `tail`, its last bytes. Nothing if no frame
+/// starts there.
+[[nodiscard]] std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail,
+                                                         std::uint32_t streamBlockSize);
+
 /// The number of a frame's first sample.
 /// @param streamInfo the body of the STREAMINFO block. Nothing if either is damaged.
 [[nodiscard]] std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame,

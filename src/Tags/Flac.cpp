@@ -1,46 +1,75 @@
 #include "Tags/Flac.h"
 
 #include "Formats/FlacBlock.h"
+#include "Formats/FlacFrame.h"
 #include "Tags/VorbisComment.h"
+
+#include <algorithm>
 
 namespace tamsy::media {
 
 namespace {
 
-constexpr std::uint64_t smallestFrame = 11;
-constexpr std::uint64_t mostFrameSamples = 65'535;
+constexpr std::size_t streamInfoSize = 18; ///< of what is read of it
+constexpr std::uint64_t minFrameSize = 11;
+constexpr std::uint64_t maxFrameSamples = 65'535;
+
+struct StreamInfo {
+    std::uint32_t blockSize = 0;
+    std::uint64_t sampleRate = 0;
+    std::uint64_t samples = 0; ///< 0 if unknown
+};
+
+StreamInfo parseStreamInfo(ByteCursor cursor) {
+    StreamInfo info;
+    info.blockSize = cursor.readU16().value_or(0);
+    constexpr std::uint64_t maxBlockAndFrameSizes = 8;
+    if (!cursor.skip(maxBlockAndFrameSizes))
+        return info;
+    // 20 bits of sample rate, 3 of channels, 5 of sample size, 36 of samples.
+    const std::uint64_t packed = cursor.readU64().value_or(0);
+    info.sampleRate = packed >> 44U;
+    info.samples = packed & 0xFFFFFFFFFU;
+    return info;
+}
+
+/// The frames know their numbers where the header doesn't know the total.
+std::uint64_t samplesByLastFrame(const ByteSource& source, std::uint32_t blockSize) {
+    constexpr std::size_t tailSize = std::size_t{64} * 1024;
+    ByteWindow window(source, tailSize);
+    const Bytes tail =
+        window.readUpTo(source.size() - std::min<std::uint64_t>(tailSize, source.size()), tailSize);
+    return flacEndSample(tail, blockSize).value_or(0);
+}
+
+double durationOf(const ByteSource& source, const StreamInfo& info) {
+    if (info.sampleRate == 0)
+        return 0;
+    const bool isPossible = info.samples / maxFrameSamples <= source.size() / minFrameSize;
+    const std::uint64_t samples = info.samples != 0 && isPossible
+                                      ? info.samples
+                                      : samplesByLastFrame(source, info.blockSize);
+    return static_cast<double>(samples) / static_cast<double>(info.sampleRate);
+}
 
 } // namespace
 
-double flacDuration(Bytes streamInfo, std::uint64_t streamBytes) {
-    ByteCursor cursor(streamInfo);
-    if (!cursor.skip(10))
-        return 0;
-    // 20 bits of sample rate, 3 of channels, 5 of sample size, 36 of samples.
-    const std::uint64_t packed = cursor.readU64().value_or(0);
-    const std::uint64_t sampleRate = packed >> 44U;
-    const std::uint64_t samples = packed & 0xFFFFFFFFFU;
-    if (sampleRate == 0 || samples / mostFrameSamples > streamBytes / smallestFrame)
-        return 0;
-    return static_cast<double>(samples) / static_cast<double>(sampleRate);
-}
-
 double readFlac(MediaParse& parse, std::uint64_t offset) {
-    double seconds = 0;
+    StreamInfo info;
     FlacBlockWalk walk(parse.window, offset);
     for (int count = 0; count < mostEntries; ++count) {
         const auto block = walk.next();
         if (!block)
             break;
-        if (block->type == FlacBlockHeader::StreamInfo && block->end - block->begin >= 18)
-            seconds =
-                flacDuration(parse.window.read(block->begin, 18), parse.window.size() - offset);
+        if (block->type == FlacBlockHeader::StreamInfo)
+            info = parseStreamInfo(ByteCursor(parse.window.readUpTo(
+                block->begin, std::min(streamInfoSize, block->end - block->begin))));
         if (block->type != FlacBlockHeader::VorbisComment)
             continue;
         readVorbisComments(parse.items, parse.source, parse.window, block->begin, block->end);
         break; // Only pictures and padding follow the comments, far apart.
     }
-    return seconds;
+    return parse.wantsDuration ? durationOf(*parse.source, info) : 0;
 }
 
 } // namespace tamsy::media

@@ -9,7 +9,4 @@ namespace tamsy::media {
 /// cover walks them.
 [[nodiscard]] double readFlac(MediaParse& parse, std::uint64_t offset);
 
-/// The length that a STREAMINFO block's body gives for a stream of `streamBytes`.
-[[nodiscard]] double flacDuration(Bytes streamInfo, std::uint64_t streamBytes);
-
 } // namespace tamsy::media

@@ -94,6 +94,7 @@ const Row rows[] = {
     {"ogg-vorbis.ogg", nocturne},
     {"ogg-opus.ogg", nocturne},
     {"oga-flac.oga", nocturne},
+    {"flac-without-total.flac", nocturne},
     {"wav-info.wav", nocturne, mutagen},
     {"wav-id3.wav", nocturne},
     {"wav-info-and-id3.wav", nocturne, mutagen | ffprobe},
