@@ -52,6 +52,12 @@ class OggPacketWalk {
     /// The next packet; null at the end, and for one that no tag is as long as (64 MiB).
     [[nodiscard]] std::shared_ptr<const OggPacket> next();
 
+    /// The page that the latest packet ended on.
+    [[nodiscard]] const OggPage& page() const { return page_; }
+
+    /// Whether that packet is the page's last, and none is begun after it.
+    [[nodiscard]] bool isAtPageEnd() const { return lace_ == page_.laces.size(); }
+
   private:
     [[nodiscard]] bool readNextPage();
 

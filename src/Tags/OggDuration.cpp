@@ -1,0 +1,141 @@
+#include "Tags/OggDuration.h"
+
+#include "Formats/FlacFrame.h"
+#include "Formats/OggPackets.h"
+#include "Formats/OggSamples.h"
+
+#include <algorithm>
+
+namespace tamsy::media {
+
+namespace {
+
+// The last page begins within the longest page's size of the end; most end within far less.
+constexpr std::uint64_t tailSizes[] = {8192, 66'000};
+
+constexpr int mostFlacBlocks = 64;
+
+using Packet = std::shared_ptr<const OggPacket>;
+
+QByteArray startOf(const Packet& packet, std::size_t length) {
+    return packet->copy(0, std::min<std::uint64_t>(packet->size(), length));
+}
+
+Bytes bytesOf(const QByteArray& bytes) {
+    return std::as_bytes(std::span(bytes));
+}
+
+/// Samples in the packets that it is given in a row.
+class SampleCounter {
+  public:
+    /// Takes the stream's header packets off `walk`; nothing if they are damaged.
+    static std::optional<SampleCounter> start(OggPacketWalk& walk, const OggStream& stream) {
+        SampleCounter counter(stream);
+        const Packet identification = walk.next();
+        const Packet comments = walk.next();
+        if (!comments || stream.codec != OggCodec::Vorbis)
+            return comments ? std::optional(counter) : std::nullopt;
+        const Packet setup = walk.next();
+        if (!setup)
+            return std::nullopt;
+        const QByteArray first = startOf(identification, 30);
+        const QByteArray third = setup->copy(0, setup->size());
+        counter.blockSizes_ = VorbisBlockSizes::parse(bytesOf(first), bytesOf(third));
+        return counter.blockSizes_ ? std::optional(counter) : std::nullopt;
+    }
+
+    std::uint64_t samplesOf(const Packet& packet) {
+        if (stream_.codec == OggCodec::Speex)
+            return stream_.packetSamples;
+        const QByteArray start = startOf(packet, 2);
+        if (stream_.codec == OggCodec::Opus)
+            return opusSamples(bytesOf(start));
+        const std::uint32_t block = start.isEmpty() ? 0 : blockSizes_->of(bytesOf(start).front());
+        const std::uint64_t samples = before_ == 0 ? 0 : (before_ + block) / 4;
+        before_ = block;
+        return samples;
+    }
+
+  private:
+    explicit SampleCounter(const OggStream& stream) : stream_(stream) {}
+
+    OggStream stream_;
+    std::optional<VorbisBlockSizes> blockSizes_;
+    std::uint32_t before_ = 0; // size of the block before
+};
+
+/// FLAC's frames tell their numbers.
+std::uint64_t firstFlacSample(OggPacketWalk& walk) {
+    constexpr std::size_t streamInfo = 17; // offset in the first packet
+    const Packet identification = walk.next();
+    if (!identification)
+        return 0;
+    const QByteArray info = identification->copy(streamInfo, 2);
+    for (int count = 0; count < mostFlacBlocks; ++count) {
+        const Packet packet = walk.next();
+        if (!packet)
+            break;
+        const QByteArray start = startOf(packet, FlacFrameHeader::maxSize);
+        if (const auto number = flacFrameNumber(bytesOf(start), bytesOf(info)))
+            return static_cast<std::uint64_t>(*number);
+    }
+    return 0;
+}
+
+/// The granule that the file's first sample follows.
+std::uint64_t firstGranule(MediaParse& parse, const OggStream& stream) {
+    OggPacketWalk walk(parse.source, parse.window, stream.offset, stream.serial);
+    if (stream.codec == OggCodec::Flac)
+        return firstFlacSample(walk);
+    auto counter = SampleCounter::start(walk, stream);
+    if (!counter)
+        return 0;
+    // The first page's granule counts what ends on it.
+    std::optional<std::uint64_t> granule;
+    std::uint64_t page = 0;
+    std::uint64_t samples = 0;
+    while (const Packet packet = walk.next()) {
+        if (granule && walk.page().body != page)
+            break;
+        granule = walk.page().granule;
+        page = walk.page().body;
+        samples += counter->samplesOf(packet);
+        if (walk.isAtPageEnd())
+            break;
+    }
+    return granule ? *granule - std::min(*granule, samples) : 0;
+}
+
+/// The granule that the stream's last whole page among the file's last `length` bytes ends at.
+std::optional<std::uint64_t> lastGranule(const ByteSource& source, std::uint64_t length,
+                                         std::uint32_t serial) {
+    const std::uint64_t begin = source.size() - std::min(length, source.size());
+    ByteWindow window(source, static_cast<std::size_t>(length));
+    const Bytes tail = window.readUpTo(begin, length);
+    std::size_t place = asText(tail).rfind("OggS");
+    while (place != std::string_view::npos) {
+        const auto header = parseOggPageHeader(tail.subspan(place));
+        const bool isWhole = header && header->size() + header->bodySize <= tail.size() - place;
+        if (isWhole && header->serial == serial && header->granule != OggPageHeader::noGranule)
+            return header->granule;
+        place = place == 0 ? std::string_view::npos : asText(tail).rfind("OggS", place - 1);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+double oggDuration(MediaParse& parse, const OggStream& stream) {
+    if (stream.sampleRate == 0)
+        return 0;
+    for (const std::uint64_t length : tailSizes) {
+        const auto granule = lastGranule(*parse.source, length, stream.serial);
+        if (!granule)
+            continue;
+        const std::uint64_t unheard = firstGranule(parse, stream) + stream.preSkip;
+        return static_cast<double>(*granule - std::min(*granule, unheard)) / stream.sampleRate;
+    }
+    return 0;
+}
+
+} // namespace tamsy::media
