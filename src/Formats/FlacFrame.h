@@ -24,8 +24,8 @@ struct FlacFrameHeader {
 /// Nothing if the bytes start no frame, by the header's checksum as well.
 [[nodiscard]] std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes);
 
-/// Samples of a stream up to the end of the last frame in `tail`, its last bytes. Nothing if no frame
-/// starts there.
+/// Samples of a stream up to the end of the last frame in `tail`, its last bytes. Nothing if no
+/// frame starts there.
 [[nodiscard]] std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail,
                                                          std::uint32_t streamBlockSize);
 

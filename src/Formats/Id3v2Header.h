@@ -17,6 +17,7 @@ namespace tamsy {
 /// The header of an ID3v2 tag (id3.org, versions 2.2 to 2.4).
 struct Id3v2Header {
     static constexpr std::size_t size = 10;
+    static constexpr int maxTags = 8; ///< in a row, by taggers that know nothing of each other
 
     unsigned version = 0; ///< the 4 of 2.4
     bool isUnsynchronised = false;
@@ -30,7 +31,9 @@ struct Id3v2Header {
     }
 };
 
-/// Nothing if the bytes start no tag.
-[[nodiscard]] std::optional<Id3v2Header> parseId3v2Header(ByteCursor::Bytes bytes);
+/// Nothing if the bytes start no tag. Some programs wrote a plain size instead of a sync-safe one,
+/// which counts if the tag then ends within `available` bytes.
+[[nodiscard]] std::optional<Id3v2Header> parseId3v2Header(ByteCursor::Bytes bytes,
+                                                          std::uint64_t available);
 
 } // namespace tamsy

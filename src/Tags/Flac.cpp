@@ -46,9 +46,8 @@ double durationOf(const ByteSource& source, const StreamInfo& info) {
     if (info.sampleRate == 0)
         return 0;
     const bool isPossible = info.samples / maxFrameSamples <= source.size() / minFrameSize;
-    const std::uint64_t samples = info.samples != 0 && isPossible
-                                      ? info.samples
-                                      : samplesByLastFrame(source, info.blockSize);
+    const std::uint64_t samples =
+        info.samples != 0 && isPossible ? info.samples : samplesByLastFrame(source, info.blockSize);
     return static_cast<double>(samples) / static_cast<double>(info.sampleRate);
 }
 

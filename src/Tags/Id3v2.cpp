@@ -19,7 +19,7 @@ constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{64} * 1024 * 10
 std::optional<Id3v2Header> readHeader(ByteWindow& window, std::uint64_t offset, std::uint64_t end) {
     if (offset > end || end - offset < Id3v2Header::size)
         return std::nullopt;
-    return parseId3v2Header(window.read(offset, Id3v2Header::size));
+    return parseId3v2Header(window.read(offset, Id3v2Header::size), end - offset);
 }
 
 bool hasKnownFrames(const Id3v2Header& header) {
@@ -180,8 +180,7 @@ std::uint64_t readTag(MediaParse& parse, const Id3v2Header& header, std::uint64_
 } // namespace
 
 std::uint64_t readId3v2Tags(MediaParse& parse, std::uint64_t offset, std::uint64_t end) {
-    // Two or three tags in a row are an old writer's slip; more are no accident.
-    for (int tags = 0; tags < 8; ++tags) {
+    for (int tag = 0; tag < Id3v2Header::maxTags; ++tag) {
         const auto header = readHeader(parse.window, offset, end);
         if (!header)
             break;

@@ -61,6 +61,7 @@ const Row rows[] = {
      mutagen | ffprobe},
     {"mp3-v23-two-tags.mp3", nocturne, mutagen},
     {"mp3-v23-size-beyond-frames.mp3", nocturne},
+    {"mp3-v23-plain-size.mp3", nocturne, mutagen | ffprobe},
     {"mp3-v1.mp3", {u"A plain title"_qs, u"An artist"_qs, u"An album"_qs}},
     {"mp3-v1-gbk-cut.mp3",
      {u"a夜的第七章里夜的第七章里夜的"_qs, u"周杰伦"_qs, u""_qs},

@@ -25,9 +25,6 @@ constexpr std::int64_t seekCost = 256;
 
 constexpr int bufferSize = 64 * 1024; // bytes: some two seconds of compressed sound a call
 
-/// Taggers that know nothing of each other put one tag ahead of the other.
-constexpr int mostTags = 4;
-
 } // namespace
 
 std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<bool>& abandoned) {
@@ -39,7 +36,7 @@ std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<b
     struct stat status {};
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || !input->context_)
         return nullptr;
-    for (int tag = 0; tag < mostTags; ++tag)
+    for (int tag = 0; tag < Id3v2Header::maxTags; ++tag)
         input->start_ += input->leadingTagSize();
     return input;
 }
@@ -135,7 +132,8 @@ std::int64_t FileInput::size() const {
 /// The length of an ID3v2 tag where the sound would begin, 0 if there is none.
 std::int64_t FileInput::leadingTagSize() const {
     std::array<std::byte, Id3v2Header::size> bytes{};
-    const auto header = parseId3v2Header(readAt(0, bytes));
+    const std::int64_t available = std::max<std::int64_t>(0, size());
+    const auto header = parseId3v2Header(readAt(0, bytes), static_cast<std::uint64_t>(available));
     return header ? static_cast<std::int64_t>(header->tagSize()) : 0;
 }
 
