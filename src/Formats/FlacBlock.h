@@ -13,7 +13,7 @@ struct FlacBlockHeader {
 
     enum Type : std::uint8_t { StreamInfo = 0, VorbisComment = 4, Picture = 6 };
 
-    std::uint8_t type = 0; ///< a `Type`, or one that nobody here reads
+    std::uint8_t type = 0; ///< a `Type`, or one that isn't read here
     bool isLast = false;
     std::uint32_t length = 0; ///< bytes of the body
 };

@@ -10,8 +10,8 @@ namespace tamsy::media {
 
 namespace {
 
-// A whole tag's unsynchronisation can only be undone from the front, byte by byte. A scan doesn't
-// wait for a picture larger than this.
+// Unsynchronisation of a whole tag can only be undone from its start, byte by byte. A scan doesn't
+// read through a picture larger than this.
 constexpr std::uint64_t longestScannedTag = std::uint64_t{4} * 1024 * 1024;
 constexpr std::uint64_t longestUnsynchronisedTag = std::uint64_t{64} * 1024 * 1024;
 
@@ -26,13 +26,13 @@ bool hasKnownFrames(const Id3v2Header& header) {
     return header.version >= 2 && header.version <= 4;
 }
 
-/// The frames of one tag, in a file or, once unsynchronisation is undone, in memory.
+/// The frames of one tag, in a file or, without unsynchronisation, in memory.
 class FrameWalk {
   public:
     FrameWalk(MediaParse& parse, const Id3v2Header& header, SharedSource source, ByteWindow& window)
         : parse_(parse), header_(header), source_(std::move(source)), window_(window) {}
 
-    /// Reads the frames between the two places; gives the place behind the last one.
+    /// Reads the frames between two offsets. Returns the offset after the last one.
     std::uint64_t run(std::uint64_t position, std::uint64_t end) {
         if (header_.hasExtendedHeader)
             position = behindExtendedHeader(position, end);
@@ -81,8 +81,8 @@ class FrameWalk {
         return frame.size <= end - frame.offset ? std::optional(frame) : std::nullopt;
     }
 
-    /// The name's letters: four, or three of version 2.2, which some writers fill up with a NUL in
-    /// later versions.
+    /// The length of the name: four letters, or three in version 2.2 and, padded with a NUL, in
+    /// later versions by some programs.
     static std::optional<std::string_view> nameLetters(std::string_view name) {
         if (name.size() == 4 && name.back() == '\0')
             name.remove_suffix(1);
@@ -95,7 +95,8 @@ class FrameWalk {
         return std::ranges::all_of(bytes, [](std::byte byte) { return byte == std::byte{0}; });
     }
 
-    /// The next frame after damage: a text, or what another frame, padding or the end follows.
+    /// The next frame after damage: a text frame, or one followed by another frame, padding or the
+    /// end.
     std::optional<Id3Frame> findFrameAfter(std::uint64_t position, std::uint64_t end) {
         constexpr std::uint64_t farthest = 4096;
         const std::uint64_t last = std::min(end, position + farthest);
@@ -130,8 +131,8 @@ class FrameWalk {
         frame.hasLength = (flags & 0x01U) != 0;
     }
 
-    // Some writers of 2.4 give plain sizes. The reading that leads to another frame, to padding or
-    // to the end of the tag is the right one.
+    // Some programs write sizes in 2.4 that aren't sync-safe. The interpretation that leads to
+    // another frame, to padding or to the end of the tag is the right one.
     std::uint64_t sizeOfV24(std::uint32_t raw, std::uint64_t body, std::uint64_t end) {
         if ((raw & 0x80808080U) != 0)
             return raw;

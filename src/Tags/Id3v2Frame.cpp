@@ -13,8 +13,7 @@ namespace tamsy::media {
 
 namespace {
 
-// A compressed frame may say a thousand times as much as it has bytes. No cover is larger than this
-// and compressed once more.
+// A compressed frame can expand a thousandfold. No compressed cover is larger than this.
 constexpr qsizetype longestPackedData = qsizetype{4} * 1024 * 1024;
 
 constexpr std::pair<std::string_view, std::string_view> renamedFrames[] = {
@@ -44,21 +43,21 @@ std::optional<CommonKey> commonKeyOf(std::string_view name) {
     return std::nullopt;
 }
 
-/// The frame's payload from its bytes in the tag: unsynchronisation, grouping, length and
-/// compression undone, in the order in which they were put on. At most `limit` bytes are unpacked.
+/// The frame's payload from its bytes in the tag, without unsynchronisation, group and length
+/// bytes, decompressed up to `limit` bytes.
 QByteArray payloadOf(const Id3Frame& frame, QByteArray bytes, qsizetype limit) {
     if (frame.isEncrypted)
         return {};
     if (frame.isUnsynchronised)
         bytes = undoUnsynchronisation(bytes);
-    // 2.3 puts the length before the group, 2.4 behind it; both are passed over.
+    // The length precedes the group byte in 2.3 and follows it in 2.4; both are skipped.
     const qsizetype extra = (frame.isGrouped ? 1 : 0) + (frame.hasLength ? 4 : 0);
     if (extra > 0)
         bytes.remove(0, std::min(extra, bytes.size()));
     return frame.isCompressed ? inflated(bytes, limit) : bytes;
 }
 
-/// The text up to its first terminator, and what follows.
+/// The text up to its first terminator, and the rest.
 std::pair<QByteArrayView, QByteArrayView> splitAtTerminator(QByteArrayView bytes, char encoding) {
     const qsizetype unit = id3UnitSize(encoding);
     const qsizetype end = findId3Terminator(bytes, unit);
@@ -79,12 +78,12 @@ TagText decode(QByteArrayView bytes, char encoding) {
     }
 }
 
-/// The picture's own bytes behind the frame's encoding, format, kind and description. Version 2.2
-/// names the format in three letters, later ones in a terminated text.
+/// The encoded picture, which follows encoding, format, type and description. The format is three
+/// letters in version 2.2 and a terminated text in later ones.
 QByteArray pictureOf(QByteArrayView payload, bool isVersion22) {
     if (payload.size() < 5)
         return {};
-    // Some writers mix the name of the one with the body of the other.
+    // Some programs mix the name of one version with the body of the other.
     const bool isFormatTerminated = !isVersion22 || payload.sliced(1).startsWith("image/");
     const QByteArrayView behindFormat =
         !isFormatTerminated ? payload.sliced(4) : splitAtTerminator(payload.sliced(1), 0).second;
@@ -105,7 +104,7 @@ std::function<QByteArray()> dataReader(const Id3Frame& frame, const SharedSource
 }
 
 void addDecoded(ItemCollector& items, MediaItem item, TagText text) {
-    // The bytes of a text that says nothing, its encoding and language, would be taken for one.
+    // The bytes of an empty text, its encoding and language, would be taken for text.
     if (text.undecided.isEmpty() && joinedValues(text.decoded).isEmpty())
         item.readData = nullptr;
     items.add(std::move(item), std::move(text));
@@ -136,8 +135,8 @@ bool isText(std::string_view name) {
     return name.front() == 'T' || name == "USLT" || name == "COMM" || name == "SYLT";
 }
 
-/// The payload of a frame of text; nothing if it is none, or is longer than what is wanted. What
-/// fills the room when it is unpacked would have gone on.
+/// The payload of a text frame; nothing if it isn't one or is longer than wanted. A compressed one
+/// that reaches the limit counts as longer.
 std::optional<QByteArray> textPayload(ItemCollector& items, const Id3Frame& frame,
                                       std::optional<CommonKey> key, ByteWindow& window) {
     if (!isText(frame.name) || !items.wantsText(key, frame.size))
@@ -153,7 +152,8 @@ std::optional<QByteArray> textPayload(ItemCollector& items, const Id3Frame& fram
                : std::nullopt;
 }
 
-/// Whether the frame's bytes may be asked for. A compressed text says all in its decoded form.
+/// Whether the frame's bytes are available on request. Not those of a compressed text, which is
+/// decoded already.
 bool keepsData(ItemCollector& items, const Id3Frame& frame) {
     return !frame.isCompressed || (frame.name.front() != 'T' && items.wantsPackedData());
 }

@@ -7,7 +7,7 @@
 
 namespace tamsy::media {
 
-/// One frame of an ID3v2 tag: where its body stands, and what has been done to it.
+/// A frame of an ID3v2 tag: the offset of its body and how that is encoded.
 struct Id3Frame {
     std::string name;
     std::uint64_t offset = 0;
@@ -20,13 +20,13 @@ struct Id3Frame {
     bool hasLength = false;
 };
 
-/// Whether `name` has only the letters and digits of a frame's name.
+/// Whether `name` consists of the letters and digits of a frame name.
 [[nodiscard]] bool isFrameName(std::string_view name);
 
-/// The four-letter name of a frame that version 2.2 calls by three letters; other names unchanged.
+/// The four-letter name for a three-letter name of version 2.2; other names are unchanged.
 [[nodiscard]] std::string fourLetterName(std::string_view name);
 
-/// Hands the frame's item to `items` if it is wanted. `window` stands over `source`.
+/// Adds the frame's item to `items` if it is wanted. `window` is a window over `source`.
 void readFrame(ItemCollector& items, const Id3Frame& frame, const SharedSource& source,
                ByteWindow& window);
 
