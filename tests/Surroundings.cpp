@@ -1,7 +1,7 @@
-// Every test program holds this. Before main it replaces what belongs to the developer, so that a
-// test started by hand touches as little as one that CTest starts: a home of its own that goes with
-// the process, no session or system bus, no sound server or card, no display. The scripts that
-// bring a server of their own say so in the environment, and theirs stays.
+// Part of every test program. Before main it isolates the process from the developer's session,
+// even if it was started by hand: a temporary home directory, no session or system bus, no sound
+// server or card, no display. Servers started by our scripts, which an environment variable
+// announces, stay reachable.
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,12 +24,12 @@ class Surroundings {
     Surroundings() {
         std::string pattern = (std::filesystem::temp_directory_path() / "test.XXXXXX").string();
         if (::mkdtemp(pattern.data()) == nullptr)
-            std::abort(); // rather than run in the developer's home
+            std::abort(); // instead of running in the developer's home
         home_ = pattern;
         set("HOME", home_);
         for (const char* kind : {"CONFIG", "DATA", "CACHE", "STATE"})
             set((std::string("XDG_") + kind + "_HOME").c_str(), home_ / kind);
-        set("XDG_RUNTIME_DIR", home_); // as private as mkdtemp made it
+        set("XDG_RUNTIME_DIR", home_); // private, as mkdtemp created it
         set("LC_ALL", "C.UTF-8");
         const std::string nobody = "unix:path=/nonexistent";
         if (!isSet("TAMSY_PRIVATE_BUS")) {
@@ -37,7 +37,7 @@ class Surroundings {
             set("DBUS_SYSTEM_BUS_ADDRESS", nobody);
         }
         if (!isSet("TAMSY_SOUND_SERVER_PID")) {
-            // Devices then run in real time all the same, and in silence.
+            // Devices then run silently in real time.
             set("PULSE_SERVER", "unix:/nonexistent");
             set("ALSA_CONFIG_PATH", "/dev/null");
         }
@@ -66,10 +66,10 @@ const Surroundings surroundings;
 
 } // namespace
 
-// What the libraries of others keep until the process ends is no leak of ours: the sound libraries
-// a few records of each connection and device; Qt Quick's software renderer the textures of a
-// closed window, whose stacks hold no frame that tells them from other pixmaps of Qt's.
-// The leak check looks for these names: NOLINTBEGIN(bugprone-reserved-identifier)
+// Libraries keep some memory until the process ends, which isn't our leak: the sound libraries a
+// few records per connection and device; Qt Quick's software renderer the textures of a closed
+// window, whose stacks can't be told from those of Qt's other pixmaps. The leak check looks for
+// these names: NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libpulse\nleak:libSDL2\nleak:libQt6Quick.so\nleak:libQt6Gui.so\n";

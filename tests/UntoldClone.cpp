@@ -1,7 +1,7 @@
-// Keeps the race detector's hands off Qt's child processes. Qt starts them by a clone() that shares
-// our memory; the detector (GCC 12's) takes that for a fork, does its bookkeeping for the child in
-// what are the parent's own records, and from then on no longer sees the parent's locks. The
-// libraries' clone() is this one, which goes straight to the system's.
+// Hides Qt's child processes from the race detector. Qt starts them with a clone() that shares our
+// memory; GCC 12's detector treats that as a fork, updates the child's state in the parent's
+// records, and then no longer sees the parent's locks. This clone() replaces the detector's and
+// calls the system.
 
 #include <sched.h>
 

@@ -19,7 +19,7 @@ TEST(LegacyText, IsJudgedByAllTextsOfATagTogether) {
         {{"\xD0\xA1\xC9\xA1", "\xD6\xDC\xBD\xDC\xC2\xD7"},
          Gb18030}, // its first text is valid UTF-8
         {{"Jay \xD6\xDC\xBD\xDC\xC2\xD7 live"}, Gb18030},
-        {{"\x8F\x9C\x81\xB1"}, Gb18030}, // rare characters, but Latin-1 has no such letters
+        {{"\x8F\x9C\x81\xB1"}, Gb18030}, // rare characters, but not letters in Latin-1
         {{"Sigur R\xF3s", "\xC1g\xE6tis byrjun"}, Windows1252},
         {{"Bj\xF6rk", "D\xE9j\xE0 vu"}, Windows1252},
         {{"Caf\xE9 del Mar"}, Windows1252},

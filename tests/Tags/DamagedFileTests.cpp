@@ -14,12 +14,12 @@ using namespace std::string_literals;
 
 namespace {
 
-// In processor time, since the machine may be busy with other things. An instrumented build takes
-// ten times as long as the program; what the limit is for is a reader without end.
+// In processor time, since the machine may be busy. The limit is to find endless readers; an
+// instrumented build takes ten times as long.
 constexpr double secondsToScan = 0.3;
 constexpr double secondsToReadAll = 3;
 
-// What a file's texts may fill memory with, in UTF-16 units.
+// The limit for the texts of a file, in UTF-16 units.
 constexpr qsizetype lengthToScan = qsizetype{256} * 1024;
 constexpr qsizetype lengthToReadAll = qsizetype{8} * 1024 * 1024;
 
@@ -34,7 +34,7 @@ qsizetype lengthOfTexts(const MediaAsset& asset) {
     return length;
 }
 
-/// Reads everything that a file offers; gives its title.
+/// Reads everything in a file and returns its title.
 QString readAll(const FileURL& url) {
     const double start = processorSeconds();
     const MediaAsset scanned(url, MediaAsset::Depth::CommonTexts);
@@ -151,7 +151,7 @@ TEST(DamagedFiles, ThatAreNoFilesGiveNothing) {
         EXPECT_EQ(readAll(FileURL::fromPath(path)), QString());
 }
 
-/// Changes a few bytes, cuts the file, or writes an extreme value where a length may stand.
+/// Changes a few bytes, truncates the file, or writes an extreme value over a possible length.
 void mutate(QByteArray& bytes, std::mt19937& random) {
     const auto below = [&](qsizetype limit) {
         return std::uniform_int_distribution<qsizetype>(0,
@@ -160,7 +160,7 @@ void mutate(QByteArray& bytes, std::mt19937& random) {
     const QByteArray extremes[] = {
         QByteArray(4, '\xFF'),     QByteArray(4, '\0'),       QByteArray("\x7F\xFF\xFF\xFF", 4),
         QByteArray("\0\0\0\1", 4), QByteArray("\1\0\0\0", 4), QByteArray(8, '\xFF')};
-    // Most of what a reader looks at stands at the two ends.
+    // Readers mostly read the two ends.
     const qsizetype reach = below(4) == 0 ? bytes.size() : std::min<qsizetype>(bytes.size(), 600);
     const qsizetype place = below(5) == 0 ? bytes.size() - 1 - below(reach) : below(reach);
     switch (below(4)) {

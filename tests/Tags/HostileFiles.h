@@ -10,13 +10,12 @@
 
 namespace tamsy {
 
-/// A file that leads its reader on for as long as it follows: a beginning, then one thing over and
-/// over.
+/// A file that keeps its reader busy: a beginning, then one element repeated.
 struct HostileFile {
     const char* name;
     std::string head;
     std::string unit;
-    std::size_t size = 9'000'000; ///< beyond what a reader's window follows
+    std::size_t size = 9'000'000; ///< more than a reader's window serves
 
     void writeTo(MemoryFile& file) const {
         std::string block;
@@ -28,11 +27,11 @@ struct HostileFile {
     }
 };
 
-/// A compressed ID3v2.3 frame whose payload is `start` and 15 million bytes.
+/// A compressed ID3v2.3 frame whose payload is `start` plus 15 million bytes.
 inline std::string packedFrame(const std::string& name, const std::string& start) {
     QByteArray payload = QByteArray::fromStdString(start);
     payload.resize(15'000'000, 'a');
-    // Qt puts the payload's size in front of its compressed bytes, and so does the frame.
+    // Both Qt and the frame store the payload's size before the compressed bytes.
     const std::string body = qCompress(payload).toStdString();
     const auto size = static_cast<std::uint32_t>(body.size());
     return name + char(size >> 24U) + char(size >> 16U) + char(size >> 8U) + char(size) +
@@ -41,7 +40,7 @@ inline std::string packedFrame(const std::string& name, const std::string& start
 
 inline std::vector<HostileFile> hostileFiles() {
     using namespace std::string_literals;
-    constexpr std::size_t framesSize = 34'000'000; // more frames than are counted
+    constexpr std::size_t framesSize = 34'000'000; // more frames than the reader counts
     const std::string smallestFrame = "\xFF\xE3\x18\xC4"s + std::string(20, '\0');
     const std::string tag = "ID3\3\0\0\x7F\x7F\x7F\x7F"s;
     const std::string filledTag =

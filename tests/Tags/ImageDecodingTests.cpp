@@ -25,14 +25,14 @@ QByteArray withHeaderSize(QByteArray png, unsigned char high, unsigned char low)
         png[place] = static_cast<char>(high);
         png[place + 1] = static_cast<char>(low);
     }
-    // The header's checksum has to hold, or the size isn't even looked at.
+    // The header's checksum must be right, or the size isn't read.
     const quint32 checksum = qToBigEndian(
         static_cast<quint32>(crc32(0, reinterpret_cast<const Bytef*>(png.constData()) + 12, 17)));
     png.replace(29, 4, reinterpret_cast<const char*>(&checksum), 4);
     return png;
 }
 
-// 16 × 16 pixels of red, as a printer's separation.
+// 16 × 16 red pixels in CMYK.
 const QByteArray cmykJpeg = QByteArray::fromBase64(
     "/9j/7gAOQWRvYmUAZAAAAAAA/9sAQwAGBAUGBQQGBgUGBwcGCAoQCgoJCQoUDg8MEBcUGBgXFBYWGh0lHxobIxwWFiAs"
     "ICMmJykqKRkfLTAtKDAlKCko/8AAFAgAEAAQBEMRAE0RAFkRAEsRAP/EABUAAQEAAAAAAAAAAAAAAAAAAAAI/8QAFBAB"
@@ -72,7 +72,7 @@ TEST(ImageDecoding, GivesAPictureOrNothing) {
     const QByteArray pass = jpeg.sliced(jpeg.indexOf("\xFF\xDA"));
     EXPECT_TRUE(decodeImage(jpeg.chopped(2) + pass.chopped(2).repeated(200)).isNull());
     for (const qsizetype length : {20, 200, 600})
-        (void)decodeImage(jpeg.first(length)); // whole or null, but it comes back
+        (void)decodeImage(jpeg.first(length)); // may fail, but must return
 }
 
 QByteArray progressiveJpeg(QSize size) {
@@ -103,7 +103,7 @@ TEST(ImageDecoding, HoldsAPicturesMemoryAgainstTheBudget) {
     struct Row {
         const char* name;
         QByteArray bytes;
-        int longestSide; // 0: refused
+        int longestSide; // 0: rejected
     };
     const Row rows[] = {
         {"progressive, with room for a smaller result", progressiveJpeg({4000, 4000}), 1024},

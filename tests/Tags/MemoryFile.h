@@ -8,7 +8,7 @@
 
 namespace tamsy {
 
-/// A file without a name or a disk under it.
+/// A file in memory.
 class MemoryFile {
   public:
     MemoryFile() : descriptor_(::memfd_create("tags", MFD_CLOEXEC)) {}

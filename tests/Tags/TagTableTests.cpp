@@ -17,7 +17,7 @@ using Texts = std::array<QString, 3>;
 const Texts nocturne = {u"夜曲 Nocturne"_qs, u"周杰伦"_qs, u"十一月的萧邦"_qs};
 const Texts none;
 
-// The readers that ours is held against. What a row names is known to read the file otherwise.
+// The readers that ours is compared with. A row names those that are known to differ.
 constexpr unsigned mutagen = 1;
 constexpr unsigned ffprobe = 2;
 

@@ -7,7 +7,7 @@
 
 namespace tamsy {
 
-/// Every control that a screen reader meets below `item` without a role or a name.
+/// All controls below `item` that have no accessible role or name.
 inline QString namelessBelow(QAccessibleInterface* item) {
     QString nameless;
     const bool isContainer = item->role() == QAccessible::Client ||
@@ -21,7 +21,7 @@ inline QString namelessBelow(QAccessibleInterface* item) {
     return nameless;
 }
 
-/// The first visible item below `item` that is called `name`; null if there is none.
+/// The first visible item below `item` with the accessible name `name`; null if there is none.
 inline QQuickItem* itemNamed(QAccessibleInterface* item, const QString& name) {
     auto* found = qobject_cast<QQuickItem*>(item->object());
     if (found != nullptr && found->isVisible() && item->text(QAccessible::Name) == name)

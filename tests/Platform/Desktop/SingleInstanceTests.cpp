@@ -24,7 +24,7 @@ TEST(SingleInstance, LetsOneProgramRunAndPassesTheWishOfTheSecond) {
     EXPECT_TRUE(third.says("second\n"));
     EXPECT_TRUE(first.says("first\nasked token 1\nasked \n"));
 
-    first.kill(); // its lock's file and its socket stay behind
+    first.kill(); // its lock file and socket remain
     Child fourth(run, folder.path("a"));
     EXPECT_TRUE(fourth.says("first\n"));
     Child fifth(run, folder.path("a"));

@@ -53,18 +53,18 @@ class VisibilityTest : public testing::Test {
         return waitFor([&] { return visibility.isApplicationActive() == active; });
     }
 
-    /// How often the window is drawn in so many milliseconds, while it asks for it all the time.
+    /// How often the window is drawn in a number of milliseconds while it requests every frame.
     int framesIn(int milliseconds) {
         QTimer asking;
         QObject::connect(&asking, &QTimer::timeout, &window, [this] { window.update(); });
-        QTest::qWait(50); // what is under way
+        QTest::qWait(50); // pending frames
         window.frames = 0;
         asking.start(10);
         QTest::qWait(milliseconds);
         return window.frames;
     }
 
-    /// The occasions since the last call.
+    /// The events since the last call.
     std::vector<Occasion> taken() { return std::exchange(occasions, {}); }
 
     static void run(const QString& program, const QStringList& arguments) {
@@ -73,7 +73,7 @@ class VisibilityTest : public testing::Test {
 
     Visibility visibility;
     std::vector<Occasion> occasions;
-    std::vector<bool> answers; // to "can anything be seen", asked at each occasion
+    std::vector<bool> answers; // whether anything could be seen, at each event
     Window window{QRect(200, 200, 300, 200)};
 };
 
@@ -114,7 +114,7 @@ TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
     run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("0")});
     EXPECT_TRUE(becomesVisible(true));
 
-    // Some window managers leave the window as it is and only say where it stands.
+    // Some window managers only report the desktop and leave the window mapped.
     const auto moveTo = [&](const char* desktop) {
         const QString property = QStringLiteral("_NET_WM_DESKTOP");
         run(QStringLiteral("xprop"),
@@ -124,7 +124,7 @@ TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
     moveTo("2");
     EXPECT_TRUE(becomesVisible(false));
     EXPECT_TRUE(window.isExposed());
-    moveTo("0xFFFFFFFF"); // on all of them
+    moveTo("0xFFFFFFFF"); // all desktops
     EXPECT_TRUE(becomesVisible(true));
 }
 
@@ -134,7 +134,7 @@ TEST_F(VisibilityTest, AWindowThatAnotherProgramCoversCanNotBeSeen) {
     QProcess program;
     program.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(coverArgument)});
     EXPECT_TRUE(becomesVisible(false) && becomesActive(false));
-    EXPECT_TRUE(window.isExposed()); // which is why the server has to be asked
+    EXPECT_TRUE(window.isExposed()); // so Qt's answer isn't enough
     EXPECT_EQ(framesIn(300), 0);
     EXPECT_THAT(taken(), testing::UnorderedElementsAre(Occasion::WindowDidChangeOcclusionState,
                                                        Occasion::ApplicationDidResignActive));
@@ -144,8 +144,8 @@ TEST_F(VisibilityTest, AWindowThatAnotherProgramCoversCanNotBeSeen) {
     EXPECT_GT(framesIn(300), 0);
 }
 
-// A compositor leaves every window uncovered for the server, so the order and places of our own
-// windows decide.
+// With a compositor the server reports every window as uncovered, so the stacking order and
+// positions of our own windows decide.
 TEST_F(VisibilityTest, AWindowBelowALargerOneOfOursIsNotDrawn) {
     Window larger(QRect(100, 100, 700, 500));
     larger.show();

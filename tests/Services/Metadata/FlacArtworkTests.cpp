@@ -23,7 +23,7 @@ std::string big(std::size_t value, int bytes) {
     return text;
 }
 
-/// A square of 8 pixels as a PNG file.
+/// A PNG file of 8 by 8 pixels.
 std::string png(QColor colour) {
     QImage image(8, 8, QImage::Format_RGB32);
     image.fill(colour);

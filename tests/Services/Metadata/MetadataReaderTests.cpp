@@ -22,7 +22,7 @@ FileURL fixture(const char* name) {
     return FileURL::fromPath(QByteArray(TAG_FIXTURES "/").append(name));
 }
 
-/// What `load` gives on a thread of its own while the interface thread works.
+/// The result of `load` on another thread while the interface thread runs its event loop.
 AudioMetadata loadBlocking(const FileURL& url) {
     AudioMetadata metadata;
     std::atomic<bool> isDone = false;
@@ -92,7 +92,7 @@ TEST(MetadataReader, ChoosesAmongSeveralAndBlankTitles) {
 }
 
 TEST(MetadataReader, TurnsALengthThatIsNotFiniteIntoNone) {
-    MemoryFile file; // a sample rate of almost nothing
+    MemoryFile file; // with a sample rate near 0
     file.append(
         "caff\0\1\0\0desc\0\0\0\0\0\0\0\x20\0\0\0\0\0\0\0\1lpcm\0\0\0\0\0\0\0\2\0\0\0\1\0\0\0\1\0\0\0\x10"s);
     file.append("data\0\0\0\0\0\0\1\0"s + std::string(256, '\0'));

@@ -65,7 +65,7 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
         fake->calls.clear();
     }
 
-    /// The middle of a visible row in the first column, or further right.
+    /// A point in a visible row, by default in the first column.
     static QPoint row(int index, int x = 400) { return {x, 28 + 56 + 32 + 4 + 36 * index + 18}; }
 
     void click(QPoint point) {
@@ -91,7 +91,7 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
                              [](const std::string& call) { return call.starts_with("load"); });
     }
 
-    /// The rows of the table that are on screen.
+    /// The table's rows on screen.
     [[nodiscard]] QList<QQuickItem*> shownRows() const {
         QList<QQuickItem*> rows;
         collect(window->contentItem(), rows,
@@ -182,7 +182,7 @@ TEST_F(MainWindowTest, CoversComeThoughTheListChangesWhileTheyLoad) {
     for (int i = 0; i < 40; ++i)
         names.append(QString::number(i));
     add(QStringLiteral("b"), names);
-    // No operation can end before the event loop runs, so every row but three still waits.
+    // No operation can finish before the event loop runs, so all rows but three are still waiting.
     library->setSelectedFolderId(library->folders().constLast().id);
     library->setSearchText(QStringLiteral("1"));
     library->setSearchText({});

@@ -18,7 +18,7 @@ struct Song {
     double start; // seconds into the file
 };
 
-/// The real engines play to a silent device. bench/in_time_report listens for as long as one likes.
+/// The real engines, on a silent device. bench/in_time_report runs for longer.
 class InTimeTest : public testing::TestWithParam<Song> {};
 
 TEST_P(InTimeTest, EachLineIsMarkedWithinOneReportOfItsStamp) {
@@ -26,7 +26,7 @@ TEST_P(InTimeTest, EachLineIsMarkedWithinOneReportOfItsStamp) {
     ASSERT_GT(marked.delays.size(), 8U);
     EXPECT_TRUE(marked.areAllThere);
     EXPECT_LE(marked.at95(), updateInterval + slack);
-    // The report that set the clock may itself have come late.
+    // The report that set the clock may have been late itself.
     EXPECT_GE(std::ranges::min(marked.delays), -0.1);
 }
 

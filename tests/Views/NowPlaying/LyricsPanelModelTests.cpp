@@ -13,7 +13,7 @@ using namespace tamsy;
 
 namespace {
 
-/// A panel over sidecar files of its own.
+/// A panel with its own sidecar files.
 class LyricsPanelModelTest : public testing::Test {
   protected:
     /// The address of a song, beside which a file with the extension `other` holds `bytes`.
