@@ -35,10 +35,11 @@ def type_text(text):
 
 
 class Window:
-    """The first window of a process. Parts are found by their role and name."""
+    """A window of a process, the first one or one that wasn't there before. Parts are found by their role
+    and name."""
 
-    def __init__(self, process):
-        self._process = process
+    def __init__(self, process, besides=None):
+        self._process, self._besides = process, besides
         Atspi.init()
         self._frame = wait_for(self._find_frame, 30)
         if self._frame is None:
@@ -53,11 +54,23 @@ class Window:
                 if application.get_process_id() == self._process.pid:
                     # Nothing is remembered on this side: what is read is what is there now.
                     application.set_cache_mask(Atspi.Cache.NONE)
-                    return next((w for w in self._children(application) if w.get_state_set().contains(
-                        Atspi.StateType.SHOWING)), None)
+                    return next((w for w in self._children(application) if self._is_wanted(w)), None)
             except GLib.Error:
                 continue
         return None
+
+    def _is_wanted(self, frame):
+        return self._shows(frame) and (self._besides is None or frame != self._besides._frame)
+
+    @staticmethod
+    def _shows(frame):
+        return frame.get_state_set().contains(Atspi.StateType.SHOWING)
+
+    def is_up(self):
+        try:
+            return self._shows(self._frame)
+        except GLib.Error:
+            return False
 
     @staticmethod
     def _children(node):
