@@ -39,7 +39,7 @@ bool ByteWindow::matches(std::uint64_t offset, std::string_view text) {
 }
 
 void ByteWindow::fetch(std::uint64_t offset, std::size_t length) {
-    if (fetches_ == mostFetches)
+    if (fetches_ == maxFetches)
         return;
     ++fetches_;
     start_ = offset;

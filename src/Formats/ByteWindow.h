@@ -16,7 +16,7 @@ using Bytes = ByteCursor::Bytes;
 class ByteWindow {
   public:
     static constexpr std::size_t defaultCapacity = 8192;
-    static constexpr unsigned mostFetches = 1024;
+    static constexpr unsigned maxFetches = 1024;
 
     explicit ByteWindow(const ByteSource& source, std::size_t capacity = defaultCapacity);
 

@@ -79,7 +79,7 @@ void readApeTag(MediaParse& parse) {
     if (!tag)
         return;
     std::uint64_t position = tag->begin;
-    for (std::uint32_t i = 0; i < tag->footer.items && i < mostEntries; ++i) {
+    for (std::uint32_t i = 0; i < tag->footer.items && i < maxEntries; ++i) {
         const auto item = readApeItem(parse.window.readUpTo(
             position, std::min<std::uint64_t>(ApeItem::largestHeader, tag->end - position)));
         if (!item || item->valueSize > tag->end - position - item->headerSize)

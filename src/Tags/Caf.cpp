@@ -56,7 +56,7 @@ void readInfo(MediaParse& parse, const Chunk& chunk) {
     const std::uint64_t longest = (parse.items.listsEverything() ? 8 : 1) * mebibyte;
     const QByteArray bytes = parse.window.copy(chunk.body, std::min(chunk.size, longest));
     qsizetype position = 4; // after the count, which the terminators make redundant
-    for (int count = 0; count < mostEntries; ++count) {
+    for (int count = 0; count < maxEntries; ++count) {
         const qsizetype keyEnd = bytes.indexOf('\0', position);
         const qsizetype valueEnd = keyEnd < 0 ? -1 : bytes.indexOf('\0', keyEnd + 1);
         if (valueEnd < 0)

@@ -34,7 +34,7 @@ class ChunkWalk {
     ChunkSizes sizes_;
     std::uint64_t position_;
     std::uint64_t end_;
-    int left_ = mostEntries;
+    int left_ = maxEntries;
 };
 
 /// A chunk's text up to its first NUL; nothing if `items` doesn't want it.

@@ -56,7 +56,7 @@ double durationOf(const ByteSource& source, const StreamInfo& info) {
 double readFlac(MediaParse& parse, std::uint64_t offset) {
     StreamInfo info;
     FlacBlockWalk walk(parse.window, offset);
-    for (int count = 0; count < mostEntries; ++count) {
+    for (int count = 0; count < maxEntries; ++count) {
         const auto block = walk.next();
         if (!block)
             break;

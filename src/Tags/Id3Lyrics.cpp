@@ -14,7 +14,7 @@ namespace tamsy::media {
 namespace {
 
 constexpr std::uint8_t timesInMilliseconds = 2;
-constexpr std::size_t mostEntriesOfSong = 200'000;
+constexpr std::size_t maxEntriesOfSong = 200'000;
 
 struct Entry {
     QByteArrayView bytes;
@@ -33,7 +33,7 @@ std::optional<QByteArrayView> readText(ByteCursor& cursor, QByteArrayView payloa
 
 std::vector<Entry> readEntries(ByteCursor& cursor, QByteArrayView payload, char encoding) {
     std::vector<Entry> entries;
-    while (entries.size() < mostEntriesOfSong) {
+    while (entries.size() < maxEntriesOfSong) {
         const auto bytes = readText(cursor, payload, encoding);
         const auto time = cursor.readU32();
         if (!bytes || !time)

@@ -36,7 +36,7 @@ class FrameWalk {
     std::uint64_t run(std::uint64_t position, std::uint64_t end) {
         if (header_.hasExtendedHeader)
             position = behindExtendedHeader(position, end);
-        for (int count = 0; count < mostEntries; ++count) {
+        for (int count = 0; count < maxEntries; ++count) {
             auto frame = readFrameAt(position, end);
             if (!frame && !isPadding(position, end))
                 frame = findFrameAfter(position, end);

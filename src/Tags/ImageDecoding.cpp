@@ -15,7 +15,7 @@ namespace {
 constexpr int longestSide = 2048;
 constexpr int allocationLimit = PictureBudget::memory >> 20; // MiB
 // A hostile progressive picture may have any number of scans; encoders write about ten.
-constexpr qsizetype mostPasses = 100;
+constexpr qsizetype maxPasses = 100;
 
 /// Gives a decoder its bytes, and none once the time is used up: it can't be stopped otherwise.
 class RationedBytes : public QIODevice {
@@ -80,7 +80,7 @@ QSize affordableSize(const QByteArray& format, const QByteArray& bytes, QSize si
 QImage decodeImage(const QByteArray& bytes, PictureBudget& budget) {
     const QByteArray format = pictureFormat(bytes);
     if (format.isEmpty() || !budget.hasTime() ||
-        (format == "jpeg" && bytes.count("\xFF\xDA") > mostPasses))
+        (format == "jpeg" && bytes.count("\xFF\xDA") > maxPasses))
         return {};
     [[maybe_unused]] static const bool isLimited =
         (QImageReader::setAllocationLimit(allocationLimit), true);

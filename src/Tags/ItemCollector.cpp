@@ -13,9 +13,9 @@ namespace {
 constexpr std::uint64_t longestCommonText = std::uint64_t{64} * 1024;
 constexpr std::uint64_t allCommonTexts = std::uint64_t{256} * 1024;
 constexpr std::uint64_t allTexts = std::uint64_t{8} * 1024 * 1024;
-constexpr int mostValues = 100;
-constexpr std::size_t mostCommonItems = 100;
-constexpr std::size_t mostItems = 10'000;
+constexpr int maxValues = 100;
+constexpr std::size_t maxCommonItems = 100;
+constexpr std::size_t maxItems = 10'000;
 
 /// Whether the text has more than white space.
 bool saysSomething(const MediaItem& item) {
@@ -50,8 +50,8 @@ ItemCollector::ItemCollector(Wanted wanted)
 
 bool ItemCollector::wants(std::optional<CommonKey> key) const {
     if (wanted_ == Wanted::Everything)
-        return found_.size() < mostItems;
-    return key && *key != CommonKey::Artwork && found_.size() < mostCommonItems;
+        return found_.size() < maxItems;
+    return key && *key != CommonKey::Artwork && found_.size() < maxCommonItems;
 }
 
 std::uint64_t ItemCollector::roomForText(std::optional<CommonKey> key) const {
@@ -93,7 +93,7 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
             continue;
         if (!found.undecided.isEmpty() || !text.undecided.isEmpty())
             return false;
-        if (found.values++ < mostValues)
+        if (found.values++ < maxValues)
             found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
         return true;
     }

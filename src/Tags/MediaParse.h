@@ -18,6 +18,6 @@ struct MediaParse {
 
 /// Limits the entries (frames, chunks, atoms, comments) that are read: only a hostile file has
 /// more.
-constexpr int mostEntries = 10'000;
+constexpr int maxEntries = 10'000;
 
 } // namespace tamsy::media

@@ -7,7 +7,7 @@ namespace tamsy::media {
 
 namespace {
 
-constexpr int mostAtoms = 100'000;
+constexpr int maxAtoms = 100'000;
 
 class Mp4Reader {
   public:
@@ -93,7 +93,7 @@ class Mp4Reader {
     }
 
     MediaParse& parse_;
-    int atomsLeft_ = mostAtoms;
+    int atomsLeft_ = maxAtoms;
     Mp4Tags tags_;
     Mp4Fragments fragments_;
     std::uint32_t timescale_ = 0;

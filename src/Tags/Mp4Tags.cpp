@@ -15,7 +15,7 @@ constexpr std::uint32_t utf16Type = 2;
 constexpr std::uint32_t freeFormType = 0x2D2D2D2D; // "----"
 constexpr std::uint32_t copyrightSign = 0xA9;
 
-constexpr std::size_t mostKeys = 1024;
+constexpr std::size_t maxKeys = 1024;
 constexpr std::uint64_t longestName = 256;
 
 std::string typeName(std::uint32_t type) {
@@ -84,7 +84,7 @@ void Mp4Tags::readMeta(const Mp4Atom& meta) {
 void Mp4Tags::readKeys(const Mp4Atom& keys) {
     Mp4AtomWalk walk(parse_.window, atomsLeft_, keys.body + 8, keys.end);
     while (const auto key = walk.next()) {
-        if (keys_.size() == mostKeys)
+        if (keys_.size() == maxKeys)
             break;
         const std::uint64_t length = std::min(key->size(), longestName);
         keys_.emplace_back(asText(parse_.window.read(key->body, length)));
@@ -93,7 +93,7 @@ void Mp4Tags::readKeys(const Mp4Atom& keys) {
 
 void Mp4Tags::readList(const Mp4Atom& list) {
     Mp4AtomWalk walk(parse_.window, atomsLeft_, list.body, list.end);
-    for (int count = 0; count < mostEntries; ++count) {
+    for (int count = 0; count < maxEntries; ++count) {
         const auto entry = walk.next();
         if (!entry)
             break;

@@ -11,8 +11,8 @@ namespace tamsy::media {
 
 namespace {
 
-constexpr int mostStreams = 32;
-constexpr int mostFlacBlocks = 64;
+constexpr int maxStreams = 32;
+constexpr int maxFlacBlocks = 64;
 
 std::optional<OggStream> identify(ByteWindow& window, const OggPage& page) {
     const Bytes packet = window.readUpTo(page.body, 80);
@@ -49,7 +49,7 @@ std::optional<OggStream> identify(ByteWindow& window, const OggPage& page) {
 
 /// The first audio stream among those that start together.
 std::optional<OggStream> findStream(ByteWindow& window, std::uint64_t offset) {
-    for (int count = 0; count < mostStreams; ++count) {
+    for (int count = 0; count < maxStreams; ++count) {
         const auto page = readOggPage(window, offset);
         if (!page || !page->isFirst)
             break;
@@ -66,7 +66,7 @@ std::optional<OggStream> findStream(ByteWindow& window, std::uint64_t offset) {
 constexpr std::uint8_t soundFrame = 0x7F;
 
 void readFlacBlocks(MediaParse& parse, OggPacketWalk& walk) {
-    for (int count = 0; count < mostFlacBlocks; ++count) {
+    for (int count = 0; count < maxFlacBlocks; ++count) {
         const auto packet = walk.next();
         if (!packet)
             break;

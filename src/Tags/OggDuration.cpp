@@ -13,7 +13,7 @@ namespace {
 // The last page begins within the longest page's size of the end; most end within far less.
 constexpr std::uint64_t tailSizes[] = {8192, 66'000};
 
-constexpr int mostFlacBlocks = 64;
+constexpr int maxFlacBlocks = 64;
 
 using Packet = std::shared_ptr<const OggPacket>;
 
@@ -71,7 +71,7 @@ std::uint64_t firstFlacSample(OggPacketWalk& walk) {
     if (!identification)
         return 0;
     const QByteArray info = identification->copy(streamInfo, 2);
-    for (int count = 0; count < mostFlacBlocks; ++count) {
+    for (int count = 0; count < maxFlacBlocks; ++count) {
         const Packet packet = walk.next();
         if (!packet)
             break;

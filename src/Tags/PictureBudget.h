@@ -17,20 +17,20 @@ class PictureBudget {
     static constexpr qint64 memory = qint64{64} << 20;
 
     /// Total bytes of the items tried, pictures or not.
-    static constexpr qint64 mostBytes = qint64{64} << 20;
+    static constexpr qint64 maxBytes = qint64{64} << 20;
 
-    static constexpr qint64 mostPixels = qint64{64} * 1000 * 1000;
+    static constexpr qint64 maxPixels = qint64{64} * 1000 * 1000;
 
     /// Accounts for the bytes of one more item. False if the limit is exceeded or no time is left.
     [[nodiscard]] bool takeBytes(qint64 count) {
         bytes_ += count;
-        return bytes_ <= mostBytes && hasTime();
+        return bytes_ <= maxBytes && hasTime();
     }
 
     /// Accounts for the pixels of one more picture. False if the limit is exceeded.
     [[nodiscard]] bool takePixels(qint64 count) {
         pixels_ += count;
-        return pixels_ <= mostPixels;
+        return pixels_ <= maxPixels;
     }
 
     /// Whether processor time is left for this file.

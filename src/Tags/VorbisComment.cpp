@@ -83,7 +83,7 @@ void readVorbisComments(ItemCollector& items, const SharedSource& source, ByteWi
     };
     VorbisCommentWalk walk(readLength, begin, end);
     const std::size_t blockStart = items.count();
-    for (int i = 0; i < mostEntries; ++i) {
+    for (int i = 0; i < maxEntries; ++i) {
         const auto range = walk.next();
         if (!range)
             break;

@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
 /// The maximum length of the window manager's list, more than anybody opens.
-constexpr std::uint32_t mostWindows = 10'000;
+constexpr std::uint32_t maxWindows = 10'000;
 
 constexpr xcb_window_t noWindow = XCB_WINDOW_NONE;
 constexpr xcb_atom_t noAtom = XCB_ATOM_NONE;
@@ -146,7 +146,7 @@ std::uint32_t X11Occlusion::property(xcb_window_t window, xcb_atom_t name,
 
 std::vector<xcb_window_t> X11Occlusion::stacking() const {
     const auto request =
-        xcb_get_property(connection_, 0, root_, stackingAtom_, XCB_ATOM_WINDOW, 0, mostWindows);
+        xcb_get_property(connection_, 0, root_, stackingAtom_, XCB_ATOM_WINDOW, 0, maxWindows);
     const Owned<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(connection_, request, nullptr));
     if (!reply || reply->format != 32)

@@ -5,14 +5,14 @@ import QtQuick.Controls
 Menu {
     id: menu
 
-    property int leastWidth: 120
+    property int minWidth: 120
 
     padding: 4
     delegate: AppMenuItem {}
 
     contentItem: ListView {
         implicitWidth: {
-            let widest = menu.leastWidth;
+            let widest = menu.minWidth;
             for (let i = 0; i < menu.count; ++i)
                 widest = Math.max(widest, menu.itemAt(i)?.implicitWidth ?? 0);
             return widest;

@@ -7,7 +7,7 @@ AppMenu {
 
     required property LyricsFontSize lyricsFontSize
 
-    leastWidth: 196
+    minWidth: 196
     title: "歌词显示"
 
     ShortcutAction {

@@ -7,7 +7,7 @@ AppMenu {
 
     required property PlayerViewModel player
 
-    leastWidth: 196
+    minWidth: 196
     title: "播放控制"
 
     ShortcutAction {

@@ -9,8 +9,8 @@ QtObject {
 
     readonly property int gap: 12
     readonly property int durationWidth: 60
-    readonly property int leastTitleWidth: 200
-    readonly property int minimumContentWidth: leastTitleWidth + 100 + 120 + durationWidth + 3 * gap
+    readonly property int minTitleWidth: 200
+    readonly property int minimumContentWidth: minTitleWidth + 100 + 120 + durationWidth + 3 * gap
     readonly property int idealContentWidth: minimumContentWidth + 60 + 80
     /// From 0 (minimum widths) to 1 (ideal widths).
     readonly property real share: Math.max(0, Math.min(1, (contentWidth - minimumContentWidth) / (idealContentWidth - minimumContentWidth)))
