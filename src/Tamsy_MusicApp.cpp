@@ -48,7 +48,7 @@ Tamsy_MusicApp::~Tamsy_MusicApp() {
     // Whoever waits for this thread is let go first; what they belong to is joined afterwards.
     InterfaceThread::releaseWaiters();
     player_.endNowPlayingWindow(); // before the engine that it was made with
-    windowStateWriter_.endWithin(OperationQueue::patience);
+    windowStateWriter_.endWithin(OperationQueue::endTimeout);
     if (windowState_.size.isValid())
         windowState_.save(); // what the writer hasn't come to
 }

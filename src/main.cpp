@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
     const int status = run(*instance, tamsy::UserDefaults::standard());
     static_cast<void>(
         tamsy::UserDefaults::standard().drain()); // the lock is held until everything is on disk
-    if (tamsy::OperationQueue::waitForAll(tamsy::OperationQueue::patience))
+    if (tamsy::OperationQueue::waitForAll(tamsy::OperationQueue::endTimeout))
         return status;
     // A thread is stuck in a system call, which may keep this process's files open. The lock is
     // released for the next start, and static objects that the thread may use aren't destroyed.

@@ -28,11 +28,11 @@ FileWatch::Call::~Call() {
     if (watch_ == nullptr)
         return;
     watch_->callStart_.store(0, std::memory_order_relaxed);
-    if (!watch_->hasPlace() && watch_->regainPlace_)
-        watch_->regainPlace_();
+    if (!watch_->hasSlot() && watch_->reclaimSlot_)
+        watch_->reclaimSlot_();
 }
 
-std::chrono::nanoseconds FileWatch::silence() const {
+std::chrono::nanoseconds FileWatch::callDuration() const {
     const std::int64_t start = callStart_.load(std::memory_order_relaxed);
     return std::chrono::nanoseconds(start == 0 ? 0 : now() - start);
 }

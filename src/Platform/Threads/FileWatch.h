@@ -8,12 +8,12 @@
 
 namespace tamsy {
 
-/// Knows how long a piece of work has been waiting for the file system, so that whoever runs it can
-/// tell slow work from a file that doesn't answer. A thread that is stuck in such a call can't be
-/// interrupted; but its place can be given to another. Any thread.
+/// Measures how long a task has been waiting for the file system, to tell slow work from a file
+/// system that doesn't respond. A thread that is stuck in a system call can't be interrupted, but
+/// its slot can be given to another task. Any thread.
 class FileWatch {
   public:
-    /// Makes a watch the calling thread's while it lives.
+    /// Attaches a watch to the calling thread while it lives.
     class Attachment {
       public:
         explicit Attachment(FileWatch& watch);
@@ -24,8 +24,8 @@ class FileWatch {
         Attachment& operator=(Attachment&&) = delete;
     };
 
-    /// Stands around each system call that a file system has to answer: open, read, list. Costs
-    /// next to nothing on a thread without a watch.
+    /// Spans a system call that the file system has to answer (open, read, list). Nearly free on a
+    /// thread without a watch.
     class Call {
       public:
         Call();
@@ -39,31 +39,31 @@ class FileWatch {
         FileWatch* watch_;
     };
 
-    /// How long the call that is on its way has lasted; 0 between calls.
-    [[nodiscard]] std::chrono::nanoseconds silence() const;
+    /// How long the current call has lasted; 0 between calls.
+    [[nodiscard]] std::chrono::nanoseconds callDuration() const;
 
-    /// Takes the work's place away while a call is on its way: when the file answers after all,
-    /// `regainPlace` runs on the work's thread before it goes on.
-    void takePlaceAway() { hasPlace_.store(false, std::memory_order_release); }
-    void givePlaceBack() { hasPlace_.store(true, std::memory_order_relaxed); }
-    [[nodiscard]] bool hasPlace() const { return hasPlace_.load(std::memory_order_acquire); }
+    /// Takes the task's slot away during a call. When the call returns after all, `reclaimSlot`
+    /// runs on the task's thread before it goes on.
+    void takeSlot() { hasSlot_.store(false, std::memory_order_release); }
+    void returnSlot() { hasSlot_.store(true, std::memory_order_relaxed); }
+    [[nodiscard]] bool hasSlot() const { return hasSlot_.load(std::memory_order_acquire); }
 
-    /// Waits until the work has a place again. To be set before the work begins.
-    void setRegainPlace(std::function<void()> regainPlace) {
-        regainPlace_ = std::move(regainPlace);
+    /// `reclaimSlot` blocks until the task has a slot again. Set it before the task starts.
+    void setReclaimSlot(std::function<void()> reclaimSlot) {
+        reclaimSlot_ = std::move(reclaimSlot);
     }
 
-    /// From now on nobody wants the work's result, and its reads fail.
+    /// From now on the task's result isn't wanted and its reads fail.
     void abandon() { isAbandoned_.store(true, std::memory_order_relaxed); }
 
-    /// Whether the calling thread's work was abandoned.
+    /// Whether the calling thread's task was abandoned.
     [[nodiscard]] static bool isCurrentAbandoned();
 
   private:
     std::atomic<std::int64_t> callStart_{0}; // nanoseconds of the steady clock; 0 between calls
-    std::atomic<bool> hasPlace_{true};
+    std::atomic<bool> hasSlot_{true};
     std::atomic<bool> isAbandoned_{false};
-    std::function<void()> regainPlace_;
+    std::function<void()> reclaimSlot_;
 };
 
 } // namespace tamsy

@@ -11,8 +11,7 @@
 namespace tamsy {
 namespace {
 
-/// What all queues together have to do. Made before the program's first step, so that it outlives
-/// every thread.
+/// Counts the operations of all queues. Initialised before main, so that it outlives every thread.
 struct Unfinished {
     void add() {
         const std::scoped_lock lock(mutex);
@@ -43,23 +42,23 @@ void Operation::run() {
         const FileWatch::Attachment attachment(watch_);
         work_();
     }
-    // What the two hold ends here, not with the last one who knows the operation.
+    // Their captures are destroyed here and not with the last reference to the operation.
     work_ = nullptr;
     if (const auto hook = std::exchange(completionHook_, nullptr))
         hook();
 }
 
-/// What the queue and its threads hold, so that it outlives whichever ends first.
+/// What the queue shares with its threads, which may outlive it.
 struct OperationQueue::Shared : std::enable_shared_from_this<Shared> {
-    /// One thread that has a place, and what it runs.
+    /// A thread and the operation that it runs.
     struct Worker {
         std::thread thread;
         std::shared_ptr<Operation> operation;
     };
     using Workers = std::list<Worker>;
 
-    Shared(std::size_t mostWorkers, std::string threadName)
-        : maximumConcurrentOperations(mostWorkers), name(std::move(threadName)) {}
+    Shared(std::size_t maxWorkers, std::string threadName)
+        : maximumConcurrentOperations(maxWorkers), name(std::move(threadName)) {}
 
     [[nodiscard]] std::size_t busyWorkers() const;
     void startThread();
@@ -70,21 +69,21 @@ struct OperationQueue::Shared : std::enable_shared_from_this<Shared> {
     void leave(Workers::iterator worker);
     void startWatching();
     void watch();
-    [[nodiscard]] std::chrono::nanoseconds takeSilentOnesPlaces();
-    void regainPlace(Workers::iterator worker);
+    [[nodiscard]] std::chrono::nanoseconds takeSlotsOfStuckWorkers();
+    void reclaimSlot(Workers::iterator worker);
 
     const std::size_t maximumConcurrentOperations;
     const std::string name;
-    std::chrono::milliseconds silence{0}; // 0: nobody gives up
+    std::chrono::milliseconds slotTimeout{0}; // 0: none
 
-    std::mutex mutex; // guards all that follows
+    std::mutex mutex; // guards everything below
     std::condition_variable changed;
     std::condition_variable threadEnded;
     std::condition_variable watcherWanted;
-    std::condition_variable placeFreed;
+    std::condition_variable slotFreed;
     std::deque<std::shared_ptr<Operation>> waiting;
     Workers workers;
-    Workers withoutPlace; // what waits for its file, or for a place again
+    Workers withoutSlot; // waiting for the file system, or for a slot after that
     std::thread watcher;
     std::size_t idleThreads = 0;
     bool isWatcherAsleep = false;
@@ -98,17 +97,17 @@ OperationQueue::~OperationQueue() {
     end();
 }
 
-void OperationQueue::givePlacesUpAfter(std::chrono::milliseconds silence) {
-    shared_->silence = silence;
+void OperationQueue::setSlotTimeout(std::chrono::milliseconds timeout) {
+    shared_->slotTimeout = timeout;
 }
 
-void OperationQueue::add(std::shared_ptr<Operation> operation, Place place) {
+void OperationQueue::add(std::shared_ptr<Operation> operation, Position position) {
     unfinished.add();
     {
         const std::scoped_lock lock(shared_->mutex);
         if (shared_->isEnding)
             operation->cancel();
-        if (place == Place::First)
+        if (position == Position::First)
             shared_->waiting.push_front(std::move(operation));
         else
             shared_->waiting.push_back(std::move(operation));
@@ -128,7 +127,7 @@ std::vector<std::thread> OperationQueue::takeThreads() {
             if (worker.thread.joinable())
                 threads.push_back(std::move(worker.thread));
         }
-        for (auto& worker : shared_->withoutPlace) {
+        for (auto& worker : shared_->withoutSlot) {
             worker.operation->watch_.abandon();
             if (worker.thread.joinable())
                 worker.thread.detach();
@@ -138,7 +137,7 @@ std::vector<std::thread> OperationQueue::takeThreads() {
     }
     shared_->changed.notify_all();
     shared_->watcherWanted.notify_all();
-    shared_->placeFreed.notify_all();
+    shared_->slotFreed.notify_all();
     return threads;
 }
 
@@ -151,7 +150,7 @@ bool OperationQueue::endWithin(std::chrono::milliseconds limit) {
     std::vector<std::thread> threads = takeThreads();
     std::unique_lock lock(shared_->mutex);
     const bool haveEnded = shared_->threadEnded.wait_for(
-        lock, limit, [this] { return shared_->workers.empty() && shared_->withoutPlace.empty(); });
+        lock, limit, [this] { return shared_->workers.empty() && shared_->withoutSlot.empty(); });
     lock.unlock();
     for (std::thread& thread : threads) {
         if (haveEnded)
@@ -172,7 +171,7 @@ std::size_t OperationQueue::Shared::busyWorkers() const {
         workers, [](const Worker& worker) { return worker.operation != nullptr; }));
 }
 
-/// With the lock held, as the next ones.
+/// Called with the lock held, as are the following functions.
 void OperationQueue::Shared::startThreadIfWanted() {
     if (waiting.size() > idleThreads && workers.size() < maximumConcurrentOperations)
         startThread();
@@ -189,7 +188,7 @@ void OperationQueue::Shared::startThread() {
 }
 
 void OperationQueue::Shared::startWatching() {
-    if (silence.count() == 0 || isEnding)
+    if (slotTimeout.count() == 0 || isEnding)
         return;
     if (!watcher.joinable())
         watcher = std::thread([shared = shared_from_this()] { shared->watch(); });
@@ -197,35 +196,35 @@ void OperationQueue::Shared::startWatching() {
         watcherWanted.notify_one();
 }
 
-/// Gives the time until the next may have been silent for too long.
-std::chrono::nanoseconds OperationQueue::Shared::takeSilentOnesPlaces() {
-    std::chrono::nanoseconds next = silence;
+/// Returns the time until the next worker may reach its timeout.
+std::chrono::nanoseconds OperationQueue::Shared::takeSlotsOfStuckWorkers() {
+    std::chrono::nanoseconds next = slotTimeout;
     for (auto worker = workers.begin(); worker != workers.end();) {
         const auto current = worker++;
-        if (!current->operation || withoutPlace.size() == mostWithoutPlace)
+        if (!current->operation || withoutSlot.size() == maxWithoutSlot)
             continue;
-        const auto left = silence - current->operation->watch_.silence();
+        const auto left = slotTimeout - current->operation->watch_.callDuration();
         if (left.count() > 0) {
             next = std::min(next, left);
             continue;
         }
-        current->operation->watch_.takePlaceAway();
-        withoutPlace.splice(withoutPlace.end(), workers, current);
+        current->operation->watch_.takeSlot();
+        withoutSlot.splice(withoutSlot.end(), workers, current);
         startThreadIfWanted();
     }
     return next;
 }
 
-/// On the worker's thread, when its file has answered.
-void OperationQueue::Shared::regainPlace(Workers::iterator worker) {
+/// Runs on the worker's thread once its system call has returned.
+void OperationQueue::Shared::reclaimSlot(Workers::iterator worker) {
     std::unique_lock lock(mutex);
-    placeFreed.wait(lock,
-                    [this] { return isEnding || busyWorkers() < maximumConcurrentOperations; });
+    slotFreed.wait(lock,
+                   [this] { return isEnding || busyWorkers() < maximumConcurrentOperations; });
     if (isEnding)
         return;
-    worker->operation->watch_.givePlaceBack();
-    workers.splice(workers.end(), withoutPlace, worker);
-    changed.notify_all(); // one that is idle has to leave
+    worker->operation->watch_.returnSlot();
+    workers.splice(workers.end(), withoutSlot, worker);
+    changed.notify_all(); // an idle worker is superfluous now
 }
 
 void OperationQueue::Shared::watch() {
@@ -234,7 +233,7 @@ void OperationQueue::Shared::watch() {
         const bool isAnyBusy = busyWorkers() > 0;
         isWatcherAsleep = !isAnyBusy;
         if (isAnyBusy)
-            watcherWanted.wait_for(lock, takeSilentOnesPlaces());
+            watcherWanted.wait_for(lock, takeSlotsOfStuckWorkers());
         else
             watcherWanted.wait(lock);
     }
@@ -246,7 +245,7 @@ void OperationQueue::Shared::leave(Workers::iterator worker) {
     workers.erase(worker);
 }
 
-/// False if the thread is to end.
+/// Returns false if the thread should end.
 bool OperationQueue::Shared::waitForOperation(std::unique_lock<std::mutex>& lock,
                                               Workers::iterator worker) {
     const auto isSuperfluous = [this] { return workers.size() > maximumConcurrentOperations; };
@@ -254,7 +253,7 @@ bool OperationQueue::Shared::waitForOperation(std::unique_lock<std::mutex>& lock
     changed.wait(lock, [&] { return isEnding || !waiting.empty() || isSuperfluous(); });
     --idleThreads;
     if (waiting.empty() || isSuperfluous()) {
-        changed.notify_one(); // of an operation that this thread won't take
+        changed.notify_one(); // passes on a notification that this thread may have taken
         return false;
     }
     worker->operation = std::move(waiting.front());
@@ -265,19 +264,19 @@ bool OperationQueue::Shared::waitForOperation(std::unique_lock<std::mutex>& lock
 void OperationQueue::Shared::runThread(Workers::iterator worker) {
     std::unique_lock lock(mutex);
     while (waitForOperation(lock, worker)) {
-        worker->operation->watch_.setRegainPlace([this, worker] { regainPlace(worker); });
+        worker->operation->watch_.setReclaimSlot([this, worker] { reclaimSlot(worker); });
         startWatching();
         lock.unlock();
         worker->operation->run();
         lock.lock();
-        if (!worker->operation->watch_.hasPlace()) {
-            // Its last call was over when the place was taken.
-            workers.splice(workers.end(), withoutPlace, worker);
+        if (!worker->operation->watch_.hasSlot()) {
+            // The slot was taken just after the last system call had returned.
+            workers.splice(workers.end(), withoutSlot, worker);
         }
         const auto finished = std::move(worker->operation);
-        placeFreed.notify_one();
+        slotFreed.notify_one();
         lock.unlock();
-        finished->watch_.setRegainPlace(nullptr);
+        finished->watch_.setReclaimSlot(nullptr);
         unfinished.finish();
         lock.lock();
     }

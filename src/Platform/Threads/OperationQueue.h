@@ -14,19 +14,18 @@
 
 namespace tamsy {
 
-/// A piece of work for an `OperationQueue`, shared between the queue and whoever may cancel it. Two
-/// operations are the same if they are one object. It is added to one queue, once.
+/// A task for an `OperationQueue`, shared between the queue and whoever may cancel it. Add it to
+/// one queue, once.
 class Operation {
   public:
-    /// `work` runs on one of the queue's threads, unless the operation is cancelled before.
+    /// `work` runs on one of the queue's threads unless the operation is cancelled first.
     explicit Operation(std::function<void()> work) : work_(std::move(work)) {}
 
-    /// `hook` runs on one of the queue's threads once the operation is over, in any case: behind
-    /// the work, or in its stead. To be set before the operation is added.
+    /// `hook` runs on one of the queue's threads once the operation is over: after the work, or
+    /// instead of it. Set it before the operation is added.
     void setCompletionHook(std::function<void()> hook) { completionHook_ = std::move(hook); }
 
-    /// Keeps the work from starting. Work that has started runs to its end all the same. Any
-    /// thread.
+    /// Keeps the work from starting. Work that has started isn't interrupted. Any thread.
     void cancel();
 
   private:
@@ -41,50 +40,49 @@ class Operation {
     std::function<void()> completionHook_;
 };
 
-/// Runs operations in the order in which they were added, at most so many at once, on threads of
+/// Runs operations in the order in which they were added, a limited number at once, on threads of
 /// its own, which start when they are first needed.
 class OperationQueue {
   public:
-    /// The threads bear `name`, of which the system keeps 15 bytes.
+    /// `name` is the threads' name; the system keeps 15 bytes of it.
     explicit OperationQueue(std::size_t maximumConcurrentOperations, std::string name = {});
 
-    /// A file that hasn't answered an operation for this long is taken for silent.
-    static constexpr std::chrono::milliseconds longestSilence{2000};
+    static constexpr std::chrono::milliseconds defaultSlotTimeout{2000};
+    static constexpr std::size_t maxWithoutSlot = 16;
 
-    /// Lets an operation whose file has been silent for `silence` give up its place to the next;
-    /// when the file answers after all, it goes on as soon as there is a place again. At most
-    /// `mostWithoutPlace` do, the next one keeps its place. To be called before the first `add`.
-    void givePlacesUpAfter(std::chrono::milliseconds silence = longestSilence);
+    /// Lets an operation whose system call has lasted for `timeout` give up its slot to the next
+    /// one. When the call returns after all, the operation goes on as soon as a slot is free. At
+    /// most `maxWithoutSlot` operations do so; the next one keeps its slot. Call it before the
+    /// first `add`.
+    void setSlotTimeout(std::chrono::milliseconds timeout = defaultSlotTimeout);
 
-    static constexpr std::size_t mostWithoutPlace = 16;
-
-    /// Ends it.
+    /// Calls `end`.
     ~OperationQueue();
     OperationQueue(const OperationQueue&) = delete;
     OperationQueue& operator=(const OperationQueue&) = delete;
     OperationQueue(OperationQueue&&) = delete;
     OperationQueue& operator=(OperationQueue&&) = delete;
 
-    enum class Place { Last, First };
+    enum class Position { Last, First };
 
-    /// Any thread. Returns at once.
-    void add(std::shared_ptr<Operation> operation, Place place = Place::Last);
+    /// Returns at once. Any thread.
+    void add(std::shared_ptr<Operation> operation, Position position = Position::Last);
 
-    /// Cancels what hasn't started, now and from now on, and waits for what has. An operation that
-    /// waits for the interface thread must have been let go before.
+    /// Cancels the operations that haven't started, and any added later, and waits for the others.
+    /// Release an operation that waits for the interface thread first.
     void end();
 
-    /// How long the program's end waits for an operation that reads the user's files: one on a
-    /// dead mount may hold its reader for ever.
-    static constexpr std::chrono::milliseconds patience{500};
+    /// How long the program's end waits for operations that read the user's files: a dead mount may
+    /// block one for ever.
+    static constexpr std::chrono::milliseconds endTimeout{500};
 
-    /// The same, but waits at most so long. False if operations were left behind: they go on with
-    /// what they hold themselves, and may use nothing that ends with their owner.
+    /// The same, but waits for at most `limit`. False if operations were abandoned: they run on and
+    /// must not use anything that is destroyed with their owner.
     bool endWithin(std::chrono::milliseconds limit);
 
-    /// Waits, at most so long, until no queue has anything to do, nor anything that was left
-    /// behind. False if something still runs: static objects mustn't end then, since it may use
-    /// them. Any thread but the queues' own.
+    /// Waits for at most `limit` until all operations of all queues have finished, abandoned ones
+    /// included. False if one still runs: static objects that it may use must not be destroyed
+    /// then. Any thread except the queues' own.
     [[nodiscard]] static bool waitForAll(std::chrono::milliseconds limit);
 
   private:

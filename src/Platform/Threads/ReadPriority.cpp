@@ -11,17 +11,17 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Between two reads of a run music decodes; the next comes well within this.
-constexpr std::chrono::milliseconds lull{30};
+/// Longer than a decoder takes between two consecutive reads.
+constexpr std::chrono::milliseconds pauseBetweenReads{30};
 
 struct DeviceReads {
     std::atomic<int> active{0};
     std::atomic<Clock::rep> lastEnd{0};
 };
 
-/// Two devices that share a slot yield to each other's music, too, which does no harm.
+/// Devices that share an entry yield to each other's music, which does no harm.
 std::array<DeviceReads, 64> allReads;
-thread_local bool isPatient = false;
+thread_local bool isYielding = false;
 
 DeviceReads& readsOf(dev_t device) {
     return allReads[device % allReads.size()];
@@ -29,7 +29,8 @@ DeviceReads& readsOf(dev_t device) {
 
 bool isMusicReading(const DeviceReads& reads) {
     const Clock::time_point lastEnd{Clock::duration(reads.lastEnd.load(std::memory_order_relaxed))};
-    return reads.active.load(std::memory_order_relaxed) > 0 || Clock::now() - lastEnd < lull;
+    return reads.active.load(std::memory_order_relaxed) > 0 ||
+           Clock::now() - lastEnd < pauseBetweenReads;
 }
 
 } // namespace
@@ -44,23 +45,23 @@ MusicRead::~MusicRead() {
     reads.active.fetch_sub(1, std::memory_order_relaxed);
 }
 
-PatientReads::PatientReads() {
-    isPatient = true;
+YieldingReads::YieldingReads() {
+    isYielding = true;
 }
 
-PatientReads::~PatientReads() {
-    isPatient = false;
+YieldingReads::~YieldingReads() {
+    isYielding = false;
 }
 
-std::size_t PatientReads::pieceAfterMusic(dev_t device, std::size_t wanted) {
-    if (!isPatient)
+std::size_t YieldingReads::waitForMusic(dev_t device, std::size_t wanted) {
+    if (!isYielding)
         return wanted;
     constexpr std::chrono::milliseconds step{10};
     const DeviceReads& reads = readsOf(device);
-    const auto limit = Clock::now() + longestWait;
+    const auto limit = Clock::now() + maxWait;
     while (isMusicReading(reads) && Clock::now() < limit)
         std::this_thread::sleep_for(step);
-    return std::min(wanted, largestPiece);
+    return std::min(wanted, maxReadSize);
 }
 
 } // namespace tamsy

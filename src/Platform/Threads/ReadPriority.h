@@ -7,10 +7,10 @@
 
 namespace tamsy {
 
-/// One read of the music that plays, or is about to, while it lives. Takes no lock.
+/// Marks a read of music that plays, or is about to, while it lives. Takes no lock.
 class MusicRead {
   public:
-    /// `device` is the number of the file's device, as stat gives it.
+    /// `device` is the file's device number (`st_dev`).
     explicit MusicRead(dev_t device);
     ~MusicRead();
     MusicRead(const MusicRead&) = delete;
@@ -22,25 +22,25 @@ class MusicRead {
     dev_t device_;
 };
 
-/// Marks the calling thread's reads, while it lives, as ones that can wait: of covers, of lyrics.
-class PatientReads {
+/// Makes the calling thread's reads, while it lives, yield to music: those of covers and lyrics.
+class YieldingReads {
   public:
-    PatientReads();
-    ~PatientReads();
-    PatientReads(const PatientReads&) = delete;
-    PatientReads& operator=(const PatientReads&) = delete;
-    PatientReads(PatientReads&&) = delete;
-    PatientReads& operator=(PatientReads&&) = delete;
+    YieldingReads();
+    ~YieldingReads();
+    YieldingReads(const YieldingReads&) = delete;
+    YieldingReads& operator=(const YieldingReads&) = delete;
+    YieldingReads(YieldingReads&&) = delete;
+    YieldingReads& operator=(YieldingReads&&) = delete;
 
-    /// Music has to wait for one such piece at most.
-    static constexpr std::size_t largestPiece = std::size_t{128} * 1024;
+    /// Music waits for at most one read of this size.
+    static constexpr std::size_t maxReadSize = std::size_t{128} * 1024;
 
-    /// A reader that never ends holds nobody up for good.
-    static constexpr std::chrono::milliseconds longestWait{2000};
+    /// Bounds the wait in case music never stops reading.
+    static constexpr std::chrono::milliseconds maxWait{2000};
 
-    /// The most bytes that the calling thread should read at once, after it has waited, if it is
-    /// marked, until music has stopped reading from `device` for a moment.
-    [[nodiscard]] static std::size_t pieceAfterMusic(dev_t device, std::size_t wanted);
+    /// If the calling thread yields, waits until music has stopped reading from `device` for a
+    /// moment. Returns how many of `wanted` bytes the thread should then read at once.
+    [[nodiscard]] static std::size_t waitForMusic(dev_t device, std::size_t wanted);
 };
 
 } // namespace tamsy

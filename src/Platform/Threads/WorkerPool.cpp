@@ -9,21 +9,21 @@ namespace tamsy {
 
 namespace {
 
-/// Somebody waits for the work, and a slow disk's place costs no more than a thread.
-constexpr std::chrono::milliseconds longestSilence{250};
+/// Short, since somebody waits for the work and a slot costs only a thread.
+constexpr std::chrono::milliseconds slotTimeout{250};
 
 } // namespace
 
 WorkerPool::WorkerPool() : queue_(std::max(1U, std::thread::hardware_concurrency()), "worker") {
-    queue_.givePlacesUpAfter(longestSilence);
+    queue_.setSlotTimeout(slotTimeout);
 }
 
 WorkerPool::~WorkerPool() {
-    queue_.endWithin(OperationQueue::patience);
+    queue_.endWithin(OperationQueue::endTimeout);
 }
 
 void WorkerPool::start(std::function<void()> function) {
-    queue_.add(std::make_shared<Operation>(std::move(function)), OperationQueue::Place::First);
+    queue_.add(std::make_shared<Operation>(std::move(function)), OperationQueue::Position::First);
 }
 
 } // namespace tamsy

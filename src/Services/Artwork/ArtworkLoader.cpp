@@ -20,28 +20,29 @@ namespace {
 constexpr std::size_t totalCostLimit = 64U << 20U; // bytes
 constexpr std::size_t maximumConcurrentOperations = 3;
 
-struct Measure {
+struct VariantSize {
     const char* text;
     int side;
 
     [[nodiscard]] QSize targetSize() const { return {side, side}; }
 
-    /// Of the picture in memory, in bytes.
+    /// The picture's size in memory, in bytes.
     [[nodiscard]] std::size_t cost() const {
         constexpr std::size_t bytesPerPixel = 4;
         return static_cast<std::size_t>(side) * static_cast<std::size_t>(side) * bytesPerPixel;
     }
 };
 
-Measure measureOf(ArtworkLoader::Variant variant) {
-    return variant == ArtworkLoader::Variant::thumb64 ? Measure{"64", 64} : Measure{"512", 512};
+VariantSize sizeOf(ArtworkLoader::Variant variant) {
+    return variant == ArtworkLoader::Variant::thumb64 ? VariantSize{"64", 64}
+                                                      : VariantSize{"512", 512};
 }
 
 QByteArray cacheKey(const FileURL& url, ArtworkLoader::Variant variant) {
-    return url.absoluteString() + '#' + measureOf(variant).text;
+    return url.absoluteString() + '#' + sizeOf(variant).text;
 }
 
-/// The whole picture, stretched into the square.
+/// Stretches the whole picture to `size`.
 QImage resize(const QImage& image, const QSize& size) {
     return image.isNull() ? image
                           : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -54,8 +55,8 @@ ArtworkLoader::Sources standardSources() {
             .applicationSupportDirectory = ThumbnailFiles::applicationSupportDirectory()};
 }
 
-/// Static objects end in an order that nobody can see. By then no operation may be left that still
-/// decodes pictures or asks for the interface thread.
+/// Static objects are destroyed in no known order. No operation may still be decoding a picture or
+/// asking for the interface thread by then.
 void endShared() {
     InterfaceThread::releaseWaiters();
     ArtworkLoader::shared().end();
@@ -65,13 +66,13 @@ void endShared() {
 
 ArtworkLoader& ArtworkLoader::shared() {
     static ArtworkLoader loader(standardSources());
-    [[maybe_unused]] static const bool endsInTime = (qAddPostRoutine(endShared), true);
+    [[maybe_unused]] static const bool isRegistered = (qAddPostRoutine(endShared), true);
     return loader;
 }
 
-/// What the loader and its operations hold.
-struct ArtworkLoader::Kept {
-    explicit Kept(Sources from)
+/// What the loader and its operations share.
+struct ArtworkLoader::Caches {
+    explicit Caches(Sources from)
         : sources(std::move(from)),
           files(sources.applicationSupportDirectory),
           cache(totalCostLimit) {}
@@ -84,14 +85,14 @@ struct ArtworkLoader::Kept {
     const Sources sources;
     const ThumbnailFiles files;
     MemoryCache<QByteArray, QImage> cache;
-    std::mutex accessLock; // guards tasks; never held during a file operation or a callback
-    QHash<QByteArray, std::shared_ptr<Operation>> tasks; // what is in flight for each key
+    std::mutex accessLock; // guards tasks; never held during file access or a callback
+    QHash<QByteArray, std::shared_ptr<Operation>> tasks; // the operation in flight for each key
 };
 
 ArtworkLoader::ArtworkLoader(Sources sources)
-    : kept_(std::make_shared<Kept>(std::move(sources))),
+    : caches_(std::make_shared<Caches>(std::move(sources))),
       queue_(maximumConcurrentOperations, "covers") {
-    queue_.givePlacesUpAfter();
+    queue_.setSlotTimeout();
 }
 
 ArtworkLoader::~ArtworkLoader() {
@@ -99,7 +100,7 @@ ArtworkLoader::~ArtworkLoader() {
 }
 
 void ArtworkLoader::end() {
-    queue_.endWithin(OperationQueue::patience);
+    queue_.endWithin(OperationQueue::endTimeout);
 }
 
 QByteArray ArtworkLoader::load(const FileURL& url, Variant variant, Completion completion,
@@ -110,74 +111,74 @@ QByteArray ArtworkLoader::load(const FileURL& url, Variant variant, Completion c
         return key;
     }
     auto operation = std::make_shared<Operation>(
-        [weak = std::weak_ptr(kept_), url, variant, completion = std::move(completion)] {
-            if (const auto kept = weak.lock())
-                kept->readArtwork(url, variant, completion);
+        [weak = std::weak_ptr(caches_), url, variant, completion = std::move(completion)] {
+            if (const auto caches = weak.lock())
+                caches->readArtwork(url, variant, completion);
         });
-    operation->setCompletionHook([weak = std::weak_ptr(kept_), key, self = operation.get()] {
-        if (const auto kept = weak.lock())
-            kept->forget(key, self);
+    operation->setCompletionHook([weak = std::weak_ptr(caches_), key, self = operation.get()] {
+        if (const auto caches = weak.lock())
+            caches->forget(key, self);
     });
-    std::shared_ptr<Operation> former; // ends outside the lock, with all that its closures hold
+    std::shared_ptr<Operation> previous; // destroyed after the lock is released, with its closures
     {
-        const std::scoped_lock lock(kept_->accessLock);
-        former = std::exchange(kept_->tasks[key], operation);
-        if (former)
-            former->cancel();
+        const std::scoped_lock lock(caches_->accessLock);
+        previous = std::exchange(caches_->tasks[key], operation);
+        if (previous)
+            previous->cancel();
     }
-    queue_.add(std::move(operation), urgency == Urgency::PlayingFile ? OperationQueue::Place::First
-                                                                     : OperationQueue::Place::Last);
+    queue_.add(std::move(operation), urgency == Urgency::PlayingFile
+                                         ? OperationQueue::Position::First
+                                         : OperationQueue::Position::Last);
     return key;
 }
 
 QImage ArtworkLoader::image(const FileURL& url, Variant variant) {
-    return kept_->image(url, variant);
+    return caches_->image(url, variant);
 }
 
 void ArtworkLoader::cancel(const FileURL& url, Variant variant) {
     std::shared_ptr<Operation> operation;
     {
-        const std::scoped_lock lock(kept_->accessLock);
-        operation = kept_->tasks.take(cacheKey(url, variant));
+        const std::scoped_lock lock(caches_->accessLock);
+        operation = caches_->tasks.take(cacheKey(url, variant));
     }
     if (operation)
         operation->cancel();
 }
 
-QImage ArtworkLoader::Kept::image(const FileURL& url, Variant variant) {
+QImage ArtworkLoader::Caches::image(const FileURL& url, Variant variant) {
     const QByteArray key = cacheKey(url, variant);
     if (auto found = cache.object(key))
         return *std::move(found);
-    const Measure measure = measureOf(variant);
-    QImage stored = files.read(url, measure.text);
+    const VariantSize size = sizeOf(variant);
+    QImage stored = files.read(url, size.text);
     if (!stored.isNull())
-        cache.setObject(stored, key, measure.cost());
+        cache.setObject(stored, key, size.cost());
     return stored;
 }
 
-void ArtworkLoader::Kept::readArtwork(const FileURL& url, Variant variant,
-                                      const Completion& completion) {
-    const PatientReads patient;
+void ArtworkLoader::Caches::readArtwork(const FileURL& url, Variant variant,
+                                        const Completion& completion) {
+    const YieldingReads yielding;
     const std::optional<AudioMetadata> metadata = sources.readMetadata(url);
-    // A reading that was cut short says nothing about the cover, and must not leave the fallback in
-    // its place for ever.
+    // A read that was cut short says nothing about the cover, so the fallback must not be cached.
     if (!metadata && (InterfaceThread::isReleased() || FileWatch::isCurrentAbandoned()))
         return;
     const bool hasArtwork = metadata && !metadata->artwork.isNull();
     const QImage artwork = hasArtwork ? metadata->artwork : sources.fallbackCover();
-    const QImage scaled = resize(artwork, measureOf(variant).targetSize());
+    const QImage scaled = resize(artwork, sizeOf(variant).targetSize());
     if (metadata && !scaled.isNull())
         store(scaled, url, variant);
     InterfaceThread::run([completion, scaled] { completion(scaled); });
 }
 
-void ArtworkLoader::Kept::store(const QImage& scaled, const FileURL& url, Variant variant) {
-    const Measure measure = measureOf(variant);
-    cache.setObject(scaled, cacheKey(url, variant), measure.cost());
-    files.write(scaled, url, measure.text);
+void ArtworkLoader::Caches::store(const QImage& scaled, const FileURL& url, Variant variant) {
+    const VariantSize size = sizeOf(variant);
+    cache.setObject(scaled, cacheKey(url, variant), size.cost());
+    files.write(scaled, url, size.text);
 }
 
-void ArtworkLoader::Kept::forget(const QByteArray& key, const Operation* operation) {
+void ArtworkLoader::Caches::forget(const QByteArray& key, const Operation* operation) {
     std::shared_ptr<Operation> finished;
     const std::scoped_lock lock(accessLock);
     const auto found = tasks.find(key);

@@ -123,7 +123,7 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
 FolderLibraryService::~FolderLibraryService() {
     scanStop_.request_stop();
     scanResults_->close();
-    scanQueue_.endWithin(OperationQueue::patience);
+    scanQueue_.endWithin(OperationQueue::endTimeout);
 }
 
 void FolderLibraryService::loadPersistedFolders() {

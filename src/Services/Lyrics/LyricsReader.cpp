@@ -18,16 +18,16 @@
 namespace tamsy {
 namespace {
 
-// The lyrics of thousands of tracks, more than one run plays.
+// Holds the lyrics of thousands of tracks.
 constexpr std::size_t cacheLimit = std::size_t{64} * 1024 * 1024;
 
 MemoryCache<FileURL, Lyrics>& cache() {
-    // Never deleted: a late load may still ask for it while the process ends.
+    // Never destroyed: a late load may still use it while the process ends.
     static auto& shared = *new MemoryCache<FileURL, Lyrics>(cacheLimit);
     return shared;
 }
 
-/// Roughly the bytes that an entry of the cache holds.
+/// The approximate size of a cache entry, in bytes.
 std::size_t costOf(const FileURL& url, const Lyrics& lyrics) {
     constexpr qsizetype ofEntry = 256;
     constexpr qsizetype ofLine = 64;
@@ -47,14 +47,14 @@ Lyrics LyricsReader::load(const FileURL& url) const {
     assert(!InterfaceThread::isCurrent());
     if (InterfaceThread::isCurrent())
         return Lyrics::empty;
-    if (auto kept = cache().object(url))
-        return *std::move(kept);
-    const PatientReads patient;
+    if (auto cached = cache().object(url))
+        return *std::move(cached);
+    const YieldingReads yielding;
     for (const auto source :
          {readM4AItem, readEmbeddedLyricsAV, readFlacComments, readEmbeddedLyrics, readLRCFile}) {
         auto found = source(url);
         if (FileWatch::isCurrentAbandoned())
-            break; // what was read may be a part only
+            break; // the file may have been read only in part
         if (found) {
             cache().setObject(*found, url, costOf(url, *found));
             return *std::move(found);
@@ -67,7 +67,7 @@ LyricsReader::Found LyricsReader::readM4AItem(const FileURL& url) {
     return hasExtension(url, "m4a") ? readM4ALyrics(url) : std::nullopt;
 }
 
-/// The answer goes by way of the interface thread, which takes part in every load.
+/// The answer takes a turn on the interface thread, as every load must.
 LyricsReader::Found LyricsReader::readEmbeddedLyricsAV(const FileURL& url) {
     Found found = lyricsAmongItems(MediaAsset(url, MediaAsset::Depth::Items));
     return InterfaceThread::waitFor<Found>(

@@ -131,7 +131,7 @@ TEST(OperationQueueTest, LeavesBehindWhatIsStuck) {
 TEST(OperationQueueTest, SilentFilesGiveUpTheirPlacesUntilTheyAnswer) {
     using namespace std::chrono_literals;
     OperationQueue queue(3);
-    queue.givePlacesUpAfter(50ms);
+    queue.setSlotTimeout(50ms);
     std::latch fileAnswers(1);
     std::atomic<int> working = 0;
     std::atomic<int> most = 0;
@@ -168,12 +168,12 @@ TEST(OperationQueueTest, SilentFilesGiveUpTheirPlacesUntilTheyAnswer) {
 
 TEST(OperationQueueTest, LeavesALimitedNumberOfThreadsWithoutAPlaceAndEndsWithThem) {
     using namespace std::chrono_literals;
-    constexpr std::size_t most = OperationQueue::mostWithoutPlace + 2;
+    constexpr std::size_t most = OperationQueue::maxWithoutSlot + 2;
     const auto fileAnswers = std::make_shared<std::latch>(1);
     const auto begun = std::make_shared<std::atomic<std::size_t>>(0);
     const auto wasAbandoned = std::make_shared<std::atomic<int>>(0);
     OperationQueue queue(2);
-    queue.givePlacesUpAfter(5ms);
+    queue.setSlotTimeout(5ms);
     for (std::size_t file = 0; file < 2 * most; ++file) {
         queue.add(std::make_shared<Operation>([=] {
             {
@@ -190,7 +190,7 @@ TEST(OperationQueueTest, LeavesALimitedNumberOfThreadsWithoutAPlaceAndEndsWithTh
     EXPECT_EQ(*begun, most);
     fileAnswers->count_down();
     EXPECT_TRUE(OperationQueue::waitForAll(10s));
-    EXPECT_EQ(*wasAbandoned, OperationQueue::mostWithoutPlace);
+    EXPECT_EQ(*wasAbandoned, OperationQueue::maxWithoutSlot);
 }
 
 TEST(OperationQueueTest, WhatIsAddedFirstOvertakes) {
@@ -203,7 +203,7 @@ TEST(OperationQueueTest, WhatIsAddedFirstOvertakes) {
     std::latch done(1);
     queue.add(std::make_shared<Operation>([&] { done.count_down(); }));
     queue.add(std::make_shared<Operation>([&] { order.push_back(1); }),
-              OperationQueue::Place::First);
+              OperationQueue::Position::First);
     added.count_down();
     done.wait();
     EXPECT_EQ(order.back(), 3);
@@ -212,16 +212,16 @@ TEST(OperationQueueTest, WhatIsAddedFirstOvertakes) {
 
 TEST(ReadPriorityTest, PatientReadsWaitForTheMusicOfTheirDevice) {
     using namespace std::chrono_literals;
-    constexpr std::size_t wanted = 4 * PatientReads::largestPiece;
+    constexpr std::size_t wanted = 4 * YieldingReads::maxReadSize;
     auto reading = std::make_unique<MusicRead>(1);
-    EXPECT_EQ(PatientReads::pieceAfterMusic(1, wanted), wanted) << "nobody asked it to wait";
+    EXPECT_EQ(YieldingReads::waitForMusic(1, wanted), wanted) << "nobody asked it to wait";
     std::atomic<bool> hasMusicStopped = false;
     std::latch tried(1);
     std::thread cover([&] {
-        const PatientReads patient;
-        EXPECT_EQ(PatientReads::pieceAfterMusic(2, wanted), PatientReads::largestPiece);
+        const YieldingReads yielding;
+        EXPECT_EQ(YieldingReads::waitForMusic(2, wanted), YieldingReads::maxReadSize);
         tried.count_down();
-        static_cast<void>(PatientReads::pieceAfterMusic(1, wanted));
+        static_cast<void>(YieldingReads::waitForMusic(1, wanted));
         EXPECT_TRUE(hasMusicStopped);
     });
     tried.wait();
