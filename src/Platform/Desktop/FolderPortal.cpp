@@ -5,11 +5,10 @@
 
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QGuiApplication>
-#include <QWindow>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/xattr.h>
@@ -21,12 +20,9 @@ const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request"
 
 constexpr int answerLimit = 3000; // milliseconds; the bus may have to start the portal first
 
-/// How the portal names our window. Wayland has names only for windows that were exported.
-QString portalName(const QWindow* window) {
-    return window != nullptr && QGuiApplication::platformName() == QLatin1String("xcb")
-               ? QStringLiteral("x11:%1").arg(window->winId(), 0, 16)
-               : QString();
-}
+/// Of `Response`; any other than these two is a panel that didn't come or has ended.
+constexpr uint chosen = 0;
+constexpr uint canceledByUser = 1;
 
 } // namespace
 
@@ -60,7 +56,8 @@ void FolderPortal::open(const Request& request) {
         QStringLiteral("OpenFile"));
     QByteArray startFolder = request.startFolder.path();
     startFolder.append('\0');
-    call.setArguments({portalName(request.parent), request.title,
+    parent_.emplace(request.parent);
+    call.setArguments({parent_->name(), request.title,
                        QVariantMap{{QStringLiteral("handle_token"), token},
                                    {QStringLiteral("accept_label"), request.acceptLabel},
                                    {QStringLiteral("directory"), true},
@@ -72,8 +69,7 @@ void FolderPortal::open(const Request& request) {
             return; // answered already, or a later panel took its place
         if (answer->isError()) {
             close();
-            qWarning("No folder panel of the desktop: %s", qPrintable(answer->error().message()));
-            Q_EMIT unavailable();
+            giveUp(answer->error().message());
             return;
         }
         const auto path = answer->reply().arguments().value(0).value<QDBusObjectPath>().path();
@@ -86,9 +82,14 @@ void FolderPortal::respond(uint response, const QVariantMap& results, const QDBu
     if (message.path() != handle_)
         return;
     handle_.clear();
+    parent_.reset();
+    if (response != chosen && response != canceledByUser) {
+        giveUp(QStringLiteral("it didn't come up"));
+        return;
+    }
     const QStringList addresses = results.value(QStringLiteral("uris")).toStringList();
     std::optional<FileURL> folder;
-    if (response == 0 && !addresses.isEmpty())
+    if (response == chosen && !addresses.isEmpty())
         folder = FileURL::fromAbsoluteString(addresses.constFirst().toUtf8());
     // Made anew from its bytes, so that it is escaped as all our addresses are.
     Q_EMIT finished(folder ? std::optional(outsideOfPortal(FileURL::fromPath(folder->path())))
@@ -107,6 +108,13 @@ void FolderPortal::close() {
     static_cast<void>(bus_.send(QDBusMessage::createMethodCall(
         portalService, handle_, requestInterface, QStringLiteral("Close"))));
     handle_.clear();
+    parent_.reset();
+}
+
+void FolderPortal::giveUp(const QString& reason) {
+    if (!std::exchange(hasWarned_, true))
+        qWarning("No folder panel of the desktop: %s", qPrintable(reason));
+    Q_EMIT unavailable();
 }
 
 FileURL outsideOfPortal(const FileURL& folder) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Desktop/PortalParent.h"
 #include "Utils/FileURL.h"
 
 #include <QDBusConnection>
@@ -40,18 +41,21 @@ class FolderPortal : public QObject {
   Q_SIGNALS:
     /// The user's choice, or nothing if the user chose none or the portal has ended.
     void finished(const std::optional<FileURL>& folder);
-    /// There is no such portal, or it didn't answer in time.
+    /// There is no such portal, it didn't answer in time, or it could show no panel.
     void unavailable();
 
   private:
     Q_SLOT void respond(uint response, const QVariantMap& results, const QDBusMessage& message);
     void listen(const QString& handle);
     void close();
+    void giveUp(const QString& reason);
 
     QDBusConnection bus_;
     QDBusServiceWatcher portalEnd_;
-    QString handle_; // path of the request while a panel is open, else empty
+    QString handle_;                     // path of the request while a panel is open, else empty
+    std::optional<PortalParent> parent_; // while a panel is open
     int requests_ = 0;
+    bool hasWarned_ = false; // a desktop without portals has none at the next request either
 };
 
 /// The real folder of one that a portal passes into a sandbox, where that can be opened here;
