@@ -14,7 +14,7 @@ Item {
         visible: false
         sourceItem: material.blurs ? material.backdrop : null
         sourceRect: Qt.rect(0, material.backdrop.height - material.height, material.width, material.height)
-        // qmllint doesn't know that `size` converts to a `QSize`.
+        // The linter doesn't know that `size` converts to a `QSize`.
         // qmllint disable
         textureSize: Qt.size(Math.ceil(material.width / material.scale), Math.ceil(material.height / material.scale))
         // qmllint enable

@@ -8,7 +8,7 @@ Item {
     Repeater {
         model: 12
 
-        // qmllint doesn't know ids outside a component.
+        // The linter doesn't know ids outside a component.
         // qmllint disable unqualified
         Rectangle {
             required property int index

@@ -22,7 +22,7 @@ Rectangle {
         topMargin: 12
         bottomMargin: sidebar.bottomInset + 8
         clip: true
-        // qmllint doesn't know the base class of a C++ model.
+        // The linter doesn't know the base class of a C++ model.
         // qmllint disable
         model: FolderListModel {
             id: folderModel
@@ -69,7 +69,7 @@ Rectangle {
             event.accepted = true;
         }
 
-        // qmllint doesn't know ids outside a component.
+        // The linter doesn't know ids outside a component.
         // qmllint disable unqualified
         delegate: SidebarRow {
             width: list.width

@@ -33,7 +33,7 @@ Item {
             list.reveal(row);
     }
 
-    // qmllint doesn't know the base class of a C++ model.
+    // The linter doesn't know the base class of a C++ model.
     // qmllint disable
     TrackListModel {
         id: tracks
@@ -129,7 +129,7 @@ Item {
             event.accepted = true;
         }
 
-        // qmllint doesn't know ids outside a component.
+        // The linter doesn't know ids outside a component.
         // qmllint disable unqualified
         delegate: TrackRow {
             width: list.width

@@ -39,7 +39,7 @@ Item {
         clicked(true);
     }
 
-    // qmllint doesn't know ids outside a component.
+    // The linter doesn't know ids outside a component.
     // qmllint disable unqualified
     component Cell: Text {
         height: row.height

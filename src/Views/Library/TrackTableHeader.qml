@@ -9,7 +9,7 @@ Item {
 
     implicitHeight: 32
 
-    // qmllint doesn't know ids outside a component.
+    // The linter doesn't know ids outside a component.
     // qmllint disable unqualified
     component Title: Text {
         height: header.height

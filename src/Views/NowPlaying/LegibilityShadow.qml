@@ -11,7 +11,7 @@ Loader {
     /// The opacity of the source's text, 0 to 1, so that faint text casts the same shadow. A smaller
     /// value makes the shadow heavier.
     property real ink: 1
-    // qmllint doesn't know that `size` converts to a `QSize`.
+    // The linter doesn't know that `size` converts to a `QSize`.
     // qmllint disable
     readonly property size halfSize: Qt.size(Math.max(1, Math.ceil(width / 2)), Math.max(1, Math.ceil(height / 2)))
     // qmllint enable

@@ -136,7 +136,7 @@ Popup {
             ScrollBar.vertical: ThinScrollBar {
                 colors: Theme.onArt
             }
-            // qmllint doesn't know the base class of a C++ model.
+            // The linter doesn't know the base class of a C++ model.
             // qmllint disable
             model: TrackListModel {
                 id: tracks
@@ -152,7 +152,7 @@ Popup {
                     sheet.pick(url);
             }
 
-            // qmllint doesn't know ids outside a component.
+            // The linter doesn't know ids outside a component.
             // qmllint disable unqualified
             delegate: PickerRow {
                 width: list.width

@@ -17,7 +17,7 @@ Item {
     /// The wide layout, chosen by the width alone.
     readonly property bool isFullScreen: width >= 1000
 
-    // qmllint doesn't know the base class of a C++ model.
+    // The linter doesn't know the base class of a C++ model.
     // qmllint disable
     NowPlayingModel {
         id: model

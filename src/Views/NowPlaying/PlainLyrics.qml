@@ -51,7 +51,7 @@ ListView {
         inset: 4
         ink: Qt.rgba(1, 1, 1, 0.9)
     }
-    // qmllint doesn't know ids outside a component.
+    // The linter doesn't know ids outside a component.
     // qmllint disable unqualified
     delegate: Item {
         id: row

@@ -41,7 +41,7 @@ Item {
             Accessible.role: Accessible.List
             Accessible.name: AccessibleNames.lyrics
 
-            // qmllint doesn't know ids outside a component.
+            // The linter doesn't know ids outside a component.
             // qmllint disable unqualified
             delegate: LyricLine {
                 width: list.width - 60
