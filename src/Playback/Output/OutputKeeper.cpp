@@ -1,0 +1,346 @@
+#include "Playback/Output/OutputKeeper.h"
+
+#include "Playback/Output/RealtimePriority.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include <unistd.h>
+
+namespace tamsy {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+/// A sound server that is started anew is there again within this time.
+constexpr auto lossLimit = 2s;
+
+/// A listener who is still there would have acted by then.
+constexpr auto patienceWithLoss = 60s;
+
+/// Between two looks at an output, and two attempts to replace a lost or silent one.
+constexpr auto lookInterval = 250ms;
+constexpr auto silentInterval = 500ms;
+constexpr auto lateSilentInterval = 5s; // once nobody seems to be about to bring a device
+
+/// From a start to the first look: the device has pulled frames by then.
+constexpr auto firstLook = 30ms;
+
+/// Threads that sound servers hold up, and those at work.
+constexpr int maxWorkers = 8;
+std::atomic<int> workerCount = 0;
+
+/// Passes frames on, and learns which thread feeds the device.
+class Feed final : public AudioRenderer {
+  public:
+    explicit Feed(std::shared_ptr<AudioRenderer> source) : source_(std::move(source)) {}
+
+    void render(std::span<StereoFrame> frames) noexcept override {
+        if (thread_.load(std::memory_order_relaxed) == 0)
+            thread_.store(::gettid(), std::memory_order_relaxed);
+        if (frames.size() > held_.load(std::memory_order_relaxed))
+            held_.store(frames.size(), std::memory_order_relaxed);
+        source_->render(frames);
+    }
+
+    /// 0 until frames have been pulled.
+    [[nodiscard]] pid_t thread() const { return thread_.load(std::memory_order_relaxed); }
+    void forgetThread() { thread_.store(0, std::memory_order_relaxed); }
+
+    /// The most that has been pulled at once.
+    [[nodiscard]] std::size_t held() const { return held_.load(std::memory_order_relaxed); }
+    void forgetHeld() { held_.store(0, std::memory_order_relaxed); }
+
+  private:
+    const std::shared_ptr<AudioRenderer> source_;
+    std::atomic<pid_t> thread_ = 0;
+    std::atomic<std::size_t> held_ = 0;
+};
+
+/// All that is asked for.
+struct Wanted {
+    std::uint64_t number = 0; // counts the changes
+    std::uint64_t starts = 0;
+    std::uint64_t flushes = 0;
+    bool isRunning = false;
+    bool isOpen = false;
+    bool quit = false;
+};
+
+} // namespace
+
+struct OutputKeeper::Shared {
+    Shared(std::shared_ptr<AudioRenderer> renderer, Opener howToOpen)
+        : feed(std::move(renderer)), opener(std::move(howToOpen)) {}
+
+    Feed feed;
+    const Opener opener;
+    mutable std::mutex mutex; // guards what follows
+    mutable std::condition_variable changed;
+    Wanted wanted;
+    std::uint64_t done = 0; // the number of the latest change that was carried out
+    State state = State::Held;
+    Clock::time_point startedAt; // when the latest start was asked for
+    bool isOpen = false;
+    bool hasEnded = false; // the thread
+};
+
+/// What runs on the keeper's thread.
+class OutputKeeper::Worker {
+  public:
+    explicit Worker(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
+    ~Worker() {
+        output_.reset();
+        --workerCount;
+        const std::scoped_lock lock(shared_->mutex);
+        shared_->hasEnded = true;
+        shared_->changed.notify_all();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    void run() {
+        while (const std::optional<Wanted> wanted = waitForWork()) {
+            carryOut(*wanted);
+            publish(wanted->number);
+        }
+        holdOutput(); // a running device's end may wait for its server
+    }
+
+  private:
+    std::optional<Wanted> waitForWork() {
+        std::unique_lock lock(shared_->mutex);
+        const auto isChanged = [this] {
+            return shared_->wanted.quit || shared_->wanted.number != shared_->done;
+        };
+        if (nextLook_)
+            shared_->changed.wait_until(lock, *nextLook_, isChanged);
+        else
+            shared_->changed.wait(lock, isChanged);
+        return shared_->wanted.quit ? std::nullopt : std::optional(shared_->wanted);
+    }
+
+    void carryOut(const Wanted& wanted) {
+        if (wanted.flushes != flushes_)
+            flushOutput(wanted.flushes);
+        if (wanted.isRunning && wanted.starts != starts_)
+            startOutput(wanted.starts);
+        else if (wanted.isRunning)
+            lookAfterOutput();
+        else
+            holdOutput();
+        if (wanted.isOpen && !output_ && !wanted.isRunning)
+            openOutput(true);
+    }
+
+    void publish(std::uint64_t number) {
+        const std::scoped_lock lock(shared_->mutex);
+        shared_->done = number;
+        shared_->isOpen = output_ != nullptr;
+        if (number == shared_->wanted.number)
+            shared_->state = state();
+        shared_->changed.notify_all();
+    }
+
+    [[nodiscard]] State state() const {
+        if (!isRunning_)
+            return hasGivenUp_ ? State::GivenUp : State::Held;
+        const bool isLost = lostSince_ && Clock::now() - *lostSince_ >= lossLimit;
+        return isLost ? State::Lost : State::Sounding;
+    }
+
+    void openOutput(bool maySilent) {
+        output_ = shared_->opener(shared_->feed, maySilent);
+        shared_->feed.forgetHeld();
+    }
+
+    void flushOutput(std::uint64_t number) {
+        holdOutput();
+        if (output_)
+            output_->flush();
+        flushes_ = number;
+    }
+
+    void holdOutput() {
+        if (isRunning_ && output_)
+            output_->hold();
+        isRunning_ = false;
+        lostSince_.reset();
+        nextLook_.reset();
+    }
+
+    void startOutput(std::uint64_t number) {
+        starts_ = number;
+        isRunning_ = true;
+        hasGivenUp_ = false;
+        lostSince_.reset();
+        startedAt_ = Clock::now();
+        if (output_ && !output_->isAlive())
+            output_.reset();
+        // One that won't start has lost its server; a fresh one finds another way out.
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            if (!output_)
+                openOutput(true);
+            if (begin())
+                return;
+        }
+        lostSince_ = Clock::now();
+        nextLook_ = Clock::now() + lookInterval;
+    }
+
+    bool begin() {
+        shared_->feed.forgetThread();
+        nextLook_ = Clock::now() + firstLook;
+        if (output_ && output_->start())
+            return true;
+        output_.reset();
+        return false;
+    }
+
+    void lookAfterOutput() {
+        if (!isRunning_ || Clock::now() < nextLook_.value_or(Clock::time_point::max()))
+            return;
+        nextLook_ = Clock::now() + lookInterval;
+        if (!output_ || !output_->isAlive())
+            replaceLostOutput();
+        else if (output_->isSilent())
+            replaceSilentOutput();
+        else
+            hurryFeed();
+    }
+
+    void replaceLostOutput() {
+        output_.reset();
+        if (!lostSince_)
+            lostSince_ = Clock::now();
+        openOutput(false);
+        if (begin()) {
+            lostSince_.reset();
+            return;
+        }
+        nextLook_ = Clock::now() + lookInterval;
+        if (Clock::now() - *lostSince_ < patienceWithLoss)
+            return;
+        hasGivenUp_ = true;
+        holdOutput();
+    }
+
+    void replaceSilentOutput() {
+        std::unique_ptr<AudioOutput> real = shared_->opener(shared_->feed, false);
+        const bool isEarly = Clock::now() - startedAt_ < patienceWithLoss;
+        nextLook_ = Clock::now() + (isEarly ? Clock::duration(silentInterval) : lateSilentInterval);
+        if (!real)
+            return;
+        output_->hold(); // one thread pulls at a time
+        output_ = std::move(real);
+        shared_->feed.forgetHeld();
+        begin();
+    }
+
+    void hurryFeed() {
+        const pid_t thread = shared_->feed.thread();
+        if (thread != 0 && std::exchange(hurried_, thread) != thread)
+            RealtimePriority::request(thread);
+    }
+
+    const std::shared_ptr<Shared> shared_;
+    std::unique_ptr<AudioOutput> output_;
+    std::uint64_t starts_ = 0;
+    std::uint64_t flushes_ = 0;
+    bool isRunning_ = false;
+    bool hasGivenUp_ = false;
+    pid_t hurried_ = 0; // the thread that priority was asked for
+    Clock::time_point startedAt_;
+    std::optional<Clock::time_point> lostSince_;
+    std::optional<Clock::time_point> nextLook_; // while it runs
+};
+
+OutputKeeper::OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opener)
+    : shared_(std::make_shared<Shared>(std::move(renderer), std::move(opener))) {
+    ++workerCount;
+    auto worker = std::make_unique<Worker>(shared_); // counts itself out
+    if (workerCount > maxWorkers)
+        return;
+    try {
+        std::thread([worker = std::move(worker)]() mutable {
+            worker->run();
+            worker.reset();
+        }).detach();
+    } catch (const std::system_error&) {
+        // As without an output.
+    }
+}
+
+OutputKeeper::~OutputKeeper() {
+    const bool doesAnswer = wait(0ms);
+    change([](Shared& shared) { shared.wanted.quit = true; });
+    std::unique_lock lock(shared_->mutex);
+    if (doesAnswer)
+        shared_->changed.wait_for(lock, holdPatience, [this] { return shared_->hasEnded; });
+}
+
+template <typename Change>
+void OutputKeeper::change(Change change) {
+    const std::scoped_lock lock(shared_->mutex);
+    change(*shared_);
+    ++shared_->wanted.number;
+    shared_->changed.notify_all();
+}
+
+void OutputKeeper::open() {
+    change([](Shared& shared) { shared.wanted.isOpen = true; });
+}
+
+void OutputKeeper::start() {
+    change([](Shared& shared) {
+        shared.wanted.isRunning = true;
+        ++shared.wanted.starts;
+        shared.state = State::Starting;
+        shared.startedAt = Clock::now();
+    });
+}
+
+void OutputKeeper::hold() {
+    change([](Shared& shared) {
+        shared.wanted.isRunning = false;
+        shared.state = State::Held;
+    });
+}
+
+void OutputKeeper::flush() {
+    change([](Shared& shared) {
+        shared.wanted.isRunning = false;
+        ++shared.wanted.flushes;
+        shared.state = State::Held;
+    });
+}
+
+bool OutputKeeper::wait(std::chrono::milliseconds limit) const {
+    std::unique_lock lock(shared_->mutex);
+    return shared_->changed.wait_for(lock, limit,
+                                     [this] { return shared_->done == shared_->wanted.number; });
+}
+
+bool OutputKeeper::isOpen() const {
+    const std::scoped_lock lock(shared_->mutex);
+    return shared_->isOpen;
+}
+
+OutputKeeper::State OutputKeeper::state() const {
+    const std::scoped_lock lock(shared_->mutex);
+    const bool isLate = Clock::now() - shared_->startedAt >= lossLimit;
+    return shared_->state == State::Starting && isLate ? State::Lost : shared_->state;
+}
+
+std::size_t OutputKeeper::heldFrames() const {
+    return shared_->feed.held();
+}
+
+} // namespace tamsy
