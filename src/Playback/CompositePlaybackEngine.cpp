@@ -2,6 +2,7 @@
 
 #include "Playback/FFmpeg/AVPlaybackEngine.h"
 #include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
+#include "Playback/Output/SoundServerEnvironment.h"
 #include "Utils/FileURL.h"
 #include "Utils/PlaybackLogger.h"
 
@@ -26,7 +27,9 @@ Subscription forward(const Publisher<T>& source, ValueSubject<T> target) {
 
 CompositePlaybackEngine::CompositePlaybackEngine()
     : CompositePlaybackEngine(std::make_unique<MiniaudioPlaybackEngine>(),
-                              std::make_unique<AVPlaybackEngine>()) {}
+                              std::make_unique<AVPlaybackEngine>()) {
+    describeStreamsToSoundServers(); // the first file loads a sound library
+}
 
 CompositePlaybackEngine::CompositePlaybackEngine(
     std::unique_ptr<AudioPlaybackEngine> miniaudioEngine,

@@ -2,31 +2,60 @@
 
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Miniaudio/DecodeAhead.h"
-#include "Playback/Output/SoundServerNoise.h"
+#include "Playback/Miniaudio/MiniaudioDevice.h"
+#include "Playback/Output/OutputKeeper.h"
 #include "Utils/FileURL.h"
 
 #include <miniaudio.h>
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <memory>
-#include <mutex>
 #include <span>
 
 namespace tamsy {
 
-struct BridgePlayer {
-    explicit BridgePlayer(const FileURL& url) : file(url) {}
+namespace {
+
+/// What the device plays.
+struct BridgeSound final : AudioRenderer {
+    explicit BridgeSound(const FileURL& url) : file(url) {}
+
+    void render(std::span<StereoFrame> frames) noexcept override;
+    void count(std::size_t frames, std::size_t wanted);
+    void correctLength(double position);
 
     DecodeAhead file; // knows the duration, too
-    ma_device device{};
-    std::atomic<bool> isPlaying = false;
     std::atomic<double> positionSeconds = 0;
     std::atomic<float> volume = 0.5F;
-    // What the caller has been told was done and isn't yet; its own thread's.
+    std::atomic<ma_result> deviceResult = MA_TIMEOUT;
+};
+
+} // namespace
+
+struct BridgePlayer {
+    using Clock = std::chrono::steady_clock;
+
+    explicit BridgePlayer(const FileURL& url)
+        : sound(std::make_shared<BridgeSound>(url)),
+          output(sound, [sound = sound.get()](AudioRenderer& renderer, bool maySilent) {
+              return MiniaudioDevice::open(renderer, maySilent, sound->deviceResult);
+          }) {}
+
+    /// How long a sound server may take to open the device.
+    static constexpr auto openLimit = std::chrono::seconds(2);
+
+    const std::shared_ptr<BridgeSound> sound; // with the device's thread, which may outlive this
+    OutputKeeper output;
+    std::atomic<bool> isPlaying = false;
+    const Clock::time_point openDeadline = Clock::now() + openLimit;
+    // What the caller has been told was done and isn't yet.
     bool isOpening = false;
+    bool isDeviceOpening = true;
     bool isSeeking = false;
     double soughtFrom = 0; // seconds
+    double anchor = 0;     // seconds, where the latest seek or stop went
 };
 
 namespace {
@@ -38,89 +67,77 @@ void fail(BridgeErrorOut error, ma_result code, std::string_view description) {
 
 /// A file shows its true length at its end, before the position does, so that one which told none
 /// or too much ends as any other does.
-void correctLength(BridgePlayer& player, double position) {
+void BridgeSound::correctLength(double position) {
     constexpr double tolerance = 0.05; // seconds by which a header may round
-    const double told = player.file.length();
-    const double end = player.file.endPosition();
+    const double told = file.length();
+    const double end = file.endPosition();
     const double length = end > 0 ? end : position;
     if (told == 0 || length < told - tolerance)
-        player.file.setLength(length);
+        file.setLength(length);
 }
 
 /// Counts what a callback has put out. The silence after the end counts, the silence of a file that
 /// owes frames doesn't.
-void count(BridgePlayer& player, std::size_t frames, std::size_t wanted) {
+void BridgeSound::count(std::size_t frames, std::size_t wanted) {
     const auto rate = static_cast<double>(AudioDecoder::sampleRate);
-    const double position = player.positionSeconds.load(std::memory_order_relaxed);
-    const bool hasEnded = frames < wanted && player.file.hasEnded();
+    const double position = positionSeconds.load(std::memory_order_relaxed);
+    const bool hasEnded = frames < wanted && file.hasEnded();
     if (hasEnded)
-        correctLength(player, position + static_cast<double>(frames) / rate);
-    player.positionSeconds = position + static_cast<double>(hasEnded ? wanted : frames) / rate;
+        correctLength(position + static_cast<double>(frames) / rate);
+    positionSeconds = position + static_cast<double>(hasEnded ? wanted : frames) / rate;
 }
 
-void ma_data_callback(ma_device* device, void* output, const void* /*input*/,
-                      ma_uint32 frameCount) {
-    auto* player = static_cast<BridgePlayer*>(device->pUserData);
-    if (player == nullptr)
-        return;
-    const std::span<StereoFrame> frames(static_cast<StereoFrame*>(output), frameCount);
-    const std::size_t filled = player->file.read(frames);
-    const float volume = player->volume.load(std::memory_order_relaxed);
-    if (volume != 1.0F) {
+void BridgeSound::render(std::span<StereoFrame> frames) noexcept {
+    const std::size_t filled = file.read(frames);
+    const float gain = volume.load(std::memory_order_relaxed);
+    if (gain != 1.0F) {
         for (StereoFrame& frame : frames.first(filled))
-            frame = {frame.left * volume, frame.right * volume};
+            frame = {frame.left * gain, frame.right * gain};
     }
     std::ranges::transform(frames.first(filled), frames.begin(), limited);
     std::ranges::fill(frames.subspan(filled), StereoFrame());
-    count(*player, filled, frameCount);
+    count(filled, frames.size());
 }
 
-ma_result openDevice(BridgePlayer& player) {
-    static std::once_flag silenced;
-    std::call_once(silenced, silenceSoundLibraries);
-    ma_device_config config = ma_device_config_init(ma_device_type_playback);
-    config.sampleRate = AudioDecoder::sampleRate;
-    config.playback.format = AudioDecoder::format;
-    config.playback.channels = AudioDecoder::channels;
-    config.dataCallback = ma_data_callback;
-    config.pUserData = &player;
-    // With no list of backends and no context it goes through all of them until a device opens, and
-    // ends with one that runs in real time without any sound card.
-    return ma_device_init_ex(nullptr, 0, nullptr, &config, &player.device);
+void setPosition(BridgePlayer& player, double seconds) {
+    player.anchor = seconds;
+    player.sound->positionSeconds = seconds;
 }
 
-/// Starts the device. One that won't start has lost its sound server; a fresh one finds the server
-/// that has come back, or another way out.
-ma_result startDevice(BridgePlayer& player) {
-    player.file.setRunning(true);
-    if (ma_device_start(&player.device) == MA_SUCCESS)
-        return MA_SUCCESS;
-    ma_device_uninit(&player.device);
-    const ma_result result = openDevice(player);
-    return result == MA_SUCCESS ? ma_device_start(&player.device) : result;
+/// About what is heard: the output produced without what the device holds of it.
+double heardPosition(const BridgePlayer& player) {
+    const double held = static_cast<double>(player.output.heldFrames()) / AudioDecoder::sampleRate;
+    return std::max(player.anchor, player.sound->positionSeconds - held);
 }
 
-/// Whether the device stands in for one that is missing.
-bool isSilent(const ma_device& device) {
-    return device.pContext != nullptr && device.pContext->backend == ma_backend_null;
+/// Whether the device, which may be lost and replaced later, has yet to be opened.
+bool isDeviceOpening(BridgePlayer& player) {
+    player.isDeviceOpening = player.isDeviceOpening && !player.output.isOpen();
+    return player.isDeviceOpening;
 }
 
-/// Stops and ends the device, if there is one. A running device's end waits for its thread to wake
-/// by itself, which it never does once the sound server has gone; stopping wakes it.
-void closeDevice(BridgePlayer& player) {
-    static_cast<void>(ma_device_stop(&player.device));
-    ma_device_uninit(&player.device);
+/// Whether opening the device has failed, or takes too long.
+bool hasNoDevice(BridgePlayer& player) {
+    const bool isDone = player.output.wait(std::chrono::milliseconds(0));
+    return isDeviceOpening(player) && (isDone || BridgePlayer::Clock::now() > player.openDeadline);
 }
 
-/// Gives the lost device's place to another, unless that is silent.
-bool replaceDevice(BridgePlayer& player) {
-    closeDevice(player);
-    if (openDevice(player) != MA_SUCCESS)
-        return false;
-    if (!isSilent(player.device))
-        return ma_device_start(&player.device) == MA_SUCCESS;
-    closeDevice(player);
+/// Starts the device; false if it can't be. One that doesn't answer in time starts as soon as it
+/// does.
+bool startDevice(BridgePlayer& player) {
+    player.sound->file.setRunning(true);
+    player.output.start();
+    if (!player.output.wait(OutputKeeper::startPatience) ||
+        player.output.state() == OutputKeeper::State::Sounding)
+        return true;
+    player.output.hold();
     return false;
+}
+
+/// Lets the device stop. One that doesn't answer in time stops as soon as it can, and nothing is
+/// heard of it meanwhile; false then.
+bool waitForDevice(const BridgePlayer& player) {
+    return player.output.wait(OutputKeeper::holdPatience);
 }
 
 BridgePlayer* asPlayer(void* player) {
@@ -135,34 +152,31 @@ bool ma_isAvailable() {
 
 BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
     auto player = std::make_unique<BridgePlayer>(url);
-    const std::optional<ma_result> opened = player->file.waitUntilOpened();
+    const std::optional<ma_result> opened = player->sound->file.waitUntilOpened();
     if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
         fail(error, *opened, "Failed to open audio file");
         return nullptr;
     }
     player->isOpening = !opened;
-    if (const ma_result result = openDevice(*player); result != MA_SUCCESS) {
-        fail(error, result, "Failed to init audio device");
+    player->output.open();
+    static_cast<void>(player->output.wait(OutputKeeper::startPatience));
+    if (hasNoDevice(*player)) {
+        fail(error, player->sound->deviceResult, "Failed to init audio device");
         return nullptr;
     }
     return player.release();
 }
 
 void ma_destroyPlayer(BridgePlayer* player) {
-    if (player == nullptr)
-        return;
-    const std::unique_ptr<BridgePlayer> owned(player);
-    closeDevice(*owned); // first, as its thread reads the decoder
+    const std::unique_ptr<BridgePlayer> owned(
+        player); // the device ends first: it reads the decoder
 }
 
 bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
     if (player == nullptr)
         return false;
-    // Where there was no sound at the start there may be by now.
-    if (isSilent(player->device) && player->positionSeconds > 0)
-        closeDevice(*player);
-    if (const ma_result result = startDevice(*player); result != MA_SUCCESS) {
-        fail(error, result, "Failed to start device");
+    if (!startDevice(*player)) {
+        fail(error, player->sound->deviceResult, "Failed to start device");
         return false;
     }
     player->isPlaying = true;
@@ -172,49 +186,53 @@ bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
 void ma_pause(BridgePlayer* player) {
     if (player == nullptr)
         return;
-    static_cast<void>(ma_device_stop(&player->device));
-    player->file.setRunning(false);
+    player->output.hold();
+    static_cast<void>(waitForDevice(*player));
+    player->sound->file.setRunning(false);
     player->isPlaying = false;
 }
 
 void ma_stop(BridgePlayer* player) {
     if (player == nullptr)
         return;
-    static_cast<void>(ma_device_stop(&player->device));
-    player->file.seek(0, 0);
+    player->output.flush();
+    static_cast<void>(waitForDevice(*player));
+    player->sound->file.seek(0, 0);
     player->isSeeking = false;
-    player->positionSeconds = 0;
-    player->file.setRunning(false);
+    setPosition(*player, 0);
+    player->sound->file.setRunning(false);
     player->isPlaying = false;
 }
 
 bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
     if (player == nullptr)
         return false;
+    BridgeSound& sound = *player->sound;
     const double target = seconds > 0 ? seconds : 0; // what isn't a number counts as 0, too
-    const bool wasPlaying = player->isPlaying;
-    if (wasPlaying)
-        static_cast<void>(ma_device_stop(&player->device));
+    player->output.flush();
+    const bool doesAnswer = waitForDevice(*player);
     if (!player->isSeeking)
-        player->soughtFrom = player->positionSeconds;
-    player->file.seek(target, player->soughtFrom);
-    const std::optional<ma_result> result = player->file.waitUntilSought();
+        player->soughtFrom = heardPosition(*player);
+    sound.file.seek(target, player->soughtFrom);
+    const std::optional<ma_result> result = sound.file.waitUntilSought();
     player->isSeeking = !result;
     if (result.value_or(MA_SUCCESS) != MA_SUCCESS) {
-        player->positionSeconds = player->soughtFrom;
+        setPosition(*player, player->soughtFrom);
         fail(error, *result, "Failed to seek");
         return false;
     }
-    player->positionSeconds = target;
-    if (wasPlaying && startDevice(*player) == MA_SUCCESS)
-        player->isPlaying = true;
+    setPosition(*player, target);
+    if (player->isPlaying && doesAnswer)
+        static_cast<void>(startDevice(*player));
+    else if (player->isPlaying)
+        player->output.start();
     return true;
 }
 
 BridgeState ma_getState(const BridgePlayer* player) {
     if (player == nullptr)
         return {};
-    return {player->file.length(), player->positionSeconds, player->isPlaying};
+    return {player->sound->file.length(), heardPosition(*player), player->isPlaying};
 }
 
 void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error) {
@@ -257,32 +275,51 @@ BridgeFile ma_lookAtFileRaw(void* handle, BridgeErrorOut error) {
     if (player == nullptr)
         return BridgeFile::Ready;
     if (player->isOpening) {
-        const std::optional<ma_result> opened = player->file.opened();
+        const std::optional<ma_result> opened = player->sound->file.opened();
         player->isOpening = !opened;
         if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
             fail(error, *opened, "Failed to open audio file");
             return BridgeFile::NotOpened;
         }
     }
+    if (hasNoDevice(*player)) {
+        fail(error, player->sound->deviceResult, "Failed to init audio device");
+        return BridgeFile::NotOpened;
+    }
     if (player->isSeeking) {
-        const std::optional<ma_result> sought = player->file.sought();
+        const std::optional<ma_result> sought = player->sound->file.sought();
         player->isSeeking = !sought;
         if (sought.value_or(MA_SUCCESS) != MA_SUCCESS) {
-            player->positionSeconds = player->soughtFrom;
+            setPosition(*player, player->soughtFrom);
             fail(error, *sought, "Failed to seek");
             return BridgeFile::NotSought;
         }
     }
-    return player->file.isWaiting() ? BridgeFile::Waiting : BridgeFile::Ready;
+    const bool isWaiting = player->sound->file.isWaiting() || isDeviceOpening(*player);
+    return isWaiting ? BridgeFile::Waiting : BridgeFile::Ready;
 }
 
-bool ma_replaceOutputRaw(void* player) {
-    return player != nullptr && asPlayer(player)->isPlaying && replaceDevice(*asPlayer(player));
+bool ma_hasDeviceRaw(void* player) {
+    return player != nullptr && !isDeviceOpening(*asPlayer(player));
+}
+
+BridgeOutput ma_lookAtOutputRaw(const void* player) {
+    if (player == nullptr)
+        return BridgeOutput::There;
+    switch (static_cast<const BridgePlayer*>(player)->output.state()) {
+    case OutputKeeper::State::Lost:
+        return BridgeOutput::Lost;
+    case OutputKeeper::State::GivenUp:
+        return BridgeOutput::GivenUp;
+    default:
+        return BridgeOutput::There;
+    }
 }
 
 void ma_setVolumeRaw(void* player, float volume) {
     if (player != nullptr)
-        asPlayer(player)->volume.store(std::clamp(volume, 0.0F, 1.0F), std::memory_order_relaxed);
+        asPlayer(player)->sound->volume.store(std::clamp(volume, 0.0F, 1.0F),
+                                              std::memory_order_relaxed);
 }
 
 } // namespace tamsy

@@ -15,14 +15,16 @@ class FileURL;
 /// and seeking wait 50 ms for a slow file; then they have succeeded for the time being, and the
 /// player is waiting. While it waits, and wherever the file owes frames, a running device plays
 /// silence that doesn't count; `ma_lookAtFileRaw` tells.
-/// There is no end event: at the end of the file the device goes on playing silence and the
-/// position goes on rising past the duration.
+/// A device whose sound server doesn't answer is waited for on a thread of its own: the caller goes
+/// on after 150 ms while it is opened or started, and after 80 ms while it stops. Opening fails
+/// after two seconds; a late start counts as a lost output. There is no end event: at the end of
+/// the file the device goes on playing silence and the position goes on rising past the duration.
 struct BridgePlayer;
 
 /// What a player is doing.
 struct BridgeState {
     double durationSeconds = 0; // 0 when it can't be told yet; corrected at an end before it
-    double positionSeconds = 0; // output produced since the last seek or stop
+    double positionSeconds = 0; // output produced since the last seek or stop, as far as heard
     bool isPlaying = false;     // the device was started and not stopped since
 };
 
@@ -84,17 +86,27 @@ void ma_getStateRaw(const void* player, double* durationSeconds, double* positio
 /// How a player's file is doing.
 enum class BridgeFile {
     Ready,
-    Waiting,   // frames are owed
-    NotOpened, // opening has failed after all: nothing will come, the player can only be destroyed
+    Waiting,   // frames are owed, or the device is being opened
+    NotOpened, // opening file or device has failed after all: the player can only be destroyed
     NotSought, // a seek has failed after all; told once, the position is what it was before
 };
 
 /// Asked from time to time while a player waits. The error is that of the call that failed.
 [[nodiscard]] BridgeFile ma_lookAtFileRaw(void* player, BridgeErrorOut error);
 
-/// Gives a playing player, whose output has died, the one that is the default by now. False as long
-/// as there is none but silence: nothing is heard then, and the position stands still.
-bool ma_replaceOutputRaw(void* player);
+/// Whether the device has been opened by now.
+[[nodiscard]] bool ma_hasDeviceRaw(void* player);
+
+/// How a playing player's output is doing. A lost one is replaced as soon as there is another, and
+/// the sound goes on where it was.
+enum class BridgeOutput {
+    There,
+    Lost,    // nothing has been heard for two seconds
+    GivenUp, // nor within a minute: only `ma_play` starts it again
+};
+
+/// Never waits for the device.
+[[nodiscard]] BridgeOutput ma_lookAtOutputRaw(const void* player);
 
 /// Sets the linear gain, held between 0 and 1; a new player has 0.5.
 void ma_setVolumeRaw(void* player, float volume);

@@ -2,6 +2,7 @@
 // alone, since it is large, and with warnings off, since most of it isn't ours.
 
 #include "Playback/Miniaudio/MiniaudioDecoders.h"
+#include "Playback/Miniaudio/MiniaudioPulse.h"
 #include "Playback/Miniaudio/ReadBudget.h"
 
 #include <cstdio>
@@ -74,6 +75,42 @@ void dropFlacFrame(ma_decoder& decoder) {
     flac.currentPCMFrame = UINT64_MAX;
     if (flac.container == ma_dr_flac_container_ogg)
         static_cast<ma_dr_flac_oggbs*>(flac._oggbs)->bytesRemainingInPage = 0;
+}
+
+namespace {
+
+ma_pa_stream* pulseStream(const ma_device& device) {
+    const bool isPulse =
+        device.pContext != nullptr && device.pContext->backend == ma_backend_pulseaudio;
+    return isPulse ? static_cast<ma_pa_stream*>(device.pulse.pStreamPlayback) : nullptr;
+}
+
+} // namespace
+
+void flushPulseStream(ma_device& device) {
+    ma_pa_stream* stream = pulseStream(device);
+    if (stream == nullptr)
+        return;
+    const auto& library = device.pContext->pulse;
+    const auto flush = reinterpret_cast<ma_pa_stream_flush_proc>(library.pa_stream_flush);
+    const auto release = reinterpret_cast<ma_pa_operation_unref_proc>(library.pa_operation_unref);
+    // Its place is ahead of all that the next start writes; nobody needs to wait for it.
+    if (ma_pa_operation* operation = flush(stream, nullptr, nullptr))
+        release(operation);
+}
+
+bool hasLostPulseServer(const ma_device& device) {
+    ma_pa_stream* stream = pulseStream(device);
+    if (stream == nullptr)
+        return false;
+    const auto& library = device.pContext->pulse;
+    const auto contextState =
+        reinterpret_cast<ma_pa_context_get_state_proc>(library.pa_context_get_state);
+    const auto streamState =
+        reinterpret_cast<ma_pa_stream_get_state_proc>(library.pa_stream_get_state);
+    auto* connection = static_cast<ma_pa_context*>(device.pulse.pPulseContext);
+    return contextState(connection) != MA_PA_CONTEXT_READY ||
+           streamState(stream) != MA_PA_STREAM_READY;
 }
 
 } // namespace tamsy

@@ -15,6 +15,7 @@ namespace {
 
 constexpr double leastUpdateInterval = 0.05; // seconds
 constexpr int waitInterval = 20;             // milliseconds between two looks at a slow file
+constexpr int outputInterval = 200;          // the same for a lost output
 
 void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
     const std::string_view text = error ? error->description : "unknown";
@@ -52,13 +53,17 @@ void MiniaudioPlaybackEngine::load(const FileURL& url) {
 void MiniaudioPlaybackEngine::play() {
     if (!handle_)
         return;
+    if (!ma_hasDeviceRaw(handle_.get())) {
+        playsWhenReady_ = true;
+        return;
+    }
     std::optional<BridgeError> error;
     if (!ma_playRaw(handle_.get(), &error)) {
         logFailure(QLatin1String("play"), error);
         return;
     }
-    outputWatch_.reset();
     playsWhenReady_ = false;
+    outputTimer_.stop();
     isPlayingSubject_.send(true);
     startTimer();
 }
@@ -70,6 +75,7 @@ void MiniaudioPlaybackEngine::pause() {
     playsWhenReady_ = false;
     isPlayingSubject_.send(false);
     timer_.stop();
+    outputTimer_.stop();
 }
 
 void MiniaudioPlaybackEngine::stop() {
@@ -82,13 +88,13 @@ void MiniaudioPlaybackEngine::stop() {
     currentTimeSubject_.send(0);
     timer_.stop();
     waitTimer_.stop();
+    outputTimer_.stop();
 }
 
 void MiniaudioPlaybackEngine::seek(double seconds) {
     if (!handle_)
         return;
     std::optional<BridgeError> error;
-    outputWatch_.reset();
     if (ma_seekRaw(handle_.get(), seconds, &error)) {
         sendState();
         waitForFile();
@@ -135,15 +141,26 @@ void MiniaudioPlaybackEngine::sendState() {
     isPlayingSubject_.send(playing);
 }
 
-/// A lost output is replaced as long as there is hope; then the player pauses where it was.
-void MiniaudioPlaybackEngine::seeToOutput(double position) {
-    switch (outputWatch_.look(position, updateInterval_)) {
-    case OutputWatch::Advice::None:
+/// A player whose output stays lost pauses where it is. It goes on by itself once there is another,
+/// unless that takes so long that the bridge has given up.
+void MiniaudioPlaybackEngine::lookAtOutput() {
+    const bool wasLost = outputTimer_.isActive();
+    switch (ma_lookAtOutputRaw(handle_.get())) {
+    case BridgeOutput::There:
+        if (!wasLost)
+            return;
+        outputTimer_.stop();
+        isPlayingSubject_.send(true);
+        startTimer();
         break;
-    case OutputWatch::Advice::Replace:
-        ma_replaceOutputRaw(handle_.get());
+    case BridgeOutput::Lost:
+        if (wasLost)
+            return;
+        timer_.stop();
+        outputTimer_.start(outputInterval, this);
+        isPlayingSubject_.send(false);
         break;
-    case OutputWatch::Advice::GiveUp:
+    case BridgeOutput::GivenUp:
         pause();
         break;
     }
@@ -152,6 +169,8 @@ void MiniaudioPlaybackEngine::seeToOutput(double position) {
 void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
     if (event->timerId() == timer_.timerId())
         tick();
+    else if (event->timerId() == outputTimer_.timerId())
+        lookAtOutput();
     else if (event->timerId() == waitTimer_.timerId() && isFileReady())
         goOn();
 }
@@ -175,7 +194,7 @@ void MiniaudioPlaybackEngine::tick() {
     if (duration > 0)
         durationSubject_.send(duration);
     if (playing)
-        seeToOutput(position);
+        lookAtOutput();
 }
 
 /// Looks after a file that opens or moves more slowly than its caller waits.

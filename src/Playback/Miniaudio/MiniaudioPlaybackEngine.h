@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Playback/Output/OutputWatch.h"
 #include "Playback/PublishingEngine.h"
 
 #include <QBasicTimer>
@@ -44,15 +43,15 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
     [[nodiscard]] bool isFileReady();
     void goOn();
     void returnToPosition();
-    void seeToOutput(double position);
+    void lookAtOutput();
 
     std::unique_ptr<void, HandleDeleter> handle_; // the open player
     QBasicTimer timer_;                           // runs only while playing
     QBasicTimer waitTimer_;                       // runs only while the file owes frames
+    QBasicTimer outputTimer_;                     // runs only while a playing output is lost
     bool playsWhenReady_ = false;                 // playing was held up by the file
-    OutputWatch outputWatch_;
-    float currentVolume_ = 0.5F;  // given to each new player
-    double updateInterval_ = 0.2; // seconds
+    float currentVolume_ = 0.5F;                  // given to each new player
+    double updateInterval_ = 0.2;                 // seconds
 };
 
 } // namespace tamsy

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Playback/Output/AudioOutput.h"
+
+#include <miniaudio.h>
+
+#include <atomic>
+#include <memory>
+
+namespace tamsy {
+
+/// The default output device through miniaudio: stereo float at 48,000 Hz.
+class MiniaudioDevice final : public AudioOutput {
+  public:
+    /// Opens it. Where there is none, nothing, or if `maySilent` one that runs in real time all the
+    /// same. `result` outlives the device and takes the library's latest answer to opening and
+    /// starting.
+    [[nodiscard]] static std::unique_ptr<MiniaudioDevice>
+    open(AudioRenderer& renderer, bool maySilent, std::atomic<ma_result>& result);
+    ~MiniaudioDevice() override;
+    MiniaudioDevice(const MiniaudioDevice&) = delete;
+    MiniaudioDevice& operator=(const MiniaudioDevice&) = delete;
+
+    [[nodiscard]] bool start() override;
+    void hold() override;
+    void flush() override;
+    [[nodiscard]] bool isAlive() const override;
+    [[nodiscard]] bool isSilent() const override;
+
+  private:
+    explicit MiniaudioDevice(std::atomic<ma_result>& result) : result_(result) {}
+
+    std::atomic<ma_result>& result_;
+    ma_device device_{}; // opened before anybody sees this
+    bool isRunning_ = false;
+};
+
+} // namespace tamsy
