@@ -72,8 +72,8 @@ class SecondDevice : public MemoryDevice, AudioRenderer {
 
     [[nodiscard]] bool start() {
         MediaBackend* backend = loadMediaBackend();
-        output_ = backend ? backend->openOutput(*this) : nullptr;
-        return output_ != nullptr;
+        output_ = backend ? backend->openOutput(*this, true) : nullptr;
+        return output_ && output_->start();
     }
 
   private:

@@ -1,31 +1,12 @@
 #pragma once
 
-#include "Playback/Resampling/StereoFrame.h"
+#include "Playback/Output/AudioOutput.h"
 
 #include <atomic>
 #include <memory>
 #include <span>
 
 namespace tamsy {
-
-/// Fills the device's buffers. Called on the device's real-time thread.
-class AudioRenderer {
-  public:
-    virtual ~AudioRenderer() = default;
-    virtual void render(std::span<StereoFrame> frames) noexcept = 0;
-};
-
-/// An open device that pulls frames from a renderer until it is destroyed. One thread at a time.
-class AudioOutput {
-  public:
-    virtual ~AudioOutput() = default;
-
-    /// False once the device is gone, for instance with its sound server.
-    [[nodiscard]] virtual bool isAlive() const = 0;
-
-    /// True when no real device could be opened and frames are only taken in real time.
-    [[nodiscard]] virtual bool isSilent() const = 0;
-};
 
 /// One open file as a run of stereo frames. One thread at a time.
 class MediaDecoder {
@@ -64,9 +45,10 @@ class MediaBackend {
     [[nodiscard]] virtual std::unique_ptr<MediaDecoder>
     openFile(const char* path, const std::atomic<bool>& abandoned) = 0;
 
-    /// Opens the default device, or a silent one in real time if there is none. `renderer` must
-    /// outlive the output. Nothing if not even that works.
-    [[nodiscard]] virtual std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer) = 0;
+    /// Opens the default device. Where there is none, nothing, or if `maySilent` a silent one in
+    /// real time. `renderer` must outlive the output.
+    [[nodiscard]] virtual std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer,
+                                                                  bool maySilent) = 0;
 };
 
 /// The module's one entry point, by the name below; what it gives lives as long as the process.

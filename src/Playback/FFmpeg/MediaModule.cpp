@@ -1,5 +1,6 @@
 #include "Playback/FFmpeg/FFmpegDecoder.h"
 #include "Playback/FFmpeg/MediaBackend.h"
+#include "Playback/FFmpeg/PulseOutput.h"
 #include "Playback/FFmpeg/SDLAudioOutput.h"
 #include "Playback/FFmpeg/SilentOutput.h"
 
@@ -10,20 +11,22 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-class FFmpegAndSDL : public MediaBackend {
+class FFmpegAndOutputs : public MediaBackend {
   public:
     // What the libraries say about broken files goes to a stream that nobody reads.
-    FFmpegAndSDL() { av_log_set_level(AV_LOG_QUIET); }
+    FFmpegAndOutputs() { av_log_set_level(AV_LOG_QUIET); }
 
     std::unique_ptr<MediaDecoder> openFile(const char* path,
                                            const std::atomic<bool>& abandoned) override {
         return FFmpegDecoder::open(path, abandoned);
     }
 
-    std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer) override {
+    std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer, bool maySilent) override {
+        if (auto output = PulseOutput::open(renderer))
+            return output;
         if (auto output = SDLAudioOutput::open(renderer))
             return output;
-        return std::make_unique<SilentOutput>(renderer);
+        return maySilent ? std::make_unique<SilentOutput>(renderer) : nullptr;
     }
 };
 
@@ -31,6 +34,6 @@ class FFmpegAndSDL : public MediaBackend {
 } // namespace tamsy
 
 extern "C" [[gnu::visibility("default")]] tamsy::MediaBackend* tamsyMediaBackend() {
-    static tamsy::FFmpegAndSDL backend;
+    static tamsy::FFmpegAndOutputs backend;
     return &backend;
 }

@@ -2,7 +2,9 @@
 
 #include "Platform/Threads/InterfaceThread.h"
 #include "Playback/FFmpeg/MediaBackendModule.h"
+#include "Playback/FFmpeg/RingRenderer.h"
 
+#include <algorithm>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -49,14 +51,20 @@ class ReportBox {
     std::vector<PlaybackReport> reports_;
 };
 
+std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer, bool maySilent) {
+    MediaBackend* backend = loadMediaBackend();
+    return backend ? backend->openOutput(renderer, maySilent) : nullptr;
+}
+
 } // namespace
 
 /// What both threads hold, so that it outlives whichever ends first.
 struct MediaPlaybackThread::Shared {
     explicit Shared(QObject* receiver) : reports(receiver) {}
 
-    RingRenderer renderer;
-    PlaybackRequests requests{renderer};
+    const std::shared_ptr<RingRenderer> renderer = std::make_shared<RingRenderer>();
+    OutputKeeper output{renderer, &openOutput};
+    PlaybackRequests requests{output};
     ReportBox reports;
 };
 
@@ -83,7 +91,9 @@ void MediaPlaybackThread::start() {
         const auto listener = [this, &shared](const PlaybackReport& report) {
             shared->reports.post(report, [this] { deliver(); });
         };
-        PlaybackLoop(shared->requests, shared->renderer, &loadMediaBackend, listener).run();
+        PlaybackLoop(shared->requests, shared->output, shared->renderer->ring(), &loadMediaBackend,
+                     listener)
+            .run();
         promise.set_value();
     });
 }
@@ -107,7 +117,7 @@ void MediaPlaybackThread::replaceStuckThread() {
     const std::shared_ptr<Shared> stuck = std::exchange(shared_, std::make_shared<Shared>(this));
     stuck->reports.close();
     thread_.detach();
-    shared_->renderer.setVolume(volume_);
+    shared_->renderer->setVolume(volume_);
     shared_->requests.takeOver(stuck->requests);
     start();
 }
@@ -126,15 +136,16 @@ void MediaPlaybackThread::seek(std::uint64_t item, std::uint64_t number, double 
 
 void MediaPlaybackThread::setVolume(float volume) {
     volume_ = volume;
-    shared_->renderer.setVolume(volume);
+    shared_->renderer->setVolume(volume);
 }
 
 bool MediaPlaybackThread::hasRunDry() const {
-    return shared_->renderer.ring().hasRunDry();
+    return shared_->renderer->ring().hasRunDry();
 }
 
-std::uint64_t MediaPlaybackThread::consumedFrames() const {
-    return shared_->renderer.ring().consumed();
+std::uint64_t MediaPlaybackThread::heardFrames() const {
+    const std::uint64_t consumed = shared_->renderer->ring().consumed();
+    return consumed - std::min<std::uint64_t>(consumed, shared_->output.heldFrames());
 }
 
 } // namespace tamsy

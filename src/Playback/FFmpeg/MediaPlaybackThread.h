@@ -37,8 +37,8 @@ class MediaPlaybackThread : public QObject {
     /// Whether there is an underrun: the file is read more slowly than it plays.
     [[nodiscard]] bool hasRunDry() const;
 
-    /// The ring buffer's number of the next frame to play.
-    [[nodiscard]] std::uint64_t consumedFrames() const;
+    /// The ring's number of about the frame that is heard now.
+    [[nodiscard]] std::uint64_t heardFrames() const;
 
   Q_SIGNALS:
     void reported(const tamsy::PlaybackReport& report);

@@ -157,6 +157,10 @@ void MediaPlayer::handle(const PlaybackReport& report) {
         if (report.seek == latestSeek_ && hasSound_)
             reachEnd(report.position);
         break;
+    case PlaybackReport::Kind::Lost:
+        hasSound_ = false;
+        settleStatus();
+        break;
     case PlaybackReport::Kind::Unheard:
         pause();
         settleStatus();
@@ -250,8 +254,8 @@ double MediaPlayer::position() const {
         return 0;
     if (endPosition_)
         return *endPosition_;
-    const std::uint64_t consumed = thread_.consumedFrames();
-    const std::uint64_t played = consumed > anchorFrame_ ? consumed - anchorFrame_ : 0;
+    const std::uint64_t heard = thread_.heardFrames();
+    const std::uint64_t played = heard > anchorFrame_ ? heard - anchorFrame_ : 0;
     return anchorPosition_ + static_cast<double>(played) / mediaSampleRate;
 }
 

@@ -32,7 +32,7 @@ class FileURL;
 class MediaPlayer : public QObject {
     Q_OBJECT
   public:
-    /// `Waiting` is meant to play but has no sound yet.
+    /// `Waiting` is meant to play but has no sound yet, or none for the moment.
     enum class TimeControlStatus { Paused = 0, Waiting = 1, Playing = 2 };
 
     /// Takes on the file at `item`, paused at 0, in place of whatever `thread` played before. A

@@ -8,13 +8,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// A device that nobody hears costs wake-ups and keeps the sound card from sleeping; opening it
-/// again is quick.
-constexpr auto idleLimit = milliseconds(3000);
-
-/// A sound server that is started anew is there again within this time.
-constexpr auto lossLimit = milliseconds(2000);
-constexpr auto lossPeriod = milliseconds(250);
+/// Between two looks at an output that sounds, and at a lost one.
+constexpr auto outputInterval = milliseconds(250);
 
 /// How soon to look again when the device should have taken frames and has not yet.
 constexpr auto devicePeriod = milliseconds(10);
@@ -25,11 +20,11 @@ PlaybackRequests::Clock::duration durationOf(std::uint64_t frames) {
 
 } // namespace
 
-PlaybackLoop::PlaybackLoop(PlaybackRequests& requests, RingRenderer& renderer,
+PlaybackLoop::PlaybackLoop(PlaybackRequests& requests, OutputKeeper& output, FrameRing& ring,
                            BackendSource backendSource, Listener listener)
     : requests_(requests),
-      renderer_(renderer),
-      ring_(renderer.ring()),
+      output_(output),
+      ring_(ring),
       backendSource_(std::move(backendSource)),
       listener_(std::move(listener)) {}
 
@@ -74,31 +69,35 @@ void PlaybackLoop::seek(const PlaybackRequest& request) {
     report(PlaybackReport::Kind::Sought, position);
 }
 
+/// Drops all sound, also what the output holds: what comes next follows at once.
 void PlaybackLoop::discardSound() {
     pending_ = {};
     drained_ = false;
     endReported_ = false;
     filling_ = true;
+    run_ = 0;
+    output_.flush();
+    // Without an answer in time it pulls some of the new frames before it drops what it has.
+    const bool isHeld = output_.wait(OutputKeeper::holdPatience);
     ring_.discardUnread();
-    if (!output_)
+    if (isHeld)
         ring_.skipDiscarded();
     anchorFrame_ = ring_.written();
 }
 
 void PlaybackLoop::settle(const PlaybackRequest& request) {
-    if (!decoder_) {
-        keepOutput(false);
+    if (!decoder_)
         return;
-    }
     fill();
     if (scanning_ && needsNoSound())
         scan();
     const bool hasEnough = hasAllSound() || ring_.unread() >= FrameRing::startFrames;
     if (request.running && request.run != run_ && hasEnough)
         start(request);
-    keepOutput(request.running);
-    if (request.running && request.run == run_)
+    if (request.running && request.run == run_) {
+        lookAtOutput();
         reportEnd();
+    }
 }
 
 void PlaybackLoop::fill() {
@@ -131,81 +130,50 @@ void PlaybackLoop::decodeOnce() {
 }
 
 void PlaybackLoop::start(const PlaybackRequest& request) {
-    // A silent device stood in for a missing one; there may be a real one by now.
-    if (output_ && output_->isSilent())
-        closeOutput();
-    if (!output_) {
-        if (MediaBackend* backend = backendSource_())
-            output_ = backend->openOutput(renderer_);
-    }
-    lostSince_.reset();
-    if (!output_)
-        lostSince_ = Clock::now(); // as if it had vanished at once
+    if (!requests_.letRun(request))
+        return;
     run_ = request.run;
     endReported_ = false;
-    if (requests_.letRun(request))
+    seen_ = OutputKeeper::State::Starting;
+}
+
+void PlaybackLoop::lookAtOutput() {
+    const OutputKeeper::State state = output_.state();
+    if (std::exchange(seen_, state) == state)
+        return;
+    if (state == OutputKeeper::State::Sounding)
         report(PlaybackReport::Kind::Started, 0);
+    else if (state == OutputKeeper::State::Lost)
+        report(PlaybackReport::Kind::Lost, 0);
+    else if (state == OutputKeeper::State::GivenUp)
+        report(PlaybackReport::Kind::Unheard, 0);
 }
 
 void PlaybackLoop::reportEnd() {
-    if (endReported_ || !hasAllSound() || ring_.unread() > 0)
+    const bool isHeard = seen_ == OutputKeeper::State::Sounding;
+    if (endReported_ || !isHeard || !hasAllSound() || ring_.unread() > 0)
         return;
     endReported_ = true;
     const auto played = static_cast<double>(ring_.written() - anchorFrame_);
     report(PlaybackReport::Kind::Ended, anchorPosition_ + played / mediaSampleRate);
 }
 
-/// Opens a lost device anew while it is needed, and closes one that hasn't been for a while.
-void PlaybackLoop::keepOutput(bool running) {
-    const auto now = Clock::now();
-    if (!running) {
-        lostSince_.reset();
-        if (output_ && now - idleSince_ >= idleLimit)
-            closeOutput();
-        return;
-    }
-    idleSince_ = now;
-    if (output_ && !output_->isAlive()) {
-        closeOutput();
-        lostSince_ = now;
-    }
-    if (lostSince_)
-        replaceOutput();
-}
-
-void PlaybackLoop::replaceOutput() {
-    output_ = backendSource_()->openOutput(renderer_);
-    if (output_ && !output_->isSilent()) {
-        lostSince_.reset();
-        return;
-    }
-    closeOutput();
-    if (Clock::now() - *lostSince_ < lossLimit)
-        return;
-    lostSince_.reset();
-    report(PlaybackReport::Kind::Unheard, 0);
-}
-
-void PlaybackLoop::closeOutput() {
-    output_.reset();
-    ring_.skipDiscarded();
-}
-
 PlaybackLoop::Clock::time_point PlaybackLoop::deadline(bool running) const {
     const auto now = Clock::now();
-    if (running && lostSince_)
-        return now + lossPeriod;
     if (decoder_ && !needsNoSound())
         return pending_.empty() ? now : now + devicePeriod;
     if (decoder_ && scanning_)
         return now;
-    if (running && !endReported_) {
-        const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::refillLevel;
-        const std::uint64_t unread = ring_.unread();
-        const auto spare = durationOf(unread > kept ? unread - kept : 0);
-        return now + devicePeriod + std::min<Clock::duration>(spare, lossPeriod);
-    }
-    return output_ ? idleSince_ + idleLimit : Clock::time_point::max();
+    if (!running)
+        return Clock::time_point::max();
+    if (seen_ != OutputKeeper::State::Sounding)
+        return now + (seen_ == OutputKeeper::State::Lost ? outputInterval : devicePeriod);
+    if (endReported_)
+        return now + outputInterval;
+    const std::uint64_t kept = hasAllSound() ? 0 : FrameRing::refillLevel;
+    const std::uint64_t unread = ring_.unread();
+    const auto spare = durationOf(unread > kept ? unread - kept : 0);
+    return now + devicePeriod + std::min<Clock::duration>(spare, outputInterval);
 }
 
 void PlaybackLoop::report(PlaybackReport::Kind kind, double position) const {

@@ -2,6 +2,8 @@
 
 #include "Playback/FFmpeg/MediaBackend.h"
 #include "Playback/FFmpeg/PlaybackRequests.h"
+#include "Playback/Output/FrameRing.h"
+#include "Playback/Output/OutputKeeper.h"
 
 #include <cstdint>
 #include <functional>
@@ -17,11 +19,12 @@ struct PlaybackReport {
     enum class Kind {
         Opened,  // `position` is 0, `duration` may be not finite
         Failed,  // the file can't be played
-        Started, // sound has begun to flow
+        Started, // sound has begun to flow, or flows again
+        Lost,    // the output has vanished; another is looked for
         Sought,  // `seek` is done
         Scanned, // `duration` was an estimate and is exact now
         Ended,   // all sound has been played; `position` is the true length
-        Unheard, // the output has vanished and no other has come
+        Unheard, // no other has come
     };
     Kind kind = Kind::Failed;
     std::uint64_t item = 0;
@@ -32,15 +35,15 @@ struct PlaybackReport {
 };
 
 /// The work of the playback thread: opens what is wanted, keeps the ring filled, tells how it went.
-/// Nobody else touches the decoder and the device, so neither needs a lock, and whatever a slow
-/// disk or a dead sound server does holds up nobody but this thread.
+/// Nobody else touches the decoder, so it needs no lock, and whatever a slow disk does holds up
+/// nobody but this thread.
 class PlaybackLoop {
   public:
     using BackendSource = std::function<MediaBackend*()>;
     using Listener = std::function<void(const PlaybackReport&)>;
 
-    PlaybackLoop(PlaybackRequests& requests, RingRenderer& renderer, BackendSource backendSource,
-                 Listener listener);
+    PlaybackLoop(PlaybackRequests& requests, OutputKeeper& output, FrameRing& ring,
+                 BackendSource backendSource, Listener listener);
 
     /// Runs until the request says quit.
     void run();
@@ -57,16 +60,14 @@ class PlaybackLoop {
     void settle(const PlaybackRequest& request);
     void start(const PlaybackRequest& request);
     void reportEnd();
-    void keepOutput(bool running);
-    void replaceOutput();
-    void closeOutput();
+    void lookAtOutput();
     [[nodiscard]] Clock::time_point deadline(bool running) const;
     [[nodiscard]] bool hasAllSound() const { return drained_ && pending_.empty(); }
     [[nodiscard]] bool needsNoSound() const { return !filling_ || hasAllSound(); }
     void report(PlaybackReport::Kind kind, double position) const;
 
     PlaybackRequests& requests_;
-    RingRenderer& renderer_;
+    OutputKeeper& output_;
     FrameRing& ring_;
     const BackendSource backendSource_;
     const Listener listener_;
@@ -82,9 +83,8 @@ class PlaybackLoop {
     bool endReported_ = false;
     double anchorPosition_ = 0;     // seconds, the position of the frame below
     std::uint64_t anchorFrame_ = 0; // the ring's number of the first frame since the last seek
-    std::unique_ptr<AudioOutput> output_;
-    Clock::time_point idleSince_;
-    std::optional<Clock::time_point> lostSince_; // when the output vanished, until there is another
+    OutputKeeper::State seen_ =
+        OutputKeeper::State::Held; // of the output, when it was last looked at
 };
 
 } // namespace tamsy

@@ -11,7 +11,7 @@ void PlaybackRequests::change(Change change) {
 }
 
 void PlaybackRequests::replaceItem(const QByteArray& path) {
-    renderer_.setRunning(false);
+    output_.hold();
     abandoned_ = true;
     request_ = {.item = request_.item + 1, .path = path, .quit = request_.quit};
 }
@@ -37,7 +37,7 @@ void PlaybackRequests::setRunning(std::uint64_t item, bool running) {
         if (item != request_.item)
             return;
         if (!running)
-            renderer_.setRunning(false);
+            output_.hold();
         else if (!request_.running)
             ++request_.run;
         request_.running = running;
@@ -55,7 +55,7 @@ void PlaybackRequests::seek(std::uint64_t item, std::uint64_t number, double sec
 
 void PlaybackRequests::quit() {
     change([&] {
-        renderer_.setRunning(false);
+        output_.hold();
         abandoned_ = true;
         request_.quit = true;
     });
@@ -94,7 +94,7 @@ bool PlaybackRequests::letRun(const PlaybackRequest& request) {
     const bool holds = request_.item == request.item && request_.running && !request_.quit &&
                        request_.run == request.run;
     if (holds)
-        renderer_.setRunning(true);
+        output_.start();
     return holds;
 }
 

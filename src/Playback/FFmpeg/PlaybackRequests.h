@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Playback/FFmpeg/RingRenderer.h"
+#include "Playback/Output/OutputKeeper.h"
 
 #include <QByteArray>
 
@@ -30,7 +30,7 @@ class PlaybackRequests {
   public:
     using Clock = std::chrono::steady_clock;
 
-    explicit PlaybackRequests(RingRenderer& renderer) : renderer_(renderer) {}
+    explicit PlaybackRequests(OutputKeeper& output) : output_(output) {}
 
     // Interface thread.
 
@@ -65,8 +65,8 @@ class PlaybackRequests {
     void change(Change change);
     void replaceItem(const QByteArray& path);
 
-    RingRenderer& renderer_;
-    mutable std::mutex mutex_; // guards what follows, and the opening of the renderer
+    OutputKeeper& output_;
+    mutable std::mutex mutex_; // guards what follows, and the start of the output
     std::condition_variable changed_;
     PlaybackRequest request_;
     bool isChanged_ = false;

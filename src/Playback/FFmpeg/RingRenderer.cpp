@@ -5,11 +5,7 @@
 namespace tamsy {
 
 void RingRenderer::render(std::span<StereoFrame> frames) noexcept {
-    std::size_t count = 0;
-    if (running_.load(std::memory_order_acquire))
-        count = ring_.read(frames);
-    else
-        ring_.skipDiscarded();
+    const std::size_t count = ring_.read(frames);
     // A jump of the gain is a click, so it slides to its new value within this buffer. After
     // silence there is nothing to slide from.
     const float volume = volume_.load(std::memory_order_relaxed);

@@ -1,20 +1,17 @@
 #pragma once
 
-#include "Playback/FFmpeg/MediaBackend.h"
+#include "Playback/Output/AudioOutput.h"
 #include "Playback/Output/FrameRing.h"
 
 #include <atomic>
 
 namespace tamsy {
 
-/// Plays the ring into the device's buffers: silence while it is held, the gain applied. Nothing
+/// Plays the ring into the device's buffers, with the gain applied. Nothing
 /// here takes a lock or memory.
 class RingRenderer : public AudioRenderer {
   public:
     void render(std::span<StereoFrame> frames) noexcept override;
-
-    /// Whether frames are taken from the ring. Any thread.
-    void setRunning(bool running) { running_.store(running, std::memory_order_release); }
 
     /// The linear gain, 0 to 1, in effect from the next buffer on. Any thread.
     void setVolume(float volume) { volume_.store(volume, std::memory_order_relaxed); }
@@ -24,7 +21,6 @@ class RingRenderer : public AudioRenderer {
 
   private:
     FrameRing ring_;
-    std::atomic<bool> running_ = false;
     std::atomic<float> volume_ = 1;
     float gain_ = 0;        // where the last buffer ended; the device's thread
     bool wasSilent_ = true; // the last buffer; the device's thread

@@ -3,28 +3,35 @@
 #include <SDL2/SDL_audio.h>
 #include <SDL2/SDL_hints.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <mutex>
+#include <string_view>
+#include <utility>
 
 #include <dlfcn.h>
 
 namespace tamsy {
 namespace {
 
-constexpr Uint16 periodFrames = 1024; // 21 ms: no sound server had to hurry for it
+/// SDL keeps two or three of them: 85 to 128 ms.
+constexpr Uint16 periodFrames = 2048;
 
 std::mutex subsystemMutex; // guards the count below, and SDL's opening and closing
 int openDevices = 0;
 
-/// Starts SDL's audio with what suits the machine; nothing to do while a device is open.
+/// Starts SDL's audio on the first of its drivers that finds a device; nothing to do while one is
+/// open. PulseAudio's is left out: whoever gets here has found no server.
 bool enterSubsystem() {
     if (openDevices > 0)
         return true;
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Tamsy Music");
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, "Tamsy Music");
-    SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "music");
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    return SDL_AudioInit(nullptr) == 0;
+    constexpr std::array<std::string_view, 4> real = {"pipewire", "alsa", "jack", "sndio"};
+    return std::ranges::any_of(
+        real, [](std::string_view driver) { return SDL_AudioInit(driver.data()) == 0; });
 }
 
 void leaveSubsystem() {
@@ -52,10 +59,22 @@ void silenceALSA() {
     ::dlclose(alsa); // stays loaded for SDL
 }
 
-/// Opens the default device and lets it run; 0 if there is none.
-SDL_AudioDeviceID openDevice(AudioRenderer& renderer) {
+} // namespace
+
+std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
+    std::unique_ptr<SDLAudioOutput> output(new SDLAudioOutput(renderer));
+    return output->openDevice() ? std::move(output) : nullptr;
+}
+
+SDLAudioOutput::~SDLAudioOutput() {
+    closeDevice();
+}
+
+bool SDLAudioOutput::openDevice() {
+    const std::scoped_lock lock(subsystemMutex);
+    silenceALSA();
     if (!enterSubsystem())
-        return 0;
+        return false;
     ++openDevices;
     SDL_AudioSpec wanted{};
     wanted.freq = mediaSampleRate;
@@ -63,32 +82,34 @@ SDL_AudioDeviceID openDevice(AudioRenderer& renderer) {
     wanted.channels = 2;
     wanted.samples = periodFrames;
     wanted.callback = &fill;
-    wanted.userdata = &renderer;
-    const SDL_AudioDeviceID device = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
-    if (device == 0)
+    wanted.userdata = &renderer_;
+    device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
+    if (device_ == 0)
         leaveSubsystem();
-    else
-        SDL_PauseAudioDevice(device, 0);
-    return device;
+    return device_ != 0;
 }
 
-} // namespace
-
-std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
+void SDLAudioOutput::closeDevice() {
     const std::scoped_lock lock(subsystemMutex);
-    silenceALSA();
-    const std::uint32_t device = openDevice(renderer);
-    return std::unique_ptr<SDLAudioOutput>(device == 0 ? nullptr : new SDLAudioOutput(device));
-}
-
-SDLAudioOutput::~SDLAudioOutput() {
-    const std::scoped_lock lock(subsystemMutex);
-    SDL_CloseAudioDevice(device_);
+    if (device_ == 0)
+        return;
+    SDL_CloseAudioDevice(std::exchange(device_, 0));
     leaveSubsystem();
 }
 
+bool SDLAudioOutput::start() {
+    if (device_ == 0 && !openDevice())
+        return false;
+    SDL_PauseAudioDevice(device_, 0);
+    return true;
+}
+
+void SDLAudioOutput::hold() {
+    closeDevice();
+}
+
 bool SDLAudioOutput::isAlive() const {
-    return SDL_GetAudioDeviceStatus(device_) != SDL_AUDIO_STOPPED;
+    return device_ == 0 || SDL_GetAudioDeviceStatus(device_) != SDL_AUDIO_STOPPED;
 }
 
 } // namespace tamsy

@@ -1,29 +1,35 @@
 #pragma once
 
-#include "Playback/FFmpeg/MediaBackend.h"
+#include "Playback/Output/AudioOutput.h"
 
 #include <cstdint>
 #include <memory>
 
 namespace tamsy {
 
-/// The default output through SDL's audio. The subsystem lives only as long as a device is open, so
-/// that a first opening looks afresh for what the machine has by then.
-class SDLAudioOutput : public AudioOutput {
+/// The default device of a machine without a PulseAudio server, through SDL's audio. SDL can't keep
+/// a device's sound, so a held device is closed, which also lets the sound card sleep.
+class SDLAudioOutput final : public AudioOutput {
   public:
     /// Opens the default device; nothing if there is none.
     [[nodiscard]] static std::unique_ptr<SDLAudioOutput> open(AudioRenderer& renderer);
+    ~SDLAudioOutput() override;
     SDLAudioOutput(const SDLAudioOutput&) = delete;
     SDLAudioOutput& operator=(const SDLAudioOutput&) = delete;
-    ~SDLAudioOutput() override;
 
+    [[nodiscard]] bool start() override;
+    void hold() override;
+    void flush() override {}
     [[nodiscard]] bool isAlive() const override;
     [[nodiscard]] bool isSilent() const override { return false; }
 
   private:
-    explicit SDLAudioOutput(std::uint32_t device) : device_(device) {}
+    explicit SDLAudioOutput(AudioRenderer& renderer) : renderer_(renderer) {}
+    [[nodiscard]] bool openDevice();
+    void closeDevice();
 
-    std::uint32_t device_; // SDL's number of the device, never 0
+    AudioRenderer& renderer_;
+    std::uint32_t device_ = 0; // SDL's number of the device, 0 for none
 };
 
 } // namespace tamsy

@@ -9,7 +9,7 @@
 namespace tamsy {
 namespace {
 
-constexpr std::size_t periodFrames = 1024;
+constexpr std::size_t periodFrames = 2048;
 
 using Clock = std::chrono::steady_clock;
 using Periods = std::chrono::duration<std::int64_t, std::ratio<periodFrames, mediaSampleRate>>;
@@ -25,7 +25,15 @@ void takeFrames(const std::stop_token& stop, AudioRenderer& renderer) {
 
 } // namespace
 
-SilentOutput::SilentOutput(AudioRenderer& renderer)
-    : thread_([&renderer](const std::stop_token& stop) { takeFrames(stop, renderer); }) {}
+bool SilentOutput::start() {
+    if (!thread_.joinable())
+        thread_ =
+            std::jthread([this](const std::stop_token& stop) { takeFrames(stop, renderer_); });
+    return true;
+}
+
+void SilentOutput::hold() {
+    thread_ = {};
+}
 
 } // namespace tamsy

@@ -1,4 +1,5 @@
 #include "Playback/FFmpeg/PlaybackLoop.h"
+#include "Playback/FFmpeg/RingRenderer.h"
 #include "Playback/TestAudio.h"
 
 #include <array>
@@ -24,25 +25,29 @@ class BackendWithoutOutput final : public MediaBackend {
                                            const std::atomic<bool>& /*abandoned*/) override {
         return std::make_unique<EndlessSilence>();
     }
-    std::unique_ptr<AudioOutput> openOutput(AudioRenderer& /*renderer*/) override {
+    std::unique_ptr<AudioOutput> openOutput(AudioRenderer& /*renderer*/,
+                                            bool /*maySilent*/) override {
         return nullptr;
     }
 };
 
 TEST(PlaybackLoop, TellsThatNothingIsHeardWhereNoOutputOpens) {
     BackendWithoutOutput backend;
-    RingRenderer renderer;
-    PlaybackRequests requests(renderer);
-    std::atomic<bool> isUnheard = false;
+    const auto renderer = std::make_shared<RingRenderer>();
+    OutputKeeper output(renderer, [&](AudioRenderer& frames, bool maySilent) {
+        return backend.openOutput(frames, maySilent);
+    });
+    PlaybackRequests requests(output);
+    std::atomic<bool> isLost = false;
     PlaybackLoop loop(
-        requests, renderer, [&] { return &backend; },
+        requests, output, renderer->ring(), [&] { return &backend; },
         [&](const PlaybackReport& report) {
-            if (report.kind == PlaybackReport::Kind::Unheard)
-                isUnheard = true;
+            if (report.kind == PlaybackReport::Kind::Lost)
+                isLost = true;
         });
     std::thread thread([&] { loop.run(); });
     requests.setRunning(requests.setItem("any"), true);
-    EXPECT_TRUE(waitUntil([&] { return isUnheard.load(); }, 5000));
+    EXPECT_TRUE(waitUntil([&] { return isLost.load(); }, 5000));
     requests.quit();
     thread.join();
 }

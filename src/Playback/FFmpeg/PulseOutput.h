@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Playback/Output/AudioOutput.h"
+
+#include <pulse/stream.h>
+#include <pulse/thread-mainloop.h>
+
+#include <memory>
+
+namespace tamsy {
+
+/// The default output of a PulseAudio server, or of one that speaks its protocol. The server keeps
+/// a held stream's sound, and drops it when it is flushed.
+class PulseOutput final : public AudioOutput {
+  public:
+    /// Connects to the server, however long it takes to answer; nothing if there is none.
+    [[nodiscard]] static std::unique_ptr<PulseOutput> open(AudioRenderer& renderer);
+    ~PulseOutput() override;
+    PulseOutput(const PulseOutput&) = delete;
+    PulseOutput& operator=(const PulseOutput&) = delete;
+
+    [[nodiscard]] bool start() override;
+    void hold() override;
+    void flush() override;
+    [[nodiscard]] bool isAlive() const override;
+    [[nodiscard]] bool isSilent() const override { return false; }
+
+  private:
+    struct LoopEnd {
+        void operator()(pa_threaded_mainloop* loop) const;
+    };
+    struct ContextEnd {
+        void operator()(pa_context* context) const;
+    };
+    struct StreamEnd {
+        void operator()(pa_stream* stream) const;
+    };
+    class Lock;
+
+    explicit PulseOutput(AudioRenderer& renderer) : renderer_(renderer) {}
+    [[nodiscard]] bool connect();
+    [[nodiscard]] bool openStream();
+    [[nodiscard]] bool isConnected() const;
+    void fill(std::size_t bytes);
+    static void beginSound(pa_mainloop_api* loop, void* output);
+    static void pullFrames(pa_stream* stream, std::size_t bytes, void* output);
+
+    AudioRenderer& renderer_;
+    // The loop's thread holds its lock while it works; all below is used under it.
+    std::unique_ptr<pa_threaded_mainloop, LoopEnd> loop_;
+    std::unique_ptr<pa_context, ContextEnd> context_;
+    std::unique_ptr<pa_stream, StreamEnd> stream_;
+    bool isRunning_ = false;
+    bool hasBegun_ = false; // the server has answered the latest start
+};
+
+} // namespace tamsy
