@@ -1,5 +1,4 @@
 #include "Playback/CompositePlaybackEngine.h"
-#include "Playback/Output/OutputWatch.h"
 #include "Playback/SoundRecording.h"
 #include "Playback/TestAudio.h"
 
@@ -44,6 +43,9 @@ class SoundServer {
         server_.kill();
         server_.waitForFinished();
         QFile::remove(socket());
+    }
+    void freeze(bool isFrozen) {
+        ::kill(static_cast<pid_t>(server_.processId()), isFrozen ? SIGSTOP : SIGCONT);
     }
     bool control(const QStringList& arguments) {
         QProcess pactl;
@@ -97,14 +99,58 @@ TEST_P(OutputLoss, PlaysOnAtItsPlaceOnceTheServerIsBack) {
     expectSound();
 }
 
-TEST_P(OutputLoss, PausesWithoutAnyOutputAndGoesOnWhenAsked) {
+TEST_P(OutputLoss, PausesWithoutAnyOutputAndGoesOnByItself) {
     const double lost = time();
     ASSERT_TRUE(server.control({u"unload-module"_qs, u"module-null-sink"_qs}));
     EXPECT_TRUE(waitUntil([&] { return !isPlaying(); }, 8000));
     EXPECT_NEAR(time(), lost, 0.6);
     ASSERT_TRUE(server.loadOutput());
+    EXPECT_TRUE(waitUntil([&] { return isPlaying() && time() > lost + 0.7; }, 4000));
+    expectSound();
+}
+
+TEST_P(OutputLoss, WhatBeginsWithoutAServerIsHeardWhenThereIsOne) {
+    server.kill();
+    engine.load(testAudio(GetParam()));
     engine.play();
-    EXPECT_TRUE(waitUntil([&] { return isPlaying() && time() > lost + 0.7; }));
+    EXPECT_TRUE(waitUntil([this] { return time() > 0.3; }));
+    server.start();
+    QTest::qWait(1000);
+    expectSound();
+}
+
+TEST_P(OutputLoss, AServerThatHangsHoldsNobodyUp) {
+    server.freeze(true);
+    const auto costs = [](const auto& action) {
+        QElapsedTimer timer;
+        timer.start();
+        action();
+        return timer.elapsed();
+    };
+    EXPECT_LT(costs([&] { engine.seek(5); }), 300);
+    EXPECT_LT(costs([&] { engine.pause(); }), 300);
+    EXPECT_LT(costs([&] { engine.stop(); }), 300);
+    EXPECT_LT(costs([&] {
+                  engine.load(testAudio(GetParam()));
+                  engine.play();
+              }),
+              300);
+    EXPECT_FALSE(waitUntil([this] { return isPlaying(); }, 2500));
+    EXPECT_LT(costs([&] { engine.stop(); }), 300);
+    server.freeze(false);
+    engine.load(testAudio(GetParam()));
+    engine.play();
+    EXPECT_TRUE(waitUntil([this] { return time() > 0.5; }));
+    expectSound();
+}
+
+TEST_P(OutputLoss, AnOutputThatIsSilentForAWhileIsWaitedFor) {
+    const double before = time();
+    ASSERT_TRUE(server.control({u"suspend-sink"_qs, u"tamsy"_qs, u"1"_qs}));
+    EXPECT_FALSE(waitUntil([this] { return !isPlaying(); }, 4000));
+    EXPECT_NEAR(time(), before, 0.6);
+    ASSERT_TRUE(server.control({u"suspend-sink"_qs, u"tamsy"_qs, u"0"_qs}));
+    EXPECT_TRUE(waitUntil([&] { return time() > before + 1; }));
     expectSound();
 }
 
@@ -133,29 +179,5 @@ TEST_P(OutputLoss, NothingIsLostByAMachineThatSleeps) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, OutputLoss, testing::Values("steps.mp3", "steps.m4a"));
-
-TEST(OutputWatch, TellsALostOutputFromAHiccup) {
-    using Advice = OutputWatch::Advice;
-    OutputWatch watch;
-    double position = 0;
-    const auto looks = [&](int count, double step) {
-        Advice last = Advice::None;
-        for (int i = 0; i < count; ++i)
-            last = watch.look(position += step, 0.25);
-        return last;
-    };
-    EXPECT_EQ(looks(20, 0.25), Advice::None);
-    EXPECT_EQ(looks(3, 0), Advice::None); // less than a second
-    EXPECT_EQ(looks(1, 0.25), Advice::None);
-    EXPECT_EQ(looks(4, 0), Advice::Replace);
-    EXPECT_EQ(looks(1, 0.1), Advice::None); // what a new output takes at once
-    EXPECT_EQ(looks(4, 0), Advice::Replace);
-    EXPECT_EQ(looks(4, 0.25), Advice::None);
-    EXPECT_EQ(looks(4, 0), Advice::Replace); // sound flowed meanwhile: a loss of its own
-    EXPECT_EQ(looks(7, 0), Advice::Replace);
-    EXPECT_EQ(looks(1, 0), Advice::GiveUp);
-    watch.reset();
-    EXPECT_EQ(looks(4, 0), Advice::None);
-}
 
 } // namespace
