@@ -39,7 +39,9 @@ class SampleCounter {
         if (!setup)
             return std::nullopt;
         const QByteArray first = startOf(identification, 30);
-        const QByteArray third = setup->copy(0, setup->size());
+        constexpr std::uint64_t maxModes = 4096; // bytes; they end the header
+        const std::uint64_t length = std::min(setup->size(), maxModes);
+        const QByteArray third = setup->copy(setup->size() - length, length);
         counter.blockSizes_ = VorbisBlockSizes::parse(bytesOf(first), bytesOf(third));
         return counter.blockSizes_ ? std::optional(counter) : std::nullopt;
     }
