@@ -100,6 +100,10 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
     return false;
 }
 
+void ItemCollector::moveToEnd(std::size_t count) {
+    std::ranges::rotate(found_, found_.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
 bool ItemCollector::has(CommonKey key) const {
     return std::ranges::any_of(found_, [key](const Found& found) {
         return found.item.commonKey == key && !found.isFallback &&

@@ -44,6 +44,9 @@ class ItemCollector {
     /// The number of items so far.
     [[nodiscard]] std::size_t count() const { return found_.size(); }
 
+    /// Puts the first `count` items after the others.
+    void moveToEnd(std::size_t count);
+
     /// Appends a value to the text of the item with this meaning among those from index `since` on;
     /// from the hundredth on, values are dropped. False if there is no such item.
     [[nodiscard]] bool appendValue(std::size_t since, CommonKey key, const TagText& text);

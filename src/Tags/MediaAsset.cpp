@@ -37,8 +37,12 @@ double readContent(MediaParse& parse, std::uint64_t offset) {
     const std::string_view signature = std::string_view(head).substr(0, 4);
     const std::string_view kind =
         std::string_view(head).substr(std::min<std::size_t>(8, head.size()));
-    if (signature == "fLaC")
-        return media::readFlac(parse, offset);
+    if (signature == "fLaC") {
+        const std::size_t leading = parse.items.count();
+        const double seconds = media::readFlac(parse, offset);
+        parse.items.moveToEnd(leading); // a foreign tag, which others read last as well
+        return seconds;
+    }
     if (signature == "OggS")
         return media::readOgg(parse, offset);
     if ((signature == "RIFF" || signature == "RF64" || signature == "BW64") &&
