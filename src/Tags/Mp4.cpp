@@ -55,6 +55,7 @@ class Mp4Reader {
     }
 
     void readMovieExtends(const Mp4Atom& extends) {
+        isFragmented_ = true;
         isSummed_ = true;
         Mp4AtomWalk walk(parse_.window, atomsLeft_, extends.body, extends.end);
         while (const auto atom = walk.next()) {
@@ -85,8 +86,9 @@ class Mp4Reader {
 
     // Extrapolates to what the limits left unread.
     [[nodiscard]] double duration() const {
+        const double sound = isFragmented_ ? 0 : fragments_.soundSeconds(timescale_);
         if (!isSummed_ || reached_ == 0)
-            return seconds_;
+            return sound > 0 ? sound : seconds_;
         const double part =
             static_cast<double>(reached_) / static_cast<double>(parse_.window.size());
         return seconds_ + fragments_.seconds() / part;
@@ -97,6 +99,7 @@ class Mp4Reader {
     Mp4Tags tags_;
     Mp4Fragments fragments_;
     std::uint32_t timescale_ = 0;
+    bool isFragmented_ = false;
     bool isSummed_ = false;
     double seconds_ = 0;
     std::uint64_t reached_ = 0;

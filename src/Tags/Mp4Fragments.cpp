@@ -22,7 +22,8 @@ void Mp4Fragments::addTrack(const Mp4Atom& track) {
     Track found;
     Mp4AtomWalk walk(window_, atomsLeft_, track.body, track.end);
     while (const auto child = walk.next()) {
-        if (!child->is("mdia")) {
+        const bool isFolder = child->is("mdia") || child->is("edts");
+        if (!isFolder) {
             readTrackPart(*child, found);
             continue;
         }
@@ -35,15 +36,35 @@ void Mp4Fragments::addTrack(const Mp4Atom& track) {
 }
 
 void Mp4Fragments::readTrackPart(const Mp4Atom& atom, Track& track) {
-    const auto bytes = window_.readUpTo(atom.body, 24);
+    const auto bytes = window_.readUpTo(atom.body, 36);
     ByteCursor cursor(bytes.first(std::min<std::uint64_t>(bytes.size(), atom.size())));
-    const std::uint64_t timesSize = cursor.readU8() == 1 ? 16 : 8;
+    const bool isLong = cursor.readU8() == 1;
+    const std::uint64_t timesSize = isLong ? 16 : 8;
     if (atom.is("tkhd") && cursor.skip(3 + timesSize))
         track.id = cursor.readU32().value_or(0);
-    else if (atom.is("mdhd") && cursor.skip(3 + timesSize))
+    else if (atom.is("mdhd") && cursor.skip(3 + timesSize)) {
         track.timescale = cursor.readU32().value_or(0);
+        track.mediaUnits = isLong ? cursor.readU64().value_or(0) : cursor.readU32().value_or(0);
+    } else if (atom.is("elst"))
+        readEdits(atom, isLong, track);
     else if (atom.is("hdlr") && cursor.skip(7))
         track.isSound = cursor.readU32() == 0x736F756E; // "soun"
+}
+
+/// An edit without a place in the media is silence ahead of it, which no player plays.
+void Mp4Fragments::readEdits(const Mp4Atom& list, bool isLong, Track& track) {
+    constexpr std::uint64_t headerSize = 8;
+    constexpr int maxEdits = 100;
+    const std::uint64_t size = isLong ? 20 : 12;
+    std::uint64_t offset = list.body + headerSize;
+    for (int i = 0; i < maxEdits && offset + size <= list.end; ++i, offset += size) {
+        ByteCursor cursor(window_.read(offset, size));
+        const std::uint64_t length =
+            isLong ? cursor.readU64().value_or(0) : cursor.readU32().value_or(0);
+        const bool isEmpty =
+            isLong ? cursor.readU64() == UINT64_MAX : cursor.readU32() == UINT32_MAX;
+        track.editUnits += isEmpty ? 0 : length;
+    }
 }
 
 void Mp4Fragments::addDefaults(ByteCursor cursor) {
@@ -98,6 +119,16 @@ void Mp4Fragments::addRun(const Mp4Atom& run, Track& track, std::uint32_t sample
         track.units += ByteCursor(window_.read(position, 4)).readU32().value_or(0);
         position += stride;
     }
+}
+
+double Mp4Fragments::soundSeconds(std::uint32_t movieTimescale) const {
+    const auto sound = std::ranges::find_if(tracks_, &Track::isSound);
+    if (sound == tracks_.end())
+        return 0;
+    if (sound->editUnits != 0 && movieTimescale != 0)
+        return static_cast<double>(sound->editUnits) / movieTimescale;
+    const bool isKnown = sound->mediaUnits != UINT32_MAX && sound->mediaUnits != UINT64_MAX;
+    return isKnown ? static_cast<double>(sound->mediaUnits) / sound->timescale : 0;
 }
 
 double Mp4Fragments::seconds() const {

@@ -21,6 +21,10 @@ class Mp4Fragments {
     /// Adds the samples of one `moof` atom.
     void addFragment(const Mp4Atom& fragment);
 
+    /// The length that the header states for the audio track, which the pictures of a film may
+    /// outlast; 0 if it states none.
+    [[nodiscard]] double soundSeconds(std::uint32_t movieTimescale) const;
+
     /// The duration of all fragments added; 0 without a track.
     [[nodiscard]] double seconds() const;
 
@@ -30,10 +34,13 @@ class Mp4Fragments {
         std::uint32_t timescale = 0;
         std::uint32_t sampleDuration = 0;
         bool isSound = false;
+        std::uint64_t mediaUnits = 0; ///< length in the track's own header
+        std::uint64_t editUnits = 0;  ///< length in its edit list, in the movie's timescale
         std::uint64_t units = 0;
     };
 
     void readTrackPart(const Mp4Atom& atom, Track& track);
+    void readEdits(const Mp4Atom& list, bool isLong, Track& track);
     void addTrackFragment(const Mp4Atom& fragment);
     void addRun(const Mp4Atom& run, Track& track, std::uint32_t sampleDuration);
     [[nodiscard]] Track* find(std::uint32_t id);

@@ -84,6 +84,7 @@ const Row rows[] = {
     {"m4a-movie-last.m4a", nocturne},
     {"m4a-movie-first.m4a", nocturne},
     {"m4a-fragmented.m4a", nocturne},
+    {"m4a-film.m4a", nocturne},
     {"m4a-half-fragmented.m4a", nocturne},
     {"m4a-alac-named-keys.m4a", nocturne, mutagen},
     {"m4a-user-data.m4a", nocturne, mutagen},
