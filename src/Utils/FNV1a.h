@@ -33,4 +33,11 @@ class FNV1a {
     std::uint64_t value_ = 0xcbf29ce484222325; // the offset basis
 };
 
+/// The hash of `bytes` as sixteen lower-case hexadecimal digits.
+[[nodiscard]] inline QByteArray fnv1a64(QByteArrayView bytes) {
+    FNV1a hash;
+    hash.add(bytes);
+    return hash.text();
+}
+
 } // namespace tamsy

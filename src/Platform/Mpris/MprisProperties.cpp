@@ -10,8 +10,8 @@ namespace {
 
 constexpr double microsecondsPerSecond = 1e6;
 
-/// Thirty thousand years, far inside 64 bits of microseconds and exact in a double.
-constexpr double longestTime = 1e12; // seconds
+/// Thirty thousand years: fits into 64 bits of microseconds and is exact as a double.
+constexpr double maxTime = 1e12; // seconds
 
 QString statusText(MediaState::Status status) {
     switch (status) {
@@ -48,7 +48,7 @@ QVariantMap metadata(const MediaTrack& track) {
 qint64 microseconds(double seconds) {
     if (!std::isfinite(seconds))
         return 0;
-    return std::llround(std::clamp(seconds, 0.0, longestTime) * microsecondsPerSecond);
+    return std::llround(std::clamp(seconds, 0.0, maxTime) * microsecondsPerSecond);
 }
 
 double seconds(qint64 microseconds) {
@@ -56,10 +56,8 @@ double seconds(qint64 microseconds) {
 }
 
 QDBusObjectPath trackId(const FileURL& url) {
-    FNV1a hash;
-    hash.add(url.absoluteString());
     return QDBusObjectPath(QStringLiteral("/tamsy_music/track/") +
-                           QString::fromLatin1(hash.text()));
+                           QString::fromLatin1(fnv1a64(url.absoluteString())));
 }
 
 QVariantMap rootProperties(const MediaPlayerIdentity& identity) {

@@ -21,20 +21,20 @@ namespace {
 /// Compression factor 0.85.
 constexpr int jpegQuality = 85;
 
-/// What is longer or wider than this was never one of our thumbnails. They are read on the
-/// interface thread, which must not meet a surprise.
-constexpr qsizetype largestFile = 4 << 20; // bytes
-constexpr int largestSide = 2048;          // pixels
+/// No thumbnail of ours is larger. Thumbnails are read on the interface thread, which a huge file
+/// would hold up.
+constexpr qsizetype maxFileSize = 4 << 20; // bytes
+constexpr int maxSide = 2048;              // pixels
 
-/// From the start-of-image marker to the end-of-image marker (ISO/IEC 10918-1). A decoder fills up
-/// a file that was cut short with grey and reports nothing.
+/// Whether the bytes run from a start-of-image to an end-of-image marker (ISO/IEC 10918-1). A
+/// decoder fills a truncated file up with grey and reports nothing.
 bool isWholeJpeg(QByteArrayView bytes) {
     return bytes.startsWith("\xff\xd8") && bytes.endsWith("\xff\xd9");
 }
 
 QByteArray readWhole(const QByteArray& path) {
     const RegularFile file(path);
-    if (!file.isOpen() || file.status().st_size > largestFile)
+    if (!file.isOpen() || file.status().st_size > maxFileSize)
         return {};
     QByteArray bytes(file.status().st_size, Qt::Uninitialized);
     const ssize_t count = file.read(0, std::as_writable_bytes(std::span(bytes)));
@@ -42,7 +42,7 @@ QByteArray readWhole(const QByteArray& path) {
 }
 
 QByteArray jpegBytes(const QImage& image) {
-    // JPEG knows no transparency; what lies behind a cover is white.
+    // JPEG has no transparency: a cover gets a white background.
     QImage opaque(image.size(), QImage::Format_RGB32);
     opaque.fill(Qt::white);
     QPainter(&opaque).drawImage(0, 0, image);
@@ -53,9 +53,7 @@ QByteArray jpegBytes(const QImage& image) {
 }
 
 QByteArray fileName(const FileURL& url) {
-    FNV1a hash;
-    hash.add(url.absoluteString());
-    return '/' + hash.text() + ".jpg";
+    return '/' + fnv1a64(url.absoluteString()) + ".jpg";
 }
 
 } // namespace
@@ -70,7 +68,7 @@ QByteArray ThumbnailFiles::directory(QByteArrayView size) const {
 
 QByteArray ThumbnailFiles::cacheDirectory(QByteArrayView size) const {
     QByteArray path = directory(size);
-    // Where it can't be made, reading and writing fail by themselves.
+    // If this fails, so do the reads and writes that follow.
     static_cast<void>(makeDirectories(path));
     return path;
 }
@@ -91,14 +89,14 @@ QImage ThumbnailFiles::read(const FileURL& url, QByteArrayView size) const {
     QBuffer buffer(&bytes);
     QImageReader reader(&buffer, "jpeg");
     const QSize pixels = reader.size();
-    return pixels.width() > largestSide || pixels.height() > largestSide ? QImage() : reader.read();
+    return pixels.width() > maxSide || pixels.height() > maxSide ? QImage() : reader.read();
 }
 
 void ThumbnailFiles::write(const QImage& image, const FileURL& url, QByteArrayView size) const {
     const QByteArray bytes = jpegBytes(image);
     if (bytes.isEmpty())
         return;
-    // Without it the cover is only read from the track again.
+    // If this fails, the cover is read from the track again next time.
     static_cast<void>(StoredFile(diskPath(url, size)).replaceUnsynced(bytes));
 }
 
