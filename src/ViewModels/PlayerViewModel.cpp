@@ -5,25 +5,31 @@
 #include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 namespace tamsy {
 namespace {
 
 using namespace std::chrono_literals;
 
-/// From the start of a file until its end may be handled: the reports of the file before have
-/// passed by then.
+/// How long after the end of a track, and the start of the next file, another end isn't handled. All
+/// reports of the previous file have arrived by then.
 constexpr auto lockReleaseDelay = 300ms;
 
-/// How long an engine may take to report a position near a seek's target. The slowest seek that was
-/// measured (the first one in an hour of raw AAC) takes a third of it.
+/// How long an engine may take to report a position near a seek's target. The slowest seek measured
+/// (the first one in an hour of raw AAC) took a third of this.
 constexpr auto pendingSeekLimit = 600ms;
 
 } // namespace
 
+void PlayerDependencies::runOnTimer(std::chrono::milliseconds delay, QObject* context,
+                                    std::function<void()> action) {
+    QTimer::singleShot(delay, Qt::PreciseTimer, context, std::move(action));
+}
+
 PlayerViewModel::PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine,
-                                 PlayerSurroundings surroundings, QObject* parent)
-    : QObject(parent), engine_(std::move(engine)), surroundings_(std::move(surroundings)) {
+                                 PlayerDependencies dependencies, QObject* parent)
+    : QObject(parent), engine_(std::move(engine)), dependencies_(std::move(dependencies)) {
     bindEngine();
     wireVisibilityObservers();
     detectTrackEnds();
@@ -59,7 +65,7 @@ void PlayerViewModel::attachLibrary(LibraryViewModel* library) {
 }
 
 void PlayerViewModel::play(const FileURL& url) {
-    PlaybackLogger::log(u"▶️ play() called: " + url.lastPathComponentText());
+    logToFile(u"▶️ play() called: " + url.lastPathComponentText());
     engine_->stop();
     if (!(currentURL_ == url)) {
         currentURL_ = url;
@@ -87,10 +93,9 @@ void PlayerViewModel::togglePlayPause() {
 void PlayerViewModel::seek(double seconds) {
     setPendingSeekTarget(seconds);
     setCurrentTime(seconds);
-    QTimer::singleShot(pendingSeekLimit, this,
-                       [this, seekNumber = ++seekNumber_, startNumber = startNumber_] {
-                           giveUpPendingSeek(seekNumber, startNumber);
-                       });
+    runAfter(pendingSeekLimit, [this, seekNumber = ++seekNumber_, startNumber = startNumber_] {
+        giveUpPendingSeek(seekNumber, startNumber);
+    });
     engine_->seek(seconds);
 }
 
@@ -115,8 +120,8 @@ void PlayerViewModel::toggleRepeatOne() {
 void PlayerViewModel::showNowPlayingWindow(PlayerViewModel* playerVM, LibraryViewModel* libraryVM) {
     if (currentArtwork_.isNull() && !currentURL_.isEmpty())
         showArtwork(currentURL_, nullptr);
-    if (!nowPlayingWindow_ && surroundings_.makeNowPlayingWindow)
-        nowPlayingWindow_ = surroundings_.makeNowPlayingWindow(*playerVM, *libraryVM);
+    if (!nowPlayingWindow_ && dependencies_.makeNowPlayingWindow)
+        nowPlayingWindow_ = dependencies_.makeNowPlayingWindow(*playerVM, *libraryVM);
     if (nowPlayingWindow_)
         nowPlayingWindow_->makeKeyAndOrderFront();
 }
@@ -143,8 +148,15 @@ void PlayerViewModel::setPendingSeekTarget(std::optional<double> seconds) {
 }
 
 void PlayerViewModel::scheduleLockRelease() {
-    QTimer::singleShot(lockReleaseDelay, Qt::PreciseTimer, this,
-                       [this] { isHandlingTrackEnd_ = false; });
+    runAfter(lockReleaseDelay, [this] { isHandlingTrackEnd_ = false; });
+}
+
+void PlayerViewModel::runAfter(std::chrono::milliseconds delay, std::function<void()> action) {
+    dependencies_.runAfter(delay, this, std::move(action));
+}
+
+void PlayerViewModel::logToFile(const QString& message) {
+    PlaybackLogger::log(message);
 }
 
 } // namespace tamsy

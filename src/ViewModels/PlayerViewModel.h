@@ -14,22 +14,32 @@
 #include <QPointer>
 #include <QString>
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace tamsy {
 
-/// What a player uses and doesn't own; all of it outlives the player.
-struct PlayerSurroundings {
-    Visibility* visibility = nullptr;             ///< without it the interface counts as visible
-    ArtworkLoader* artworkLoader = nullptr;       ///< without it the program's own
-    NowPlayingWindowFactory makeNowPlayingWindow; ///< without it there is no such window
+/// What a player uses and doesn't own. All of it must outlive the player.
+struct PlayerDependencies {
+    /// Runs `action` on the interface thread after `delay`, unless `context` is gone by then.
+    using RunAfter = std::function<void(std::chrono::milliseconds delay, QObject* context,
+                                        std::function<void()> action)>;
+
+    /// `RunAfter` by a precise timer.
+    static void runOnTimer(std::chrono::milliseconds delay, QObject* context,
+                           std::function<void()> action);
+
+    Visibility* visibility = nullptr;       ///< null: the interface counts as visible
+    ArtworkLoader* artworkLoader = nullptr; ///< null: the shared one
+    NowPlayingWindowFactory makeNowPlayingWindow = nullptr; ///< empty: there is no such window
+    RunAfter runAfter = runOnTimer;
 };
 
-/// The one object that the views observe for everything about playback, and the owner of the
-/// engine: its state, seeking, the end of a track, what plays next, the current title and cover,
-/// and how often time is reported. Times are seconds. Nothing of it is kept across runs. Interface
-/// thread only.
+/// Owns the engine, and is the one object that the views observe for everything about playback: its
+/// state, seeking, the end of a track, what plays next, the current title and cover, and how often
+/// time is reported. Times are in seconds. Nothing of it is stored. Interface thread only.
 class PlayerViewModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString currentAddress READ currentAddress NOTIFY currentURLChanged)
@@ -47,20 +57,18 @@ class PlayerViewModel : public QObject {
   public:
     /// Takes over the engine and binds to its values at once.
     explicit PlayerViewModel(std::unique_ptr<AudioPlaybackEngine> engine,
-                             PlayerSurroundings surroundings = {}, QObject* parent = nullptr);
+                             PlayerDependencies dependencies = {}, QObject* parent = nullptr);
     ~PlayerViewModel() override;
 
-    [[nodiscard]] const FileURL& currentURL() const {
-        return currentURL_;
-    } ///< empty before the first
+    /// Empty before the first file.
+    [[nodiscard]] const FileURL& currentURL() const { return currentURL_; }
     [[nodiscard]] QString currentAddress() const;
     [[nodiscard]] QString currentTitle() const { return currentTitle_; }
     [[nodiscard]] bool isPlaying() const { return isPlaying_; }
     [[nodiscard]] double duration() const { return duration_; }
     [[nodiscard]] double currentTime() const { return currentTime_; }
-    [[nodiscard]] QImage currentArtwork() const {
-        return currentArtwork_;
-    } ///< null before the first
+    /// Null before the first cover.
+    [[nodiscard]] QImage currentArtwork() const { return currentArtwork_; }
     [[nodiscard]] bool isUIVisible() const { return isUIVisible_.value(); }
     [[nodiscard]] bool isSeeking() const { return isSeeking_.value(); }
     [[nodiscard]] std::optional<double> pendingSeekTarget() const {
@@ -70,24 +78,25 @@ class PlayerViewModel : public QObject {
     [[nodiscard]] bool shuffleEnabled() const { return shuffleEnabled_; }
     [[nodiscard]] bool repeatOneEnabled() const { return repeatOneEnabled_; }
 
-    /// A seek gesture is under way; whoever tracks the drag sets it.
+    /// Whether a seek gesture is under way. The view that tracks the drag sets it.
     void setIsSeeking(bool seeking);
 
-    /// Where playback is, also while nobody can see it and `currentTime` stands still.
+    /// The playback position, kept up to date even while the interface is hidden and `currentTime`
+    /// isn't.
     [[nodiscard]] double position() const;
 
-    /// Linear gain, 0 to 1. Every set reaches the engine, an equal one too.
+    /// Linear gain, 0 to 1. Every call reaches the engine, even one that changes nothing.
     void setVolume(float volume);
 
-    /// Gives the player the lists that it steps through. They are not owned.
+    /// Sets the library whose lists the player steps through. It isn't owned.
     Q_INVOKABLE void attachLibrary(tamsy::LibraryViewModel* library);
 
-    /// Starts a file. It can't fail: a file that can't be opened doesn't start.
+    /// Starts a file. Never fails: a file that can't be opened just doesn't start.
     Q_INVOKABLE void play(const tamsy::FileURL& url);
     Q_INVOKABLE void togglePlayPause();
 
-    /// Moves the position. The shown time jumps at once and holds until the engine reports a
-    /// position near the target, or until the engine has had its time to do so.
+    /// Moves the position. The shown time jumps at once and stays there until the engine reports a
+    /// position near the target, or doesn't in time.
     Q_INVOKABLE void seek(double seconds);
 
     Q_INVOKABLE void next();
@@ -95,15 +104,15 @@ class PlayerViewModel : public QObject {
     Q_INVOKABLE void toggleShuffle();
     Q_INVOKABLE void toggleRepeatOne();
 
-    /// Fills in the current cover if there is a track and no picture yet, with the fallback cover
-    /// if the track has none.
+    /// Loads the current cover if there is a track and no picture yet; the fallback cover if the
+    /// track has none.
     Q_INVOKABLE void ensureCurrentArtwork();
 
-    /// Brings the large window to the front. It is made once and kept; closed, it is only hidden.
+    /// Brings the Now Playing window to the front. It is made once; closing it only hides it.
     Q_INVOKABLE void showNowPlayingWindow(tamsy::PlayerViewModel* playerVM,
                                           tamsy::LibraryViewModel* libraryVM);
 
-    /// Ends the large window, which must not outlive what it is made with.
+    /// Destroys the Now Playing window, which must not outlive the QML engine that made it.
     void endNowPlayingWindow() { nowPlayingWindow_.reset(); }
 
   Q_SIGNALS:
@@ -127,6 +136,8 @@ class PlayerViewModel : public QObject {
     void setPendingSeekTarget(std::optional<double> seconds);
     void scheduleLockRelease();
     void startEngine(const FileURL& url);
+    void runAfter(std::chrono::milliseconds delay, std::function<void()> action);
+    static void logToFile(const QString& message);
 
     // PlayerViewModelBinding.cpp
     void bindEngine();
@@ -138,7 +149,9 @@ class PlayerViewModel : public QObject {
     void handleReport(double time, double duration, bool playing);
     void handleTrackEnd();
     void restartCurrentTrack();
-    void stepBy(int step, const QString& logPrefix);
+    void stepBy(int step, bool logs);
+    void logState(QStringView repeatPrefix, QStringView currentPrefix) const;
+    static void logList(QStringView countPrefix, QStringView tracksPrefix, const TrackList& list);
     [[nodiscard]] TrackList getVisibleTrackList() const;
     [[nodiscard]] std::optional<FileURL> getNextTrackInVisibleList(int step) const;
     [[nodiscard]] std::optional<FileURL>
@@ -147,6 +160,7 @@ class PlayerViewModel : public QObject {
     // PlayerViewModelTrackInformation.cpp
     void loadTrackInformation(const FileURL& url);
     void showArtwork(const FileURL& url, QImage (*fallback)());
+    [[nodiscard]] static QImage fallbackArtwork();
     void setCurrentArtwork(const QImage& image);
 
     // PlayerViewModelVisibility.cpp
@@ -165,16 +179,16 @@ class PlayerViewModel : public QObject {
     float volume_ = 0.5F;
     bool shuffleEnabled_ = false;
     bool repeatOneEnabled_ = false;
-    bool isHandlingTrackEnd_ = false; // a guard against re-entry over time, not against threads
+    bool isHandlingTrackEnd_ = false; // from a track's end until the next end may be handled
     QPointer<LibraryViewModel> library_;
     std::unique_ptr<AudioPlaybackEngine> engine_;
     Subscriptions cancellables_;
     MetadataReader metadataReader_;
-    const PlayerSurroundings surroundings_;
+    const PlayerDependencies dependencies_;
     std::unique_ptr<NowPlayingWindow> nowPlayingWindow_;
-    double lastBufferedTime_ = 0; // the position while nobody can see it
+    double lastBufferedTime_ = 0; // the position while the interface is hidden
     unsigned seekNumber_ = 0;
-    unsigned startNumber_ = 0; // tells two playbacks of one file apart
+    unsigned startNumber_ = 0; // distinguishes two playbacks of one file
 };
 
 } // namespace tamsy

@@ -1,4 +1,4 @@
-// How the engine's values become what the views show.
+// Turns the engine's values into what the views show.
 
 #include "Utils/CombineLatest.h"
 #include "ViewModels/PlayerViewModel.h"
@@ -9,7 +9,7 @@
 namespace tamsy {
 namespace {
 
-/// How near to a seek's target a reported position must be to confirm it, in seconds.
+/// How close to a seek's target a reported position must be to confirm it, in seconds.
 constexpr double seekTolerance = 0.05;
 
 } // namespace
@@ -23,15 +23,15 @@ void PlayerViewModel::bindEngine() {
         if (std::exchange(duration_, duration) != duration)
             Q_EMIT durationChanged();
     }));
-    // The seeking flag takes no part in the decision; its change runs the handler again.
-    Subscriptions joined = combineLatest(
+    // The seeking flag isn't used; its change runs the handler again.
+    Subscriptions combined = combineLatest(
         this,
         [this](double time, bool visible, std::optional<double> pending, bool /*seeking*/) {
             handleTime(time, visible, pending);
         },
         engine_->currentTimePublisher(), isUIVisible_.publisher(), pendingSeekTarget_.publisher(),
         isSeeking_.publisher());
-    std::move(joined.begin(), joined.end(), std::back_inserter(cancellables_));
+    std::move(combined.begin(), combined.end(), std::back_inserter(cancellables_));
 }
 
 void PlayerViewModel::handleTime(double time, bool visible, std::optional<double> pending) {
@@ -52,16 +52,16 @@ void PlayerViewModel::giveUpPendingSeek(unsigned seekNumber, unsigned startNumbe
     const std::optional<double> target = pendingSeekTarget_.value();
     if (seekNumber != seekNumber_ || !target)
         return;
-    setPendingSeekTarget(std::nullopt); // the display follows the engine's own position again
+    setPendingSeekTarget(std::nullopt); // the display follows the engine's position again
     setIsSeeking(false);
     if (!isPlaying_ || startNumber != startNumber_)
         return;
     if (navigation::trackHasEnded(*target, duration_, isPlaying_)) {
-        // The user moved to the very end, where some decoders refuse to go.
+        // The user seeked to the very end, which some decoders refuse.
         handleReport(*target, duration_, isPlaying_);
         return;
     }
-    // An engine whose seek failed may have stopped its device while it says it plays.
+    // An engine whose seek failed may report that it plays while its device has stopped.
     engine_->pause();
     engine_->play();
 }

@@ -1,5 +1,5 @@
-// Title and cover of the current file. They come after the sound has started, and an answer that
-// arrives after the user has gone on to another file is dropped.
+// Title and cover of the current file. They arrive after the sound has started. An answer that
+// arrives when the user has already moved on to another file is dropped.
 
 #include "Services/Artwork/FallbackCover.h"
 #include "Utils/TextTrimming.h"
@@ -11,7 +11,7 @@ namespace tamsy {
 
 void PlayerViewModel::loadTrackInformation(const FileURL& url) {
     using Watcher = QFutureWatcher<AudioMetadata>;
-    auto* watcher = new Watcher(this); // ends with the player, and the answer with it
+    auto* watcher = new Watcher(this); // no answer arrives once the player is gone
     connect(watcher, &Watcher::finished, this, [this, watcher, url] {
         watcher->deleteLater();
         if (watcher->isCanceled() || !(currentURL_ == url))
@@ -26,13 +26,17 @@ void PlayerViewModel::loadTrackInformation(const FileURL& url) {
 
 void PlayerViewModel::ensureCurrentArtwork() {
     if (currentArtwork_.isNull() && !currentURL_.isEmpty())
-        showArtwork(currentURL_, fallbackCover);
+        showArtwork(currentURL_, fallbackArtwork);
 }
 
-/// Without a picture the one before stays, unless there is a `fallback`.
+QImage PlayerViewModel::fallbackArtwork() {
+    return fallbackCover();
+}
+
+/// If the file has no picture the previous one stays, unless there is a `fallback`.
 void PlayerViewModel::showArtwork(const FileURL& url, QImage (*fallback)()) {
     constexpr auto variant = ArtworkLoader::Variant::medium512;
-    ArtworkLoader& loader = surroundings_.artworkLoader != nullptr ? *surroundings_.artworkLoader
+    ArtworkLoader& loader = dependencies_.artworkLoader != nullptr ? *dependencies_.artworkLoader
                                                                    : ArtworkLoader::shared();
     if (const QImage kept = loader.image(url, variant); !kept.isNull()) {
         setCurrentArtwork(kept);

@@ -1,4 +1,4 @@
-// Less is done while nobody looks: time is reported less often, and shown to no view.
+// While the interface is hidden, time is reported less often and not passed on to the views.
 
 #include "ViewModels/PlayerViewModel.h"
 
@@ -11,14 +11,14 @@ constexpr double hiddenUpdateInterval = 1.2;   // seconds
 } // namespace
 
 void PlayerViewModel::wireVisibilityObservers() {
-    if (surroundings_.visibility != nullptr)
-        connect(surroundings_.visibility, &Visibility::changed, this,
+    if (dependencies_.visibility != nullptr)
+        connect(dependencies_.visibility, &Visibility::changed, this,
                 &PlayerViewModel::recomputeVisibilityAndAdjust);
     recomputeVisibilityAndAdjust();
 }
 
 void PlayerViewModel::recomputeVisibilityAndAdjust() {
-    const Visibility* visibility = surroundings_.visibility;
+    const Visibility* visibility = dependencies_.visibility;
     const bool appActive = visibility == nullptr || (visibility->isApplicationActive() &&
                                                      !visibility->isApplicationHidden());
     const bool anyWindowVisible = visibility == nullptr || visibility->isAnyWindowVisible();
@@ -29,7 +29,7 @@ void PlayerViewModel::recomputeVisibilityAndAdjust() {
         Q_EMIT isUIVisibleChanged();
     }
     engine_->setUpdateInterval(visible ? visibleUpdateInterval : hiddenUpdateInterval);
-    // The display catches up at once, without waiting for the next report.
+    // The display catches up at once instead of waiting for the next report.
     if (!wasVisible && visible && lastBufferedTime_ > 0)
         setCurrentTime(lastBufferedTime_);
 }

@@ -2,12 +2,16 @@
 #include "ViewModels/LibraryFixture.h"
 #include "ViewModels/PlayerViewModel.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 
+using namespace std::chrono_literals;
 using namespace tamsy;
 using testing::Contains;
 using testing::ElementsAre;
@@ -15,7 +19,42 @@ using testing::Not;
 
 namespace {
 
-/// A player on an engine without sound, over a folder of three files.
+/// Runs delayed actions when a test advances the time.
+class FakeClock {
+  public:
+    PlayerDependencies::RunAfter runAfter() {
+        return [this](std::chrono::milliseconds delay, QObject* context,
+                      std::function<void()> action) {
+            due_.push_back({now_ + delay, context, std::move(action)});
+        };
+    }
+
+    void advance(std::chrono::milliseconds time) {
+        now_ += time;
+        for (;;) {
+            const auto next = std::ranges::min_element(due_, {}, &Due::time);
+            if (next == due_.end() || next->time > now_)
+                return;
+            const Due due = std::move(*next);
+            due_.erase(next);
+            if (due.context)
+                due.action();
+        }
+    }
+
+  private:
+    struct Due {
+        std::chrono::milliseconds time;
+        QPointer<QObject> context;
+        std::function<void()> action;
+    };
+
+    std::chrono::milliseconds now_{0};
+    std::vector<Due> due_;
+};
+
+/// A player on an engine without sound and a clock that the test turns, over a folder of three
+/// files.
 class PlayerViewModelTest : public testing::Test, protected LibraryFixture {
   protected:
     PlayerViewModelTest() {
@@ -44,8 +83,15 @@ class PlayerViewModelTest : public testing::Test, protected LibraryFixture {
         return "load " + url(row).absoluteString().toStdString();
     }
 
+    void advance(std::chrono::milliseconds time) {
+        clock.advance(time);
+        process();
+    }
+
+    FakeClock clock;
     FakeEngine* engine = new FakeEngine; // the player owns it
-    PlayerViewModel player{std::unique_ptr<AudioPlaybackEngine>(engine)};
+    PlayerViewModel player{std::unique_ptr<AudioPlaybackEngine>(engine),
+                           {.runAfter = clock.runAfter()}};
 };
 
 TEST_F(PlayerViewModelTest, StartsAFileInItsOrder) {
@@ -98,7 +144,8 @@ class DeafEngine : public FakeEngine {
 TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
     auto* deaf = new DeafEngine;
     deaf->loadedDuration = 10;
-    PlayerViewModel other{std::unique_ptr<AudioPlaybackEngine>(deaf)};
+    PlayerViewModel other{std::unique_ptr<AudioPlaybackEngine>(deaf),
+                          {.runAfter = clock.runAfter()}};
     other.play(url(0));
     process();
     struct Row {
@@ -116,50 +163,55 @@ TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
     deaf->currentTimeSubject_.send(2);
     other.seek(7);
     deaf->calls.clear();
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&] { return !other.pendingSeekTarget() && other.currentTime() == 2; }, 2000));
+    advance(599ms);
+    EXPECT_EQ(other.pendingSeekTarget(), 7);
+    advance(1ms);
+    EXPECT_FALSE(other.pendingSeekTarget());
+    EXPECT_EQ(other.currentTime(), 2);
     EXPECT_THAT(deaf->calls, ElementsAre("pause", "play")); // the sound starts again
     deaf->calls.clear();
     other.attachLibrary(library.get());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return other.currentTime() == 2; }));
     other.seek(10); // to the very end, in vain: the track has ended all the same
-    EXPECT_TRUE(QTest::qWaitFor([&] { return other.currentURL() == url(1); }, 2000));
+    advance(600ms);
+    EXPECT_EQ(other.currentURL(), url(1));
 
-    // The same file anew, by a click and by repeating: no seek of the playback before concerns it.
-    const auto givesUpQuietly = [&](const std::vector<std::string>& calls) {
-        return QTest::qWaitFor([&] { return !other.pendingSeekTarget(); }, 2000) &&
-               deaf->calls == calls;
-    };
+    // A seek of the previous playback doesn't touch the next one of the same file, started by a
+    // click or by repeating.
     for (const double target : {5.0, 10.0}) {
         other.seek(target);
         deaf->calls.clear();
         other.play(url(1));
-        EXPECT_TRUE(givesUpQuietly({"stop", load(1), "play"})) << target;
+        advance(600ms);
+        EXPECT_FALSE(other.pendingSeekTarget()) << target;
+        EXPECT_THAT(deaf->calls, ElementsAre("stop", load(1), "play")) << target;
         EXPECT_EQ(other.currentURL(), url(1)) << target;
     }
     other.toggleRepeatOne();
     other.seek(5);
     deaf->calls.clear();
     deaf->currentTimeSubject_.send(9.9);
-    EXPECT_TRUE(givesUpQuietly({"stop", load(1), "play"}));
+    process();
+    advance(600ms);
+    EXPECT_FALSE(other.pendingSeekTarget());
+    EXPECT_THAT(deaf->calls, ElementsAre("stop", load(1), "play"));
 }
 
 TEST_F(PlayerViewModelTest, EndsATrackOnTheReportThatWasSentWhilePlaying) {
     start(2);
-    QTest::qWait(320); // the lock of the start is released
     engine->durationSubject_.send(9.95);
     engine->currentTimeSubject_.send(9.95);
     engine->isPlayingSubject_.send(false); // at once, before the report has been handled
     process();
     EXPECT_THAT(engine->calls, ElementsAre("stop", "stop", load(0), "play")); // wraps round
     engine->calls.clear();
-    engine->currentTimeSubject_.send(9.9); // within the lock
+    advance(299ms);
+    engine->currentTimeSubject_.send(9.9); // still locked
     process();
     EXPECT_THAT(engine->calls, ElementsAre());
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        engine->currentTimeSubject_.send(9.9); // the engine goes on reporting its end
-        return player.currentURL() == url(1);
-    }));
+    advance(1ms);
+    engine->currentTimeSubject_.send(9.9);
+    process();
+    EXPECT_EQ(player.currentURL(), url(1));
 }
 
 TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
@@ -168,12 +220,14 @@ TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
     EXPECT_FALSE(player.shuffleEnabled());
     start(1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == QStringLiteral("2"); }));
-    QTest::qWait(320);
+    advance(300ms);
     QSignalSpy titles(&player, &PlayerViewModel::currentTitleChanged);
     engine->currentTimeSubject_.send(9.9);
     process();
     EXPECT_THAT(engine->calls, ElementsAre("stop"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return engine->calls.size() == 3; }));
+    advance(99ms);
+    EXPECT_THAT(engine->calls, ElementsAre("stop"));
+    advance(1ms);
     EXPECT_THAT(engine->calls, ElementsAre("stop", load(1), "play"));
     EXPECT_EQ(titles.size(), 0);
 }
