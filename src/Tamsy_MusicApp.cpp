@@ -30,7 +30,7 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
     : QObject(parent),
       folderPanel_([this] { return lastFolder(); }),
       lyricsFontSizePoints_(defaults),
-      library_(std::make_unique<FolderLibraryService>(),
+      library_(std::make_unique<FolderLibraryService>(defaults),
                std::make_unique<WindowFolderPanel>(folderPanel_)),
       player_(
           std::make_unique<CompositePlaybackEngine>(),

@@ -1,7 +1,6 @@
 #include "Services/Library/FolderLibraryService.h"
 
 #include "Platform/Storage/DirectoryWalk.h"
-#include "Platform/Storage/UserDefaults.h"
 #include "Platform/Threads/InterfaceThread.h"
 #include "Services/Metadata/MetadataReader.h"
 
@@ -15,8 +14,8 @@
 namespace tamsy {
 namespace {
 
-void print(const QByteArray& message) {
-    std::printf("[Library] %s\n", message.constData());
+void print(const QByteArray& line) {
+    std::puts(line.constData());
     std::fflush(stdout);
 }
 
@@ -24,7 +23,7 @@ auto hasId(QUuid id) {
     return [id](const AudioFolder& folder) { return folder.id == id; };
 }
 
-/// The extension of a file name, in lower case; empty without one.
+/// The file name's extension in lower case; empty if it has none.
 QByteArray lowercaseExtension(QByteArrayView name) {
     return name.sliced(name.lastIndexOf('.') + 1).toByteArray().toLower();
 }
@@ -33,10 +32,10 @@ bool isAudioFile(QByteArrayView name) {
     return name.lastIndexOf('.') > 0 && AudioFolder::isSupportedExtension(lowercaseExtension(name));
 }
 
-/// Equal texts of neighbours share one memory.
-void share(QString& text, const QString& former) {
-    if (text == former)
-        text = former;
+/// Lets equal texts of adjacent tracks share their memory.
+void share(QString& text, const QString& previous) {
+    if (text == previous)
+        text = previous;
 }
 
 Track makeTrack(const FileURL& url, const FolderLibraryService::TagReader& readTags) {
@@ -59,11 +58,11 @@ TrackList scanFolder(const FileURL& url, const FolderLibraryService::TagReader& 
     DirectoryWalk::visitFiles(url, stop, isAudioFile, [&](const FileURL& file) {
         Track track = makeTrack(file, readTags);
         if (!tracks.isEmpty()) {
-            const Track& former = tracks.constLast();
-            track.url.shareFolder(former.url);
-            share(track.artist, former.artist);
-            share(track.album, former.album);
-            share(track.fileExtension, former.fileExtension);
+            const Track& previous = tracks.constLast();
+            track.url.shareFolder(previous.url);
+            share(track.artist, previous.artist);
+            share(track.album, previous.album);
+            share(track.fileExtension, previous.fileExtension);
         }
         tracks.append(std::move(track));
     });
@@ -73,7 +72,7 @@ TrackList scanFolder(const FileURL& url, const FolderLibraryService::TagReader& 
 
 } // namespace
 
-/// The way of the scans' results. A scan that is stuck on a dead mount may outlive the library.
+/// Delivers scan results. A scan that is stuck on a dead mount may outlive the library.
 class FolderLibraryService::ScanResults {
   public:
     explicit ScanResults(FolderLibraryService* receiver) : receiver_(receiver) {}
@@ -87,7 +86,7 @@ class FolderLibraryService::ScanResults {
             });
     }
 
-    /// Nothing is sent to the receiver after this.
+    /// Nothing is delivered after this.
     void close() {
         const std::scoped_lock lock(mutex_);
         receiver_ = nullptr;
@@ -98,13 +97,10 @@ class FolderLibraryService::ScanResults {
     FolderLibraryService* receiver_;
 };
 
-FolderLibraryService::FolderLibraryService(QObject* parent)
-    : FolderLibraryService(
-          UserDefaults::standard(),
-          [reader = MetadataReader()](const FileURL& url) {
-              return reader.loadWithoutArtwork(url);
-          },
-          parent) {}
+FolderLibraryService::TagReader FolderLibraryService::fileTagReader() {
+    return
+        [reader = MetadataReader()](const FileURL& url) { return reader.loadWithoutArtwork(url); };
+}
 
 FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader readTags,
                                            QObject* parent)
@@ -116,7 +112,7 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
     const qsizetype tracks = std::accumulate(
         folders_.cbegin(), folders_.cend(), qsizetype{0},
         [](qsizetype sum, const auto& folder) { return sum + folder.tracks.size(); });
-    print("init -> folders=" + QByteArray::number(folders_.size()) +
+    print("[Library] init -> folders=" + QByteArray::number(folders_.size()) +
           ", tracks(sum)=" + QByteArray::number(tracks));
 }
 
@@ -137,9 +133,9 @@ void FolderLibraryService::loadPersistedFolders() {
                                     QDateTime::currentDateTimeUtc()));
     }
     setFolders(std::move(restored));
-    print("restored folders=" + QByteArray::number(folders_.size()));
+    print("[Library] restored folders=" + QByteArray::number(folders_.size()));
     for (const AudioFolder& folder : std::as_const(folders_))
-        print("folder=" + folder.displayName.toUtf8() +
+        print("[Library] folder=" + folder.displayName.toUtf8() +
               " tracks=" + QByteArray::number(folder.tracks.size()));
 }
 
@@ -178,7 +174,7 @@ void FolderLibraryService::rescanFolder(QUuid id) {
     scanQueue_.add(std::make_shared<Operation>(scan));
 }
 
-/// The list may have changed since the scan was queued, so the place is looked up again.
+/// The list may have changed since the scan was queued, so the folder is looked up again.
 void FolderLibraryService::finishScan(QUuid id, const TrackList& tracks) {
     QList<AudioFolder> folders = folders_;
     const auto folder = std::find_if(folders.begin(), folders.end(), hasId(id));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/AudioFolder.h"
+#include "Platform/Storage/UserDefaults.h"
 #include "Platform/Threads/OperationQueue.h"
 #include "Services/Library/FolderPersistence.h"
 #include "Utils/ValueSubject.h"
@@ -14,51 +15,50 @@
 
 namespace tamsy {
 
-class UserDefaults;
 struct AudioMetadata;
 
 /// The library: the folders that the user added, with the tracks found in them. It restores them at
-/// construction, scans on a queue of its own, one file at a time, and stores each change when it
-/// happens. Lives on the interface thread. Its end stops a scan that is under way, without a
-/// result; one that is stuck in a file is left behind after a moment.
+/// construction, scans on a queue of its own, one file at a time, and stores each change at once.
+/// Lives on the interface thread. Its destructor stops a running scan, whose result is dropped; a
+/// scan that is stuck in a file is abandoned after a moment.
 class FolderLibraryService : public QObject {
     Q_OBJECT
 
   public:
-    /// Reads one file's tags. Called on the scan queue, for one file after another. A reading that
-    /// is stuck may outlive the service, with a copy of this.
+    /// Reads one file's tags. Called on the scan queue, one file after another. A call that is
+    /// stuck may outlive the service, with its own copy of this.
     using TagReader = std::function<AudioMetadata(const FileURL&)>;
 
-    /// The user's own library: the standard store and the tags of real files.
-    explicit FolderLibraryService(QObject* parent = nullptr);
-
-    /// A library kept in `defaults`, which must outlive it.
-    FolderLibraryService(UserDefaults& defaults, TagReader readTags, QObject* parent = nullptr);
+    /// The library stored in `defaults`, which must outlive this object.
+    explicit FolderLibraryService(UserDefaults& defaults = UserDefaults::standard(),
+                                  TagReader readTags = fileTagReader(), QObject* parent = nullptr);
 
     ~FolderLibraryService() override;
 
-    /// The library in the order of adding. A folder whose place can't be opened now is absent, and
-    /// comes back at a later start. Copies share the tracks' memory.
+    /// The folders in the order in which they were added. One that can't be opened now is missing
+    /// and returns at a later start. Copies share the tracks' memory.
     [[nodiscard]] const QList<AudioFolder>& folders() const { return folders_; }
 
-    /// The list and every later one, sent on the interface thread.
+    /// Sends the list and every later one, on the interface thread.
     [[nodiscard]] Publisher<QList<AudioFolder>> foldersPublisher() const {
         return foldersSubject_.publisher();
     }
 
-    /// Shows `url` at once, empty, and scans it. False, and nothing is changed, if it is no folder
-    /// that can be opened. A folder added twice stands twice in the list.
+    /// Adds `url` at once, without tracks, and scans it. Returns false and changes nothing if it
+    /// isn't a folder that can be opened. A folder added twice is listed twice.
     [[nodiscard]] bool addFolder(const FileURL& url);
 
-    /// Takes the folder out of the list and the store; a result of its scan will find no place.
+    /// Removes the folder from the list and the store. The result of a running scan is dropped.
     void removeFolder(QUuid id);
 
-    /// Queues a scan, whose result replaces the folder's whole track list in one step. Returns at
-    /// once; an unknown id does nothing.
+    /// Queues a scan, whose result replaces the folder's whole track list in one step. An unknown
+    /// id does nothing.
     void rescanFolder(QUuid id);
 
   private:
     class ScanResults;
+
+    static TagReader fileTagReader();
     void loadPersistedFolders();
     void setFolders(QList<AudioFolder> folders);
     void finishScan(QUuid id, const TrackList& tracks);
@@ -69,7 +69,7 @@ class FolderLibraryService : public QObject {
     TagReader readTags_;
     std::stop_source scanStop_;
     std::shared_ptr<ScanResults> scanResults_;
-    // One thread, so scans run one after another.
+    // A single thread, so that scans run one after another.
     OperationQueue scanQueue_{1, "library.scan.queue"};
 };
 
