@@ -9,13 +9,13 @@ namespace tamsy {
 
 namespace {
 
-constexpr std::uint64_t smallestFile = 9;
+constexpr std::uint64_t minFileSize = 9;
 
 } // namespace
 
 QImage flacEmbeddedArtwork(const FileURL& url, PictureBudget& budget) {
     const media::SharedSource file = media::openFileSource(url);
-    if (!file || file->size() < smallestFile)
+    if (!file || file->size() < minFileSize)
         return {};
     media::ByteWindow window(*file);
     if (!window.matches(0, "fLaC"))

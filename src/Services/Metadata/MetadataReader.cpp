@@ -27,7 +27,7 @@ using OptionalText = std::optional<QString>;
 constexpr MetadataFormat formats[] = {MetadataFormat::ID3, MetadataFormat::ITunes,
                                       MetadataFormat::QuickTime};
 
-// The three fields in the order in which everything about them is done.
+// The three fields, in the order in which they are always processed.
 struct Field {
     CommonKey key;
     const char* infoKey;
@@ -50,54 +50,64 @@ QString trimmed(const QString& text) {
     return trimmedOfWhitespaceAndNewlines(text).toString();
 }
 
-/// The info dictionary's text for a field, trimmed; nothing if that leaves none.
+/// The field's text in the info dictionary, trimmed; nothing if that is empty.
 OptionalText infoText(const MediaAsset& asset, const Field& field) {
     const QString text = trimmed(asset.infoDictionary().value(QLatin1String(field.infoKey)));
     return text.isEmpty() ? std::nullopt : OptionalText(text);
 }
 
-/// The first text with this key that isn't empty; one of blanks counts.
+/// The item's text; nothing if it is empty. Blanks count as text.
+OptionalText loadString(const MediaItem& item) {
+    return item.text && !item.text->isEmpty() ? item.text : std::nullopt;
+}
+
+/// The item's bytes; nothing if they exceed the budget.
+std::optional<QByteArray> loadData(const MediaItem& item, PictureBudget& budget) {
+    QByteArray data = item.data();
+    return budget.takeBytes(data.size()) ? std::optional(std::move(data)) : std::nullopt;
+}
+
+/// The first text with this key.
 OptionalText firstCommonString(CommonKey key, const Items& items) {
     for (const MediaItem& item : items) {
-        if (item.commonKey == key && item.text && !item.text->isEmpty())
-            return item.text;
+        if (item.commonKey != key)
+            continue;
+        if (auto text = loadString(item))
+            return text;
     }
     return std::nullopt;
 }
 
-QImage decodedData(const MediaItem& item, PictureBudget& budget) {
-    const QByteArray data = item.data();
-    return budget.takeBytes(data.size()) ? decodeImage(data, budget) : QImage();
-}
-
-/// A picture that a tag holds as text.
-QImage decodedText(const MediaItem& item, PictureBudget& budget) {
-    if (!item.text)
+/// Decodes a picture that a tag stores as base64 text.
+QImage decodeText(const MediaItem& item, PictureBudget& budget) {
+    const OptionalText text = loadString(item);
+    if (!text)
         return {};
-    const auto bytes = QByteArray::fromBase64Encoding(item.text->toUtf8(),
-                                                      QByteArray::AbortOnBase64DecodingErrors);
+    const auto bytes =
+        QByteArray::fromBase64Encoding(text->toUtf8(), QByteArray::AbortOnBase64DecodingErrors);
     return bytes ? decodeImage(bytes.decoded, budget) : QImage();
 }
 
-QImage decodedItem(const MediaItem& item, PictureBudget& budget) {
+QImage decodeItem(const MediaItem& item, PictureBudget& budget) {
     if (!budget.hasTime())
         return {};
-    QImage image = decodedData(item, budget);
-    return image.isNull() ? decodedText(item, budget) : image;
+    const auto data = loadData(item, budget);
+    QImage image = data ? decodeImage(*data, budget) : QImage();
+    return image.isNull() ? decodeText(item, budget) : image;
 }
 
-/// The cover: the first artwork item of the common list, else the first item of any format that is
-/// a picture, else the pictures of a FLAC file.
+/// The cover: the first artwork item of the common items, else the first item of any format that is
+/// a picture, else a FLAC file's pictures.
 QImage artworkImage(const FileURL& url, const MediaAsset& asset, const Items& common) {
     PictureBudget budget;
     if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
-        QImage image = decodedItem(*item, budget);
+        QImage image = decodeItem(*item, budget);
         if (!image.isNull())
             return image;
     }
     for (const MetadataFormat format : formats) {
         for (const MediaItem& item : asset.metadata(format)) {
-            QImage image = decodedItem(item, budget);
+            QImage image = decodeItem(item, budget);
             if (!image.isNull())
                 return image;
         }
@@ -106,7 +116,7 @@ QImage artworkImage(const FileURL& url, const MediaAsset& asset, const Items& co
     return isFlac ? flacEmbeddedArtwork(url, budget) : QImage();
 }
 
-/// What the worker leaves in memory for the interface thread's steps.
+/// What the worker prepares in memory for the interface thread.
 struct LoadedFile {
     LoadedFile(const FileURL& url, MediaAsset::Depth depth)
         : asset(url, depth), common(asset.commonMetadata()) {}
@@ -118,7 +128,7 @@ struct LoadedFile {
     QImage artwork;
 };
 
-/// The first text that any of the format lists has for a key.
+/// The first text with this key in the items of any format.
 OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     for (const MetadataFormat format : formats) {
         if (auto text = firstCommonString(key, asset.metadata(format)))
@@ -127,7 +137,7 @@ OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     return std::nullopt;
 }
 
-AudioMetadata chosen(const LoadedFile& file) {
+AudioMetadata chooseMetadata(const LoadedFile& file) {
     AudioMetadata metadata;
     for (const Field& field : fields) {
         OptionalText text = firstCommonString(field.key, file.common);
@@ -142,38 +152,32 @@ AudioMetadata chosen(const LoadedFile& file) {
     return metadata;
 }
 
-/// The player's loads, which wait for nobody else's.
-WorkerPool& playerLoads() {
-    static WorkerPool pool;
-    return pool;
-}
-
-QFuture<AudioMetadata> startLoad(std::function<LoadedFile()> read) {
+QFuture<AudioMetadata> startLoad(WorkerPool& workers, std::function<LoadedFile()> read) {
     const auto promise = std::make_shared<QPromise<AudioMetadata>>();
     promise->start();
-    playerLoads().start([promise, read = std::move(read)] {
+    workers.start([promise, read = std::move(read)] {
         const auto file = std::make_shared<const LoadedFile>(read());
         InterfaceThread::run([promise, file] {
-            promise->addResult(chosen(*file));
+            promise->addResult(chooseMetadata(*file));
             promise->finish();
         });
     });
     return promise->future();
 }
 
-struct LoadedHere {
+struct BlockingLoad {
     AudioMetadata metadata;
     bool wasRead = false;
 };
 
-LoadedHere loadedHere(const FileURL& url) {
+BlockingLoad loadBlocking(const FileURL& url) {
     assert(!InterfaceThread::isCurrent());
     if (InterfaceThread::isCurrent())
         return {};
     const auto file = std::make_shared<LoadedFile>(url, MediaAsset::Depth::Full);
     file->decodeArtwork(url);
     const auto metadata = InterfaceThread::waitFor<AudioMetadata>(
-        [file] { return QtFuture::makeReadyFuture(chosen(*file)); });
+        [file] { return QtFuture::makeReadyFuture(chooseMetadata(*file)); });
     return {.metadata = metadata.value_or(AudioMetadata()),
             .wasRead = metadata && file->asset.wasRead()};
 }
@@ -194,7 +198,7 @@ AudioMetadata MetadataReader::loadWithoutArtwork(const FileURL& url) const {
 }
 
 QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
-    return startLoad([url] {
+    return startLoad(*workers_, [url] {
         LoadedFile file(url, MediaAsset::Depth::Full);
         file.decodeArtwork(url);
         return file;
@@ -202,15 +206,15 @@ QFuture<AudioMetadata> MetadataReader::loadAsync(const FileURL& url) const {
 }
 
 QFuture<AudioMetadata> MetadataReader::loadTextsAsync(const FileURL& url) const {
-    return startLoad([url] { return LoadedFile(url, MediaAsset::Depth::Items); });
+    return startLoad(*workers_, [url] { return LoadedFile(url, MediaAsset::Depth::Items); });
 }
 
 AudioMetadata MetadataReader::load(const FileURL& url) const {
-    return loadedHere(url).metadata;
+    return loadBlocking(url).metadata;
 }
 
 std::optional<AudioMetadata> MetadataReader::loadIfReadable(const FileURL& url) const {
-    const LoadedHere loaded = loadedHere(url);
+    const BlockingLoad loaded = loadBlocking(url);
     return loaded.wasRead ? std::optional(loaded.metadata) : std::nullopt;
 }
 

@@ -102,11 +102,11 @@ TEST(MetadataReader, TurnsALengthThatIsNotFiniteIntoNone) {
 }
 
 TEST(MetadataReader, ContinuesOnTheInterfaceThread) {
+    const MetadataReader reader;
     bool isCurrent = false;
-    const auto done =
-        MetadataReader().loadAsync(fixture("mp3-v24.mp3")).then([&](const AudioMetadata&) {
-            isCurrent = InterfaceThread::isCurrent();
-        });
+    const auto done = reader.loadAsync(fixture("mp3-v24.mp3")).then([&](const AudioMetadata&) {
+        isCurrent = InterfaceThread::isCurrent();
+    });
     EXPECT_TRUE(QTest::qWaitFor([&] { return done.isFinished(); }));
     EXPECT_TRUE(isCurrent);
 }
