@@ -12,7 +12,7 @@
 namespace tamsy {
 namespace {
 
-/// From 1970-01-01 to 2001-01-01, where the stored dates begin.
+/// From 1970-01-01 to 2001-01-01, the epoch of the stored dates.
 constexpr double secondsToReferenceDate = 978'307'200;
 
 double now() {
@@ -29,8 +29,7 @@ std::string_view viewOf(const QByteArray& bytes) {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
-/// Nothing unless `text` is what encoding gives: with its padding, without line breaks or anything
-/// else between.
+/// Strict: nothing unless `text` is exactly what encoding gives, padding included.
 std::optional<QByteArray> decodeBase64(std::string_view text) {
     const QByteArray encoded = viewOf(text).toByteArray();
     auto decoded = QByteArray::fromBase64Encoding(encoded, QByteArray::AbortOnBase64DecodingErrors);
@@ -39,8 +38,8 @@ std::optional<QByteArray> decodeBase64(std::string_view text) {
     return std::move(decoded.decoded);
 }
 
-/// Gives neighbours that have the same text one memory for it: a library of whole albums repeats
-/// most artists and albums.
+/// Lets equal texts of adjacent tracks share their memory: whole albums repeat their artist and
+/// album.
 class SharedText {
   public:
     const QString& operator()(std::string_view utf8) {
@@ -56,7 +55,7 @@ class SharedText {
     QString text_;
 };
 
-/// What restoring the tracks takes, in bytes, with texts of common lengths.
+/// The memory that the restored tracks need, in bytes, with texts of common lengths.
 std::size_t expectedMemory(const LibraryDocument& document) {
     constexpr std::size_t perTrack = 400;
     std::size_t tracks = 0;
@@ -65,7 +64,7 @@ std::size_t expectedMemory(const LibraryDocument& document) {
     return tracks * perTrack;
 }
 
-/// The last text that was copied into a document.
+/// The text last copied into a document.
 struct KeptText {
     QString text;
     std::string_view utf8;
@@ -77,10 +76,9 @@ TrackList restoredTracks(const PersistedTracks& persisted) {
     SharedText fileExtension;
     TrackList tracks;
     tracks.reserve(static_cast<qsizetype>(persisted.size()));
-    const FileURL root = FileURL::fromPath("/"); // stands for what is no address
+    const FileURL root = FileURL::fromPath("/"); // replaces an address that can't be parsed
     for (const PersistedTrack& track : persisted) {
-        FileURL url =
-            FileURL::fromAbsoluteString(viewOf(track.urlString)).value_or(FileURL::fromPath("/"));
+        FileURL url = FileURL::fromAbsoluteString(viewOf(track.urlString)).value_or(root);
         if (!tracks.isEmpty())
             url.shareFolder(tracks.constLast().url);
         tracks.append({track.id, std::move(url), QString::fromUtf8(viewOf(track.title)),
@@ -90,8 +88,7 @@ TrackList restoredTracks(const PersistedTracks& persisted) {
     return tracks;
 }
 
-/// Puts `tracks` in the place of what the entry holds. Of neighbours that share a text only the
-/// first's is copied.
+/// Replaces the folder's tracks. A text that adjacent tracks share is copied once.
 void replaceTracks(PersistedFolder& folder, const TrackList& tracks, LibraryDocument& document) {
     if (!folder.tracks)
         folder.tracks = document.makeTracks();

@@ -20,9 +20,7 @@ constexpr bool mustBeEscaped(unsigned char c) {
     return c < 0x20 || c == '"' || c == '\\';
 }
 
-/// Whether one of eight bytes must be escaped, without looking at each: a byte's top bit comes up
-/// where a subtraction borrows, which for an exclusive or with the wanted byte is where it is
-/// found.
+/// Tests eight bytes at once (SWAR) for quotes, backslashes and control characters.
 constexpr bool mustEscapeAny(std::uint64_t bytes) {
     const std::uint64_t quote = bytes ^ everyByte('"');
     const std::uint64_t backslash = bytes ^ everyByte('\\');
@@ -62,8 +60,8 @@ void JsonWriter::raw(std::string_view json) {
 }
 
 void JsonWriter::text(std::string_view utf8) {
-    constexpr std::size_t longestEscape = 6;
-    char* out = room(utf8.size() * longestEscape + 2);
+    constexpr std::size_t maxEscapeSize = 6;
+    char* out = room(utf8.size() * maxEscapeSize + 2);
     *out++ = '"';
     std::size_t i = 0;
     while (i < utf8.size()) {
@@ -88,17 +86,18 @@ void JsonWriter::text(std::string_view utf8) {
 }
 
 void JsonWriter::number(double value) {
-    // Integers without an exponent end where 64 bits do for many readers, our own among them.
-    constexpr double exactIntegers = 9007199254740992.0; // 2^53
+    // Many parsers, ours included, reject integers of more than 64 bits unless they have an
+    // exponent.
+    constexpr double maxExactInteger = 9007199254740992.0; // 2^53
     if (!std::isfinite(value)) {
-        isSpoiled_ = true;
+        isInvalid_ = true;
         return;
     }
-    constexpr std::size_t longestNumber = 32;
-    char* const out = room(longestNumber);
-    const auto form = std::abs(value) < exactIntegers ? std::chars_format::general
-                                                      : std::chars_format::scientific;
-    finishedAt(std::to_chars(out, out + longestNumber, value, form).ptr);
+    constexpr std::size_t maxNumberSize = 32;
+    char* const out = room(maxNumberSize);
+    const auto form = std::abs(value) < maxExactInteger ? std::chars_format::general
+                                                        : std::chars_format::scientific;
+    finishedAt(std::to_chars(out, out + maxNumberSize, value, form).ptr);
 }
 
 void JsonWriter::uuid(const QUuid& id) {
@@ -113,7 +112,7 @@ std::optional<QByteArray> JsonWriter::take() {
     buffer_.truncate(size_);
     size_ = 0;
     QByteArray text = std::exchange(buffer_, {});
-    return isSpoiled_ ? std::nullopt : std::optional(std::move(text));
+    return isInvalid_ ? std::nullopt : std::optional(std::move(text));
 }
 
 } // namespace tamsy

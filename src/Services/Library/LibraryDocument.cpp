@@ -12,11 +12,11 @@
 namespace tamsy {
 namespace {
 
-/// A little for the texts of one change.
-constexpr qsizetype leastMemory = 65'536;
+/// Enough for the texts of one change.
+constexpr qsizetype minMemory = 65'536;
 
-/// How many bytes of JSON a byte of the track lists stands for, in a library of common texts.
-constexpr qsizetype bytesPerListByte = 3;
+/// Bytes of JSON per byte of the track lists, in a library of common texts.
+constexpr qsizetype jsonBytesPerListByte = 3;
 
 using simdjson::dom::element;
 
@@ -35,10 +35,10 @@ bool read(element value, QUuid& out) {
     return id.has_value();
 }
 
-/// Which of an object's required fields have been read.
+/// Counts the required fields of an object that have been read.
 class Fields {
   public:
-    /// Reads `value` as the field `number`; false if it is of the wrong type.
+    /// Reads `value` as the field `number`; false if it has the wrong type.
     template <typename T>
     bool take(unsigned number, element value, T& out) {
         found_ |= 1U << number;
@@ -50,7 +50,7 @@ class Fields {
     unsigned found_ = 0;
 };
 
-/// Reads an object whose fields `readField` takes; false unless all `count` are there.
+/// Reads an object, calling `readField` for each field; false unless all `count` are present.
 template <typename ReadField>
 bool readObject(element value, unsigned count, ReadField readField) {
     simdjson::dom::object object;
@@ -111,10 +111,10 @@ bool readFolder(element value, const LibraryDocument& document, PersistedFolder&
     });
 }
 
-/// The parser takes integers of 64 bits at most, the format knows no such end: with an exponent of
-/// 0 behind them longer ones read as floating-point numbers.
+/// The parser rejects integers of more than 64 bits, which the format allows. With an exponent of 0
+/// appended they are read as floating-point numbers.
 QByteArray withExponentsAtLongIntegers(const QByteArray& json) {
-    constexpr qsizetype shortestLongInteger = 19;
+    constexpr qsizetype minLongIntegerSize = 19; // digits
     constexpr std::string_view numberBytes = "+-.0123456789Ee";
     QByteArray result;
     result.reserve(json.size() + json.size() / 4);
@@ -131,14 +131,14 @@ QByteArray withExponentsAtLongIntegers(const QByteArray& json) {
         const QByteArrayView token = QByteArrayView(json).sliced(i, end - i);
         result.append(token);
         const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-        if (token.size() >= shortestLongInteger &&
+        if (token.size() >= minLongIntegerSize &&
             std::all_of(token.begin() + (token[0] == '-' ? 1 : 0), token.end(), isDigit))
             result.append("e0");
     }
     return result;
 }
 
-/// The parser takes memory for the worst case and touches what the text needs of it.
+/// The parser reserves memory for the worst case and touches only what the text needs.
 simdjson::simdjson_result<element> parse(simdjson::dom::parser& parser, const QByteArray& json) {
     const auto size = static_cast<std::size_t>(json.size());
     if (parser.allocate(size) == simdjson::SUCCESS &&
@@ -148,9 +148,8 @@ simdjson::simdjson_result<element> parse(simdjson::dom::parser& parser, const QB
         preferLargePages(parser.implementation->structural_indexes.get(),
                          size * sizeof(std::uint32_t));
     }
-    const bool hasRoomBehind =
-        json.capacity() - json.size() >= qsizetype{simdjson::SIMDJSON_PADDING};
-    return parser.parse(json.constData(), size, !hasRoomBehind);
+    const bool isPadded = json.capacity() - json.size() >= qsizetype{simdjson::SIMDJSON_PADDING};
+    return parser.parse(json.constData(), size, !isPadded);
 }
 
 } // namespace
@@ -159,19 +158,19 @@ struct LibraryDocument::Storage {
     explicit Storage(qsizetype expectedSize)
         : memory(static_cast<std::size_t>(expectedSize), &largePages) {}
 
-    simdjson::dom::parser parser; // holds the texts that it read
+    simdjson::dom::parser parser; // owns the texts that it has read
     LargePageResource largePages;
     std::pmr::monotonic_buffer_resource memory;
 };
 
-LibraryDocument::LibraryDocument() : LibraryDocument(leastMemory) {}
+LibraryDocument::LibraryDocument() : LibraryDocument(minMemory) {}
 LibraryDocument::LibraryDocument(qsizetype expectedSize)
     : storage_(std::make_unique<Storage>(expectedSize)) {}
 LibraryDocument::LibraryDocument(LibraryDocument&&) noexcept = default;
 LibraryDocument::~LibraryDocument() = default;
 
 std::optional<LibraryDocument> LibraryDocument::decode(const QByteArray& json) {
-    LibraryDocument document(leastMemory + json.size() / bytesPerListByte);
+    LibraryDocument document(minMemory + json.size() / jsonBytesPerListByte);
     auto parsed = parse(document.storage_->parser, json);
     if (parsed.error() == simdjson::NUMBER_ERROR)
         parsed = parse(document.storage_->parser, withExponentsAtLongIntegers(json));
