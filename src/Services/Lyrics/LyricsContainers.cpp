@@ -21,7 +21,7 @@ constexpr char utf16BigEndian = 2;
 
 constexpr qsizetype encodingAndLanguageLength = 4;
 
-/// The lyrics after the descriptor and its terminator; empty if there is no terminator.
+/// The lyrics, which follow the descriptor and its terminator; empty if there is no terminator.
 QByteArrayView afterDescriptor(QByteArrayView payload) {
     const qsizetype unit = id3UnitSize(payload.front());
     const qsizetype end = findId3Terminator(payload, unit, encodingAndLanguageLength);
@@ -41,7 +41,7 @@ std::optional<QString> decodeID3Text(QByteArrayView bytes, char encoding) {
     }
 }
 
-/// The value of a "key=value" comment whose key speaks of lyrics.
+/// The value of a "key=value" comment whose key contains "lyrics".
 std::optional<QString> lyricsOfComment(ByteCursor::Bytes comment) {
     const auto text = decodeUTF8(media::asText(comment));
     const qsizetype equals = text ? text->indexOf(u'=') : -1;
@@ -50,7 +50,7 @@ std::optional<QString> lyricsOfComment(ByteCursor::Bytes comment) {
     return text->sliced(equals + 1);
 }
 
-constexpr std::uint64_t shortestFlacFile = 9;
+constexpr std::uint64_t minFlacFileSize = 9;
 
 } // namespace
 
@@ -75,7 +75,7 @@ std::optional<Lyrics> parseVorbisCommentBlockForLyrics(QByteArrayView block) {
 
 std::optional<Lyrics> readFlacVorbisLyrics(const media::ByteSource& source) {
     media::ByteWindow window(source);
-    if (window.size() < shortestFlacFile || !window.matches(0, "fLaC"))
+    if (window.size() < minFlacFileSize || !window.matches(0, "fLaC"))
         return std::nullopt;
     media::FlacBlockWalk walk(window, 0);
     while (const auto block = walk.next()) {

@@ -19,57 +19,58 @@ constexpr std::uint64_t sizeLength = 4;
 // The name, the type indicator and the locale indicator.
 constexpr std::uint64_t valueHeaderLength = 12;
 
-// Large enough to keep the system's calls few, small enough to stay in the cache.
+// Large enough for few system calls, small enough for the processor's cache.
 constexpr std::size_t pieceLength = std::size_t{256} * 1024;
 
-/// A stretch of a source; `end` isn't part of it.
-struct Stretch {
+/// A range of a source's bytes, without `end`.
+struct ByteRange {
     std::uint64_t start = 0;
     std::uint64_t end = 0;
 };
 
-/// The place of the first `name` that lies wholly in `where`.
+/// The offset of the first `name` that lies entirely within `range`.
 std::optional<std::uint64_t> find(const media::ByteSource& source, std::string_view name,
-                                  Stretch where) {
+                                  ByteRange range) {
     std::vector<char> piece(
-        static_cast<std::size_t>(std::min<std::uint64_t>(pieceLength, where.end - where.start)));
-    while (where.end - where.start >= name.size()) {
-        const std::uint64_t wanted = std::min<std::uint64_t>(piece.size(), where.end - where.start);
+        static_cast<std::size_t>(std::min<std::uint64_t>(pieceLength, range.end - range.start)));
+    while (range.end - range.start >= name.size()) {
+        const std::uint64_t wanted = std::min<std::uint64_t>(piece.size(), range.end - range.start);
         const std::size_t got = source.read(
-            where.start,
+            range.start,
             std::as_writable_bytes(std::span(piece.data(), static_cast<std::size_t>(wanted))));
         const std::size_t found = std::string_view(piece.data(), got).find(name);
         if (found != std::string_view::npos)
-            return where.start + found;
+            return range.start + found;
         if (got < wanted || got < name.size())
             return std::nullopt;
         // The name may begin in the last bytes of this piece and end in the next.
-        where.start += got - (name.size() - 1);
+        range.start += got - (name.size() - 1);
     }
     return std::nullopt;
 }
 
-/// The inside of the item whose name stands at `position`, by the size that stands before the name.
-std::optional<Stretch> itemAt(const media::ByteSource& source, std::uint64_t position) {
-    if (position < sizeLength)
+/// The contents of the item whose name is at `offset`, which its size precedes.
+std::optional<ByteRange> itemAt(const media::ByteSource& source, std::uint64_t offset) {
+    if (offset < sizeLength)
         return std::nullopt;
-    const std::uint64_t itemStart = position - sizeLength;
+    const std::uint64_t itemStart = offset - sizeLength;
     const QByteArray sizeBytes = source.copy(itemStart, sizeLength);
     const auto size = ByteCursor(std::as_bytes(std::span(sizeBytes))).readU32();
-    const Stretch inside{.start = position + itemName.size(), .end = itemStart + size.value_or(0)};
-    const bool fits = inside.end <= source.size() && inside.start < inside.end;
-    return fits ? std::optional(inside) : std::nullopt;
+    const std::uint64_t atomEnd = itemStart + size.value_or(0);
+    const ByteRange contents{.start = offset + itemName.size(), .end = atomEnd};
+    const bool fits = atomEnd <= source.size() && contents.start < atomEnd;
+    return fits ? std::optional(contents) : std::nullopt;
 }
 
 } // namespace
 
 std::optional<Lyrics> readM4ALyrics(const media::ByteSource& source) {
-    const auto position = find(source, itemName, {.start = 0, .end = source.size()});
-    const auto item = position ? itemAt(source, *position) : std::nullopt;
-    const auto value = item ? find(source, valueName, *item) : std::nullopt;
-    if (!value || *value + valueHeaderLength >= item->end)
+    const auto offset = find(source, itemName, {.start = 0, .end = source.size()});
+    const auto item = offset ? itemAt(source, *offset) : std::nullopt;
+    const auto dataPos = item ? find(source, valueName, *item) : std::nullopt;
+    if (!dataPos || *dataPos + valueHeaderLength >= item->end)
         return std::nullopt;
-    const std::uint64_t start = *value + valueHeaderLength;
+    const std::uint64_t start = *dataPos + valueHeaderLength;
     const auto decoded = decodeUTF8(source.copy(start, item->end - start));
     return decoded ? parseAsStampsDecide(*decoded) : std::nullopt;
 }

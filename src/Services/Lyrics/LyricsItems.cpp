@@ -21,9 +21,9 @@ bool containsAny(QStringView text, std::initializer_list<QStringView> words) {
     return std::ranges::any_of(words, [text](QStringView word) { return text.contains(word); });
 }
 
-/// Whether `text`, lower-cased, contains "lyrics", or contains the Chinese word. Letters are
-/// compared as ASCII: case folding would take the long s for an s.
-bool speaksOfLyrics(QStringView text) {
+/// Whether `text` contains "lyrics" in any case, or the Chinese word. Only ASCII letters match:
+/// Unicode case folding would take the long s for an s.
+bool mentionsLyrics(QStringView text) {
     constexpr std::u16string_view word = u"lyrics";
     constexpr unsigned caseBit = 0x20;
     const auto matches = [](char16_t a, char16_t b) { return (a | caseBit) == b; };
@@ -46,14 +46,14 @@ std::optional<Lyrics> lyricsOf(const MediaItem& item, MetadataFormat format) {
     const auto text = hasText ? item.text : decodeBestEffort(data);
     if (!text)
         return std::nullopt;
-    if (hasStamps(*text))
-        return parseLRCFormat(*text);
-    const bool isLyrics = containsAny(identifier, {u"uslt", u"unsync", u"lyr", u"sylt"});
-    return isLyrics || speaksOfLyrics(*text) ? std::optional(parsePlainLyrics(*text))
-                                             : std::nullopt;
+    const bool hasTimeStamps = hasStamps(*text);
+    const bool looksLikeLyrics = hasTimeStamps || mentionsLyrics(*text);
+    if (!looksLikeLyrics && !containsAny(identifier, {u"uslt", u"unsync", u"lyr", u"sylt"}))
+        return std::nullopt;
+    return hasTimeStamps ? parseLRCFormat(*text) : std::optional(parsePlainLyrics(*text));
 }
 
-/// The text of the first of `keys` that has one.
+/// The first non-empty text under one of `keys`.
 std::optional<QString> firstText(const QHash<QString, QString>& info,
                                  std::span<const QStringView> keys) {
     for (const QStringView key : keys) {

@@ -15,7 +15,7 @@ namespace {
 
 constexpr QByteArrayView extension = ".lrc";
 
-/// The name of `audio` with the sidecar's extension in place of its own.
+/// The name of `audio` with its extension replaced by the sidecar's.
 QByteArray sidecarName(const FileURL& audio) {
     const QByteArray audioExtension = audio.pathExtension();
     const qsizetype cut = audioExtension.isEmpty() ? 0 : audioExtension.size() + 1;
@@ -28,12 +28,12 @@ bool isVisibleSidecarName(QByteArrayView name) {
            name.last(extension.size()).compare(extension, Qt::CaseInsensitive) == 0;
 }
 
-bool existsAndIsNoFolder(int folder, const char* name) {
+bool isFileNotFolder(int folder, const char* name) {
     struct stat status = {};
     return ::fstatat(folder, name, &status, 0) == 0 && !S_ISDIR(status.st_mode);
 }
 
-/// The one visible sidecar file of `folder`; nothing if there are none or several.
+/// The only visible sidecar file in `folder`; nothing if there is none or more than one.
 std::optional<FileURL> onlySidecar(const FileURL& folder) {
     const FileWatch::Call call;
     DirectoryStream entries(
@@ -41,7 +41,7 @@ std::optional<FileURL> onlySidecar(const FileURL& folder) {
     std::optional<FileURL> found;
     while (const dirent* entry = entries.next()) {
         const QByteArrayView name = entry->d_name;
-        if (!isVisibleSidecarName(name) || !existsAndIsNoFolder(entries.descriptor(), name.data()))
+        if (!isVisibleSidecarName(name) || !isFileNotFolder(entries.descriptor(), name.data()))
             continue;
         if (found)
             return std::nullopt;
@@ -62,7 +62,7 @@ std::optional<Lyrics> readLRCFile(const FileURL& audio) {
 
 std::optional<Lyrics> parseLRCFile(const FileURL& url) {
     const media::SharedSource file = media::openFileSource(url);
-    if (!file || file->size() > largestSidecar)
+    if (!file || file->size() > maxSidecarSize)
         return std::nullopt;
     const auto text = decodeUTF8(file->copy(0, file->size()));
     return text ? parseLRCFormat(*text) : std::nullopt;

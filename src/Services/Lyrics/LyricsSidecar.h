@@ -4,21 +4,21 @@
 
 #include <optional>
 
-// LRC files beside the audio. Blocking; any thread but the interface thread.
+// LRC files beside the audio file. Blocking; any thread but the interface thread.
 namespace tamsy {
 
 class FileURL;
 
-/// The largest sidecar file that is read, in bytes; larger ones are no lyrics.
-inline constexpr std::uint64_t largestSidecar = 524'288;
+/// The size of the largest sidecar file that is read, in bytes. Larger files aren't lyrics.
+inline constexpr std::uint64_t maxSidecarSize = 524'288;
 
-/// The lyrics beside an audio file: those of the file with the same name and the extension "lrc",
-/// else those of the only ".lrc" file of the folder (in any case, hidden ones aside), whatever its
-/// name. With several such files, none of them named like the audio, there is nothing.
+/// The lyrics beside an audio file: those in the file of the same name with the extension "lrc",
+/// else those in the folder's only ".lrc" file (in any case, ignoring hidden files), whatever its
+/// name. Nothing if there are several and none has the audio file's name.
 [[nodiscard]] std::optional<Lyrics> readLRCFile(const FileURL& audio);
 
-/// Reads one LRC file, which must be UTF-8 and no larger than `largestSidecar`. Nothing if it gives
-/// no synced line: there is no plain reading of a sidecar.
+/// Reads one LRC file, which must be UTF-8 and no larger than `maxSidecarSize`. Nothing if it has
+/// no synced line: a sidecar is never read as plain lyrics.
 [[nodiscard]] std::optional<Lyrics> parseLRCFile(const FileURL& url);
 
 } // namespace tamsy

@@ -5,7 +5,7 @@
 namespace tamsy {
 namespace {
 
-/// Reads a stamp piece by piece; what fits is taken off the text in hand.
+/// Reads a stamp part by part, consuming the text as it goes.
 class StampScanner {
   public:
     explicit StampScanner(QStringView text) : text_(text) {}
@@ -19,17 +19,17 @@ class StampScanner {
         return true;
     }
 
-    /// From `fewest` to `most` decimal digits, as many as there are.
-    std::optional<QStringView> digits(int fewest, int most) {
+    /// Reads as many decimal digits as there are, up to `max`; nothing if fewer than `min`.
+    std::optional<QStringView> digits(int min, int max) {
         qsizetype length = 0;
         int count = 0;
-        for (; count < most; ++count) {
+        for (; count < max; ++count) {
             const qsizetype width = digitWidth(text_.sliced(length));
             if (width == 0)
                 break;
             length += width;
         }
-        if (count < fewest)
+        if (count < min)
             return std::nullopt;
         const QStringView found = text_.first(length);
         text_ = text_.sliced(length);
@@ -37,7 +37,7 @@ class StampScanner {
     }
 
   private:
-    /// The UTF-16 units of the decimal digit at the start of `text`, 0 if there is none.
+    /// The size of the decimal digit at the start of `text` in UTF-16 units; 0 if there is none.
     static qsizetype digitWidth(QStringView text) {
         if (text.isEmpty())
             return 0;
@@ -52,7 +52,7 @@ class StampScanner {
     QStringView text_;
 };
 
-/// The stamp that starts with the bracket at the start of `text`.
+/// The stamp at the start of `text`.
 std::optional<LyricsStamp> readStamp(QStringView text) {
     StampScanner scanner(text);
     if (!scanner.skip(u'['))
