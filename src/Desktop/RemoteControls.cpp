@@ -9,10 +9,10 @@
 namespace tamsy {
 namespace {
 
-/// The cover's larger size; panels and lock screens show it big.
+/// The larger size: panels and lock screens show the cover big.
 constexpr QByteArrayView coverSize("512");
 
-/// The cover as a file for others to read, if there is one already.
+/// The cover as a file that other programs can read; empty if there is none yet.
 FileURL coverFile(const FileURL& track) {
     const QByteArray path =
         ThumbnailFiles(ThumbnailFiles::applicationSupportDirectory()).storedPath(track, coverSize);
@@ -23,10 +23,10 @@ FileURL coverFile(const FileURL& track) {
 
 RemoteControls::RemoteControls(PlayerViewModel& player, LibraryViewModel& library, Program program)
     : player_(player), library_(library), program_(std::move(program)) {
-    forgetWhatChanges();
+    clearCachesOnChange();
 }
 
-void RemoteControls::forgetWhatChanges() {
+void RemoteControls::clearCachesOnChange() {
     const auto forgetFile = [this] { currentFile_.reset(); };
     const auto forgetList = [this] { hasListedTracks_.reset(); };
     QObject::connect(&player_, &PlayerViewModel::currentURLChanged, &receiver_, forgetFile);
@@ -64,7 +64,7 @@ MediaState RemoteControls::state() const {
     return state;
 }
 
-/// A pause at the very start is what a stop leaves behind.
+/// Paused at the very start counts as stopped.
 MediaState::Status RemoteControls::status() const {
     if (player_.isPlaying())
         return MediaState::Status::Playing;
@@ -82,7 +82,7 @@ MediaTrack RemoteControls::currentTrack() const {
         track.artist = scanned->artist;
         track.album = scanned->album;
     }
-    // The player's own title comes when the tags have been read.
+    // The player's title is empty until the tags have been read.
     if (track.title.isEmpty())
         track.title = scanned ? scanned->title : track.url.nameWithoutExtensionText();
     return track;
@@ -90,7 +90,7 @@ MediaTrack RemoteControls::currentTrack() const {
 
 bool RemoteControls::canSkip() const {
     if (player_.repeatOneEnabled())
-        return !player_.currentURL().isEmpty(); // which it begins again
+        return !player_.currentURL().isEmpty(); // it starts the same track again
     if (player_.shuffleEnabled())
         return std::ranges::any_of(
             library_.folders(), [](const AudioFolder& folder) { return !folder.tracks.isEmpty(); });

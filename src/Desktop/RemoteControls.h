@@ -13,18 +13,18 @@ namespace tamsy {
 class LibraryViewModel;
 class PlayerViewModel;
 
-/// The view models as the desktop's remote controls see them. Every answer is read from what the
-/// view models publish, every wish becomes one of their operations. What takes looking for is kept
-/// until they announce that it may have changed: panels ask often. Interface thread.
+/// Remote controls over the two view models: answers come from what these publish, requests become
+/// their operations. What has to be searched for is cached until a signal says that it may have
+/// changed, since panels ask often. Interface thread.
 class RemoteControls : public MediaControls {
   public:
-    /// What concerns the program and not its music.
+    /// Requests to the program rather than the player.
     struct Program {
         std::function<void()> raise;
         std::function<void()> quit;
     };
 
-    /// The view models aren't owned and outlive this object.
+    /// The view models aren't owned and must outlive this object.
     RemoteControls(PlayerViewModel& player, LibraryViewModel& library, Program program);
 
     [[nodiscard]] MediaState state() const override;
@@ -45,13 +45,13 @@ class RemoteControls : public MediaControls {
     void quit() override;
 
   private:
-    /// What is looked for behind the current address.
+    /// What is known of the current file beyond its address.
     struct CurrentFile {
-        std::optional<Track> scanned; // absent outside the folders
-        FileURL cover;                // a picture file; empty while there is none
+        std::optional<Track> scanned; // absent if no folder of the library contains the file
+        FileURL cover;                // a picture file; empty if there is none yet
     };
 
-    void forgetWhatChanges();
+    void clearCachesOnChange();
     [[nodiscard]] const CurrentFile& currentFile() const;
     [[nodiscard]] bool hasListedTracks() const;
     [[nodiscard]] MediaState::Status status() const;
