@@ -14,10 +14,11 @@ namespace {
 
 constexpr QByteArrayView heading = "tamsy-folder 1";
 
-/// The search for a renamed folder runs at the start and may not hold it up.
-constexpr int searchedEntries = 10'000;
+/// Limits the search for a renamed folder, which must not delay the start.
+constexpr int maxSearchedEntries = 10'000;
 
-/// What no other folder of the same file system has or will have; empty if that isn't known.
+/// Identifies a directory within its file system for ever: an inode number alone may be reused.
+/// Empty if the file system records no birth time.
 QByteArray identity(int directory) {
     struct statx status {};
     constexpr unsigned wanted = STATX_INO | STATX_BTIME;
@@ -36,7 +37,7 @@ FileDescriptor openDirectory(const FileURL& folder) {
 std::optional<FileURL> findRenamed(const FileURL& parent, const QByteArray& wanted) {
     const quint64 inode = wanted.split(' ').first().toULongLong();
     DirectoryStream stream(openDirectory(parent));
-    for (int count = 0; count < searchedEntries; ++count) {
+    for (int count = 0; count < maxSearchedEntries; ++count) {
         const dirent* entry = stream.next();
         if (entry == nullptr)
             break;

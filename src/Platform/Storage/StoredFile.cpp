@@ -15,12 +15,12 @@
 namespace tamsy {
 namespace {
 
-/// A JSON parser may look this far past the last byte.
-constexpr qsizetype roomAfterContent = 64;
+/// The JSON parser reads this far past the last byte.
+constexpr qsizetype padding = 64;
 
 constexpr auto previousSuffix = ".previous";
 
-/// Whole or not at all; a short write is followed by another.
+/// Repeats short writes until everything is written.
 bool writeAll(int descriptor, QByteArrayView bytes) {
     while (!bytes.isEmpty()) {
         const ssize_t written =
@@ -34,7 +34,7 @@ bool writeAll(int descriptor, QByteArrayView bytes) {
     return true;
 }
 
-/// Some file systems can't sync a directory and say so with EINVAL; they have nothing to lose.
+/// EINVAL means that the file system can't sync a directory, and needn't.
 bool sync(int descriptor) {
     return ::fsync(descriptor) == 0 || errno == EINVAL;
 }
@@ -46,7 +46,7 @@ bool syncDirectory(const QByteArray& path) {
 }
 
 bool writeNewFile(const QByteArray& path, QByteArrayView content) {
-    // What a killed run left behind is of no use, whatever it is.
+    // Removes what a killed run may have left.
     ::unlink(path.constData());
     FileDescriptor file(
         ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
@@ -67,7 +67,7 @@ std::optional<QByteArray> StoredFile::read(int& error) const {
     if (!file.isOpen())
         return std::nullopt;
     QByteArray content;
-    content.reserve(file.status().st_size + roomAfterContent);
+    content.reserve(file.status().st_size + padding);
     preferLargePages(content.constData(), static_cast<std::size_t>(content.capacity()));
     content.resize(file.status().st_size);
     std::span<std::byte> rest = std::as_writable_bytes(std::span(content));
@@ -96,24 +96,25 @@ QByteArray StoredFile::directory() const {
 }
 
 bool StoredFile::replace(QByteArrayView content) const {
-    const QByteArray beside = path_ + ".new";
+    const QByteArray temporary = path_ + ".new";
     if (!makeDirectories(directory()))
         return false;
-    if (writeNewFile(beside, content) && ::rename(beside.constData(), path_.constData()) == 0)
+    if (writeNewFile(temporary, content) && ::rename(temporary.constData(), path_.constData()) == 0)
         return syncDirectory(directory());
-    ::unlink(beside.constData()); // on a full disk the room is needed
+    ::unlink(temporary.constData()); // a full disk needs the space
     return false;
 }
 
 bool StoredFile::replaceUnsynced(QByteArrayView content) const {
-    QByteArray beside = path_ + ".XXXXXX";
-    FileDescriptor file(makeDirectories(directory()) ? ::mkostemp(beside.data(), O_CLOEXEC) : -1);
+    QByteArray temporary = path_ + ".XXXXXX";
+    FileDescriptor file(makeDirectories(directory()) ? ::mkostemp(temporary.data(), O_CLOEXEC)
+                                                     : -1);
     if (!file.isOpen())
         return false;
     if (writeAll(file.number(), content) && ::close(file.release()) == 0 &&
-        ::rename(beside.constData(), path_.constData()) == 0)
+        ::rename(temporary.constData(), path_.constData()) == 0)
         return true;
-    ::unlink(beside.constData()); // on a full disk the room is needed
+    ::unlink(temporary.constData()); // a full disk needs the space
     return false;
 }
 
@@ -124,8 +125,8 @@ bool StoredFile::keepAside() const {
     constexpr int attempts = 1000;
     for (int attempt = 1; attempt <= attempts; ++attempt) {
         const QByteArray name = attempt == 1 ? base : base + '-' + QByteArray::number(attempt);
-        // Both calls refuse a name that is taken. The link comes first: with it the file's own name
-        // never stands empty.
+        // Both calls fail if the name is taken. The link comes first: with it the file's own name
+        // always exists.
         if (::link(path_.constData(), name.constData()) == 0)
             return true;
         if (errno == EEXIST)
@@ -141,14 +142,14 @@ bool StoredFile::keepAside() const {
 
 bool StoredFile::keepPrevious() const {
     const QByteArray previous = path_ + previousSuffix;
-    const QByteArray beside = previous + ".new";
-    ::unlink(beside.constData());
-    if (::link(path_.constData(), beside.constData()) != 0) {
+    const QByteArray temporary = previous + ".new";
+    ::unlink(temporary.constData());
+    if (::link(path_.constData(), temporary.constData()) != 0) {
         const auto content = read();
         return content && replacePrevious(*content);
     }
-    const bool isKept = ::rename(beside.constData(), previous.constData()) == 0;
-    ::unlink(beside.constData()); // still there if both names were one file's already
+    const bool isKept = ::rename(temporary.constData(), previous.constData()) == 0;
+    ::unlink(temporary.constData()); // still there if both names were one file's already
     return isKept;
 }
 
