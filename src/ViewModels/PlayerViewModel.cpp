@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long after the end of a track, and the start of the next file, another end isn't handled. All
+/// How long after the start of a file a lock that the previous track's end has set stays on. All
 /// reports of the previous file have arrived by then.
 constexpr auto lockReleaseDelay = 300ms;
 
