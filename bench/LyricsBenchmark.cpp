@@ -63,7 +63,7 @@ class File {
 
 void readLargestSidecar(benchmark::State& state) {
     const QByteArray text = song(20'000).toUtf8();
-    const File file("song.lrc", text.first(text.lastIndexOf('\n', largestSidecar) + 1));
+    const File file("song.lrc", text.first(text.lastIndexOf('\n', maxSidecarSize) + 1));
     for (auto _ : state)
         benchmark::DoNotOptimize(parseLRCFile(file.url()));
 }
