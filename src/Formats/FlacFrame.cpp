@@ -1,6 +1,7 @@
 #include "Formats/FlacFrame.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace tamsy {
@@ -44,9 +45,22 @@ std::optional<std::uint32_t> readBlockSize(ByteCursor& cursor, unsigned code) {
     }
 }
 
-bool skipSampleRate(ByteCursor& cursor, unsigned code) {
-    constexpr unsigned invalid = 15;
-    return code != invalid && cursor.skip(code < 12 ? 0 : code == 12 ? 1 : 2);
+std::optional<std::uint32_t> readSampleRate(ByteCursor& cursor, unsigned code) {
+    constexpr std::array<std::uint32_t, 12> rates = {
+        0, 88'200, 176'400, 192'000, 8'000, 16'000, 22'050, 24'000, 32'000, 44'100, 48'000, 96'000};
+    const auto times = [](auto value, std::uint32_t factor) {
+        return value ? std::optional(*value * factor) : std::nullopt;
+    };
+    switch (code) {
+    case 12:
+        return times(cursor.readU8(), 1000);
+    case 13:
+        return times(cursor.readU16(), 1);
+    case 14:
+        return times(cursor.readU16(), 10);
+    default:
+        return code < rates.size() ? std::optional(rates[code]) : std::nullopt;
+    }
 }
 
 /// CRC-8 with the polynomial x⁸ + x² + x + 1.
@@ -59,6 +73,18 @@ std::uint8_t checksumOf(ByteCursor::Bytes bytes) {
     }
     return static_cast<std::uint8_t>(sum);
 }
+
+/// CRC-16 with the polynomial x¹⁶ + x¹⁵ + x² + 1, a byte at a time.
+constexpr std::array<std::uint16_t, 256> frameChecksums = [] {
+    std::array<std::uint16_t, 256> table{};
+    for (unsigned index = 0; index < table.size(); ++index) {
+        unsigned sum = index << 8U;
+        for (int bit = 0; bit < 8; ++bit)
+            sum = sum << 1U ^ ((sum & 0x8000U) != 0 ? 0x8005U : 0U);
+        table[index] = static_cast<std::uint16_t>(sum);
+    }
+    return table;
+}();
 
 } // namespace
 
@@ -74,13 +100,26 @@ std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes) {
         return std::nullopt;
     const auto number = readCodedNumber(cursor);
     const auto blockSize = number ? readBlockSize(cursor, *sizes >> 4U) : std::nullopt;
-    if (!blockSize || !skipSampleRate(cursor, *sizes & 15U))
+    const auto sampleRate = blockSize ? readSampleRate(cursor, *sizes & 15U) : std::nullopt;
+    if (!sampleRate)
         return std::nullopt;
     const auto checksum = checksumOf(bytes.first(cursor.position()));
     if (cursor.readU8() != checksum)
         return std::nullopt;
-    return FlacFrameHeader{
-        .countsSamples = (*start & 1U) != 0, .number = *number, .blockSize = *blockSize};
+    const unsigned mode = *channels >> 4U; // of the last ones, two channels in one of three ways
+    return FlacFrameHeader{.countsSamples = (*start & 1U) != 0,
+                           .number = *number,
+                           .blockSize = *blockSize,
+                           .sampleRate = *sampleRate,
+                           .channels = mode < 8 ? mode + 1 : 2};
+}
+
+bool isWholeFlacFrame(ByteCursor::Bytes frame) {
+    std::uint16_t sum = 0;
+    for (const std::byte byte : frame)
+        sum = static_cast<std::uint16_t>(
+            (sum << 8U) ^ frameChecksums[(sum >> 8U) ^ std::to_integer<std::uint8_t>(byte)]);
+    return !frame.empty() && sum == 0;
 }
 
 std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail, std::uint32_t streamBlockSize) {
@@ -107,10 +146,11 @@ std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail, std::uint32_t
 std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame, ByteCursor::Bytes streamInfo) {
     const auto header =
         parseFlacFrameHeader(frame.first(std::min(frame.size(), FlacFrameHeader::maxSize)));
-    const auto blockSize = ByteCursor(streamInfo).readU16();
-    if (!header || !blockSize)
+    if (!header)
         return std::nullopt;
-    return static_cast<std::int64_t>(header->firstSample(*blockSize));
+    const std::uint32_t blockSize =
+        ByteCursor(streamInfo).readU16().value_or(static_cast<std::uint16_t>(header->blockSize));
+    return static_cast<std::int64_t>(header->firstSample(blockSize));
 }
 
 } // namespace tamsy

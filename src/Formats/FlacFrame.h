@@ -13,7 +13,9 @@ struct FlacFrameHeader {
 
     bool countsSamples = false; ///< else `number` counts frames
     std::uint64_t number = 0;
-    std::uint32_t blockSize = 0; ///< samples in the frame
+    std::uint32_t blockSize = 0;  ///< samples in the frame
+    std::uint32_t sampleRate = 0; ///< 0 where only STREAMINFO tells it
+    unsigned channels = 0;
 
     /// The number of the first sample. `streamBlockSize` is what STREAMINFO tells first.
     [[nodiscard]] std::uint64_t firstSample(std::uint32_t streamBlockSize) const {
@@ -24,13 +26,17 @@ struct FlacFrameHeader {
 /// Nothing if the bytes start no frame, by the header's checksum as well.
 [[nodiscard]] std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes);
 
+/// Whether `frame` is one whole frame, by its last checksum.
+[[nodiscard]] bool isWholeFlacFrame(ByteCursor::Bytes frame);
+
 /// Samples of a stream up to the end of the last frame in `tail`, its last bytes. Nothing if no
 /// frame starts there.
 [[nodiscard]] std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail,
                                                          std::uint32_t streamBlockSize);
 
 /// The number of a frame's first sample.
-/// @param streamInfo the body of the STREAMINFO block. Nothing if either is damaged.
+/// @param streamInfo the body of the STREAMINFO block, or empty where a file starts without one.
+/// Nothing if the frame's header is damaged.
 [[nodiscard]] std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame,
                                                           ByteCursor::Bytes streamInfo);
 
