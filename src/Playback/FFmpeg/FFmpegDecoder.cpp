@@ -53,9 +53,9 @@ FFmpegDecoder::Codec FFmpegDecoder::openCodec(const PacketReader& file) {
     return codec;
 }
 
-std::unique_ptr<FFmpegDecoder> FFmpegDecoder::open(const char* path,
-                                                   const std::atomic<bool>& abandoned) {
-    std::unique_ptr<PacketReader> file = PacketReader::open(path, abandoned);
+std::unique_ptr<FFmpegDecoder>
+FFmpegDecoder::open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range) {
+    std::unique_ptr<PacketReader> file = PacketReader::open(path, abandoned, range);
     Codec codec = file ? openCodec(*file) : nullptr;
     if (!codec)
         return nullptr;
@@ -97,8 +97,12 @@ MediaDecoder::Block FFmpegDecoder::decodeBlock() {
         }
         if (result < 0)
             continue;
-        if (!origin_)
+        if (!origin_) {
             origin_ = frame_->best_effort_timestamp;
+            file_->noteStart(firstTime());
+        }
+        if (!position_ && !isPositionKnown_)
+            continue;
         if (!position_) {
             restart_ = converter_.restart(*frame_, numberOf(*frame_));
             position_ = restart_;
@@ -123,7 +127,8 @@ void FFmpegDecoder::feed() {
 }
 
 /// After a seek the demuxer guesses the times of FLAC in Ogg, and of ADPCM from a rounded byte
-/// rate; the packets themselves tell where they stand.
+/// rate; the packets themselves tell where they stand. Those of Speex don't: there the next page's
+/// first packet has a time that the file tells.
 void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     const AVCodecParameters& parameters = file_->codecParameters();
     const auto bytesOf = [](const std::uint8_t* data, int size) {
@@ -131,17 +136,25 @@ void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     };
     sampleNumber_.reset();
     blockNumber_.reset();
+    isPositionKnown_ = true;
     switch (parameters.codec_id) {
     case AV_CODEC_ID_FLAC:
         sampleNumber_ = flacFrameNumber(bytesOf(packet.data, packet.size),
                                         bytesOf(parameters.extradata, parameters.extradata_size));
+        if (!firstSample_)
+            firstSample_ = sampleNumber_;
         break;
     case AV_CODEC_ID_ADPCM_MS:
     case AV_CODEC_ID_ADPCM_IMA_WAV:
         if (packet.pos < 0 || parameters.block_align <= 0)
             break;
-        firstBlock_ = firstBlock_.value_or(packet.pos);
-        blockNumber_ = (packet.pos - *firstBlock_) / parameters.block_align;
+        firstOffset_ = firstOffset_.value_or(packet.pos);
+        blockNumber_ = (packet.pos - *firstOffset_) / parameters.block_align;
+        break;
+    case AV_CODEC_ID_SPEEX:
+        firstOffset_ = firstOffset_.value_or(packet.pos);
+        restartOffset_ = restartOffset_.value_or(packet.pos);
+        isPositionKnown_ = packet.pos == *firstOffset_ || packet.pos != *restartOffset_;
         break;
     default:
         break;
@@ -153,7 +166,7 @@ std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
     if (blockNumber_)
         return *blockNumber_ * frame.nb_samples;
     if (sampleNumber_)
-        return *sampleNumber_;
+        return *sampleNumber_ - firstSample_.value_or(0);
     const std::int64_t time = frame.best_effort_timestamp;
     return time == AV_NOPTS_VALUE ? 0
                                   : av_rescale_q(time - firstTime(), file_->timeBase(),
@@ -175,9 +188,14 @@ double FFmpegDecoder::preRoll() const {
 void FFmpegDecoder::restartAt(double seconds) {
     const double units = seconds / av_q2d(file_->timeBase());
     file_->seek(firstTime() + static_cast<std::int64_t>(units));
-    avcodec_flush_buffers(codec_.get());
+    // The decoder of Speex keeps what it knew of the sound before.
+    if (codec_->codec_id == AV_CODEC_ID_SPEEX)
+        codec_ = openCodec(*file_);
+    else
+        avcodec_flush_buffers(codec_.get());
     position_.reset();
     pending_.reset();
+    restartOffset_.reset();
 }
 
 /// Decodes up to `target` and keeps what lies behind it as the next block. False if the first sound

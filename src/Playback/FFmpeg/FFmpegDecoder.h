@@ -17,9 +17,9 @@ namespace tamsy {
 /// Decodes one file's sound on the calling thread.
 class FFmpegDecoder : public MediaDecoder {
   public:
-    /// Nothing if the file or its codec can't be opened.
-    [[nodiscard]] static std::unique_ptr<FFmpegDecoder> open(const char* path,
-                                                             const std::atomic<bool>& abandoned);
+    /// `range` is the part of the file to play. Nothing if it or its codec can't be opened.
+    [[nodiscard]] static std::unique_ptr<FFmpegDecoder>
+    open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range = {});
 
     [[nodiscard]] double duration() const override { return file_->duration(); }
     [[nodiscard]] Block decode() override;
@@ -56,7 +56,10 @@ class FFmpegDecoder : public MediaDecoder {
     std::unique_ptr<AVFrame, FrameDeleter> frame_;
     FrameConverter converter_;
     std::optional<std::int64_t> origin_; // time stamp of the first sound, in the file's time base
-    std::optional<std::int64_t> firstBlock_; // in bytes, of packets that are blocks of one size
+    std::optional<std::int64_t> firstSample_;   // its number in the file's first packet
+    std::optional<std::int64_t> firstOffset_;   // in bytes, of the file's first packet
+    std::optional<std::int64_t> restartOffset_; // and of the one where decoding was last begun
+    bool isPositionKnown_ = true;
     std::optional<std::int64_t> blockNumber_, sampleNumber_; // of the packet that decoding began at
     std::int64_t restart_ = 0; // frames at the device's rate, where decoding was last begun
     std::optional<std::int64_t> position_; // frames at the device's rate, where the next block is

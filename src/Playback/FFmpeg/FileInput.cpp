@@ -27,7 +27,8 @@ constexpr int bufferSize = 64 * 1024; // bytes: some two seconds of compressed s
 
 } // namespace
 
-std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<bool>& abandoned) {
+std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<bool>& abandoned,
+                                           const FileRange& range) {
     // Without waiting: a pipe of this name would hold the thread until somebody writes.
     const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
@@ -38,6 +39,8 @@ std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<b
         return nullptr;
     for (int tag = 0; tag < Id3v2Header::maxTags; ++tag)
         input->start_ += input->leadingTagSize();
+    input->start_ += range.start;
+    input->end_ = range.end - range.start;
     return input;
 }
 
@@ -76,6 +79,7 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
 /// As `pread`, from where the sound's container begins.
 ssize_t FileInput::readOnce(std::int64_t offset, void* target, std::size_t size) const {
     ssize_t count = 0;
+    size = std::min(size, static_cast<std::size_t>(std::max<std::int64_t>(0, end_ - offset)));
     do {
         count = ::pread(descriptor_, target, size, start_ + offset);
     } while (count < 0 && errno == EINTR);
@@ -125,8 +129,9 @@ std::int64_t FileInput::seek(void* self, std::int64_t offset, int whence) {
 
 std::int64_t FileInput::size() const {
     struct stat status {};
-    return ::fstat(descriptor_, &status) == 0 ? std::max<std::int64_t>(0, status.st_size - start_)
-                                              : AVERROR(errno);
+    return ::fstat(descriptor_, &status) == 0
+               ? std::clamp<std::int64_t>(status.st_size - start_, 0, end_)
+               : AVERROR(errno);
 }
 
 /// The length of an ID3v2 tag where the sound would begin, 0 if there is none.

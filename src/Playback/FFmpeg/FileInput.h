@@ -12,14 +12,21 @@ struct AVIOContext;
 
 namespace tamsy {
 
+/// A part of a file, in bytes from where its sound's container begins.
+struct FileRange {
+    std::int64_t start = 0;
+    std::int64_t end = INT64_MAX;
+};
+
 /// One local file as the demuxer's only source of bytes. It is opened by the bytes of its name and
 /// read through its descriptor, so no name is ever taken for an address of another kind. A tag
 /// ahead of the sound (ID3v2) is left out: one with a large picture would hide what follows it.
 class FileInput {
   public:
-    /// Opens a regular file; nothing for anything else. Reads fail once `abandoned` is true.
-    [[nodiscard]] static std::unique_ptr<FileInput> open(const char* path,
-                                                         const std::atomic<bool>& abandoned);
+    /// Opens a regular file, or a part of it; nothing for anything else. Reads fail once
+    /// `abandoned` is true.
+    [[nodiscard]] static std::unique_ptr<FileInput>
+    open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range = {});
     FileInput(const FileInput&) = delete;
     FileInput& operator=(const FileInput&) = delete;
     ~FileInput();
@@ -50,8 +57,9 @@ class FileInput {
 
     int descriptor_;
     const std::atomic<bool>& abandoned_;
-    std::int64_t start_ = 0;  // bytes of the file that are left out
-    std::int64_t offset_ = 0; // bytes from there
+    std::int64_t start_ = 0;       // bytes of the file that are left out
+    std::int64_t end_ = INT64_MAX; // bytes from there, of a part
+    std::int64_t offset_ = 0;      // bytes from there
     std::int64_t allowed_ = INT64_MAX;
     AVIOContext* context_ = nullptr;
 };

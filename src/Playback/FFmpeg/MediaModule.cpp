@@ -1,4 +1,4 @@
-#include "Playback/FFmpeg/FFmpegDecoder.h"
+#include "Playback/FFmpeg/ChainedDecoder.h"
 #include "Playback/FFmpeg/MediaBackend.h"
 #include "Playback/FFmpeg/PulseOutput.h"
 #include "Playback/FFmpeg/SDLAudioOutput.h"
@@ -18,7 +18,7 @@ class FFmpegAndOutputs : public MediaBackend {
 
     std::unique_ptr<MediaDecoder> openFile(const char* path,
                                            const std::atomic<bool>& abandoned) override {
-        return FFmpegDecoder::open(path, abandoned);
+        return openMedia(path, abandoned);
     }
 
     std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer, bool maySilent) override {

@@ -1,5 +1,7 @@
 #include "Playback/FFmpeg/PacketReader.h"
 
+#include "Playback/FFmpeg/OggLinks.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavcodec/packet.h>
@@ -59,6 +61,11 @@ struct PacketDeleter {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
 };
 
+/// Samples in a frame, as STREAMINFO tells first; 0 if it isn't there.
+int flacBlockSize(const AVCodecParameters& codec) {
+    return codec.extradata_size > 1 ? codec.extradata[0] << 8 | codec.extradata[1] : 0;
+}
+
 } // namespace
 
 void PacketReader::FormatCloser::operator()(AVFormatContext* context) const {
@@ -89,9 +96,9 @@ PacketReader::Format PacketReader::openFormat(AVIOContext* input) {
     return Format(context);
 }
 
-std::unique_ptr<PacketReader> PacketReader::open(const char* path,
-                                                 const std::atomic<bool>& abandoned) {
-    std::unique_ptr<FileInput> input = FileInput::open(path, abandoned);
+std::unique_ptr<PacketReader>
+PacketReader::open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range) {
+    std::unique_ptr<FileInput> input = FileInput::open(path, abandoned, range);
     if (!input)
         return nullptr;
     input->allow(openingBudget);
@@ -161,6 +168,19 @@ void PacketReader::readDuration() {
         duration_ = static_cast<double>(format_->duration) / AV_TIME_BASE;
     else
         duration_ = std::numeric_limits<double>::quiet_NaN();
+}
+
+void PacketReader::noteStart(std::int64_t timestamp) {
+    const bool isOggStream =
+        std::string_view(format_->iformat->name) == "ogg" && format_->nb_streams == 1;
+    const auto end = isOggStream ? lastOggPosition(*input_) : std::nullopt;
+    const AVCodecParameters& codec = *stream_->codecpar;
+    if (codec.codec_id == AV_CODEC_ID_FLAC) // which the demuxer takes to start at zero
+        timestamp = isOggStream ? firstOggPosition(*input_, flacBlockSize(codec)) : 0;
+    else if (codec.codec_id == AV_CODEC_ID_OPUS)
+        timestamp += codec.initial_padding;
+    if (end && *end > timestamp)
+        duration_ = inSeconds(*end - timestamp);
 }
 
 double PacketReader::measure() {

@@ -18,13 +18,17 @@ namespace tamsy {
 /// The packets of one file's sound. Pictures and other streams are passed over.
 class PacketReader {
   public:
-    /// Opens the file; nothing if it is no container that we play, holds no sound.
-    [[nodiscard]] static std::unique_ptr<PacketReader> open(const char* path,
-                                                            const std::atomic<bool>& abandoned);
+    /// Opens the file or a part of it; nothing if it is no container that we play, holds no sound.
+    [[nodiscard]] static std::unique_ptr<PacketReader>
+    open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range);
 
     /// Length in seconds; NaN if the file doesn't tell and can't be measured. An estimate while
     /// `scanMore` has work left.
     [[nodiscard]] double duration() const { return duration_; }
+
+    /// Tells the time stamp of the first sound, in units of `timeBase`. The length of an Ogg stream
+    /// is counted from there to its last page, wherever it was cut out.
+    void noteStart(std::int64_t timestamp);
 
     /// Does a piece of the measuring that opening left for later; false once nothing is left.
     bool scanMore();
