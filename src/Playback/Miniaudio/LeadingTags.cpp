@@ -7,8 +7,7 @@
 
 namespace tamsy {
 
-std::uint64_t endOfLeadingTags(const AudioFile& file) {
-    std::uint64_t position = 0;
+std::uint64_t endOfLeadingTags(const AudioFile& file, std::uint64_t position) {
     std::array<std::byte, Id3v2Header::size> bytes{};
     for (int tag = 0; tag < Id3v2Header::maxTags; ++tag) {
         const std::uint64_t available = file.size() - std::min(position, file.size());

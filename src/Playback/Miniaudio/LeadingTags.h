@@ -6,7 +6,8 @@
 
 namespace tamsy {
 
-/// Where the ID3v2 tags (id3.org) at a file's start end, in bytes; 0 if there are none.
-[[nodiscard]] std::uint64_t endOfLeadingTags(const AudioFile& file);
+/// Where the ID3v2 tags (id3.org) that begin at `position` end, in bytes from the file's start;
+/// `position` if there are none.
+[[nodiscard]] std::uint64_t endOfLeadingTags(const AudioFile& file, std::uint64_t position = 0);
 
 } // namespace tamsy

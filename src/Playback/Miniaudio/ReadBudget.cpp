@@ -18,9 +18,13 @@ std::size_t ReadBudget::read(void* target, std::size_t size, std::size_t count, 
     if (left_ <= 0)
         return 0;
     const std::size_t got = std::fread(target, size, count, file);
-    if (left_ != unlimited)
-        left_ -= std::max(static_cast<std::int64_t>(got * size), leastCost);
+    take(got * size);
     return got;
+}
+
+void ReadBudget::take(std::size_t bytes) {
+    if (left_ != unlimited)
+        left_ -= std::max(static_cast<std::int64_t>(bytes), leastCost);
 }
 
 int ReadBudget::readByte(std::FILE* file) {

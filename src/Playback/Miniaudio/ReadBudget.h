@@ -23,6 +23,9 @@ class ReadBudget {
     /// Whether this thread's budget has run out.
     [[nodiscard]] static bool isSpent() { return left_ <= 0; }
 
+    /// Counts bytes that were read in another way; a block of few counts as one of `leastCost`.
+    static void take(std::size_t bytes);
+
     /// `std::fread` under this thread's budget; without one it reads freely.
     static std::size_t read(void* target, std::size_t size, std::size_t count, std::FILE* file);
 

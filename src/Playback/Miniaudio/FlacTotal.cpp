@@ -1,0 +1,61 @@
+#include "Playback/Miniaudio/FlacTotal.h"
+
+#include "Playback/Miniaudio/TrailingTags.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace tamsy {
+namespace {
+
+struct Candidate {
+    std::size_t offset = 0;
+    FlacFrameHeader header;
+};
+
+/// What looks like a frame's header: besides true ones, one in some megabytes of sound.
+std::vector<Candidate> candidatesIn(std::span<const std::byte> bytes) {
+    std::vector<Candidate> found;
+    const auto end = bytes.end();
+    for (auto at = std::find(bytes.begin(), end, std::byte{0xFF}); at != end;
+         at = std::find(at + 1, end, std::byte{0xFF})) {
+        const auto offset = static_cast<std::size_t>(at - bytes.begin());
+        if (const auto header = parseFlacFrameHeader(bytes.subspan(offset)))
+            found.push_back({offset, *header});
+    }
+    return found;
+}
+
+/// Whether the first candidate is a frame up to a later one's start or to the end; the last frame
+/// of a cut file isn't, nor is what only looks like one.
+bool isWhole(std::span<const std::byte> bytes, std::span<const Candidate> candidates) {
+    constexpr std::size_t enough = 4;
+    const std::size_t start = candidates.front().offset;
+    for (std::size_t i = 1; i < std::min(candidates.size() + 1, enough); ++i) {
+        const std::size_t end = i < candidates.size() ? candidates[i].offset : bytes.size();
+        if (isWholeFlacFrame(bytes.subspan(start, end - start)))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::optional<FlacEnd> findFlacEnd(const AudioFile& file, std::uint32_t blockSize,
+                                   std::uint32_t maxFrameBytes) {
+    constexpr std::uint32_t usualBytes = 65'536, limit = 1'048'576;
+    const std::uint64_t end = startOfTrailingTags(file);
+    const std::uint64_t wanted = std::clamp(2 * std::min(maxFrameBytes, limit), usualBytes, limit);
+    const std::uint64_t start = end - std::min(end, wanted);
+    std::vector<std::byte> buffer(static_cast<std::size_t>(end - start));
+    const std::span<const std::byte> bytes = file.read(start, buffer);
+    const auto candidates = candidatesIn(bytes);
+    for (std::size_t index = candidates.size(); index-- > 0;) {
+        const auto& [offset, header] = candidates[index];
+        if (isWhole(bytes, std::span(candidates).subspan(index)))
+            return FlacEnd{header.firstSample(blockSize) + header.blockSize, header};
+    }
+    return std::nullopt;
+}
+
+} // namespace tamsy
