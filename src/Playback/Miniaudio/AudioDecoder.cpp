@@ -2,6 +2,7 @@
 
 #include "Playback/Miniaudio/AudioFile.h"
 #include "Playback/Miniaudio/FallbackDecoder.h"
+#include "Playback/Miniaudio/FlacTotal.h"
 #include "Playback/Miniaudio/MiniaudioDecoders.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
 #include "Playback/Miniaudio/OggVorbis.h"
@@ -12,6 +13,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 namespace tamsy {
 namespace {
@@ -20,6 +22,7 @@ namespace {
 // rest of a broken one stays short. Vorbis goes to the start by way of its headers.
 constexpr std::int64_t openingBudget = 1'048'576;
 constexpr std::int64_t readingBudget = 4'194'304;
+constexpr std::int64_t mpegReadingBudget = 33'554'432; // a tag between two songs holds a picture
 constexpr std::int64_t seekingBudget = 16'777'216;
 
 /// Decoded at a time, in frames.
@@ -49,6 +52,14 @@ std::array<ma_encoding_format, 5> encodingsToTry(const QByteArray& extension) {
             ma_encoding_format_vorbis};
 }
 
+ma_decoder_config configFor(ma_encoding_format encoding) {
+    // In the file's own channels and rate; the conversion from them is ours.
+    ma_decoder_config config = ma_decoder_config_init(AudioDecoder::format, 0, 0);
+    // Named, so that no other decoder is tried: one of them takes anything for sound.
+    config.encodingFormat = encoding;
+    return config;
+}
+
 std::vector<Speaker> speakersOf(const ma_decoder& decoder) {
     std::array<ma_channel, MA_MAX_CHANNELS> map{};
     // Without a map all speakers are unknown.
@@ -62,61 +73,157 @@ std::vector<Speaker> speakersOf(const ma_decoder& decoder) {
 
 } // namespace
 
-AudioDecoder::~AudioDecoder() {
-    if (isOpen_)
-        static_cast<void>(ma_decoder_uninit(&decoder_));
+void AudioDecoder::Closer::operator()(ma_decoder* decoder) const {
+    static_cast<void>(ma_decoder_uninit(decoder));
+    delete decoder; // NOLINT(cppcoreguidelines-owning-memory)
 }
 
 ma_result AudioDecoder::open(const FileURL& url) {
-    const QByteArray path = url.path();
-    file_ = std::make_unique<AudioFile>(path);
-    const AudioFile& file = *file_;
-    if (file.error() != 0)
-        return resultOf(file.error());
+    path_ = url.path();
+    file_ = std::make_unique<AudioFile>(path_);
+    if (file_->error() != 0)
+        return resultOf(file_->error());
     seekingBudget_ = seekingBudget;
-    const auto encodings = encodingsToTry(url.pathExtension().toLower());
+    const bool isKnown = isKnownContainer(*file_);
+    const auto encodings =
+        encodingsToTry(holdsMpegAudio(*file_) ? QByteArray("mp3") : url.pathExtension().toLower());
     for (auto encoding = encodings.begin(); encoding != encodings.end(); ++encoding) {
         if (std::find(encodings.begin(), encoding, *encoding) != encoding)
             continue;
-        if (*encoding == ma_encoding_format_mp3) {
-            // Almost anything holds something like a frame, so a container's own codec goes first.
-            if (encoding != encodings.begin() && openByFallback(file, path) == MA_SUCCESS)
-                return MA_SUCCESS;
-            if (!startScan() || openAs(*encoding, path) != MA_SUCCESS)
-                continue;
-            takeScan();
+        // Almost anything holds something like an MPEG frame, so a container's own codec goes
+        // first.
+        if (*encoding == ma_encoding_format_mp3 && encoding != encodings.begin() && isKnown &&
+            openByFallback() == MA_SUCCESS)
             return MA_SUCCESS;
-        }
-        std::int64_t headers = 0;
-        if (*encoding == ma_encoding_format_vorbis) {
-            const auto bytes = vorbisHeaderBytes(file);
-            if (!bytes)
-                continue;
-            headers = static_cast<std::int64_t>(*bytes);
-        }
-        const ReadBudget budget(openingBudget + headers);
-        if (openAs(*encoding, path) != MA_SUCCESS)
+        const ma_result result = *encoding == ma_encoding_format_mp3      ? openMpeg()
+                                 : *encoding == ma_encoding_format_vorbis ? openVorbis()
+                                                                          : openAs(*encoding);
+        if (result != MA_SUCCESS)
             continue;
-        seekingBudget_ += headers;
-        if (seeksBadly(decoder_, *encoding))
-            return replaceByFallback(*encoding, path);
-        isFlac_ = *encoding == ma_encoding_format_flac;
+        mayFallBack_ = isKnown && kind_ != Kind::Mpeg && kind_ != Kind::Fallback;
+        if (seeksBadly(*decoder_, *encoding))
+            static_cast<void>(fallBack(0));
         return MA_SUCCESS;
     }
-    return openByFallback(file, path);
+    return isKnown ? openByFallback() : MA_NO_BACKEND;
 }
 
-ma_result AudioDecoder::openByFallback(const AudioFile& file, const QByteArray& path) {
-    return isKnownContainer(file) ? finishOpening(openFallback(path, decoder_)) : MA_NO_BACKEND;
+ma_result AudioDecoder::openMpeg() {
+    if (!startScan())
+        return MA_NO_BACKEND;
+    const MpegAudioScan& scan = scanner_->scan();
+    window_ = std::make_unique<FileWindow>(*file_, scan.start, scan.end);
+    const ma_decoder_config config = configFor(ma_encoding_format_mp3);
+    const ma_result result = openWith([&](ma_decoder& decoder) {
+        return ma_decoder_init_vfs(window_->fileSystem(), path_.constData(), &config, &decoder);
+    });
+    if (result == MA_SUCCESS) {
+        kind_ = Kind::Mpeg;
+        takeScan();
+    } else {
+        scanner_.reset();
+    }
+    return result;
 }
 
-/// Leaves the file to the fallback, if that knows it.
-ma_result AudioDecoder::replaceByFallback(ma_encoding_format encoding, const QByteArray& path) {
-    static_cast<void>(ma_decoder_uninit(&decoder_));
-    if (finishOpening(openFallback(path, decoder_)) == MA_SUCCESS)
+ma_result AudioDecoder::openVorbis() {
+    const auto start = readVorbisStart(*file_);
+    if (!start)
+        return MA_NO_BACKEND;
+    if (!isWholeVorbisStream(*file_, *start) && openByFallback() == MA_SUCCESS)
         return MA_SUCCESS;
-    isFlac_ = encoding == ma_encoding_format_flac;
-    return openAs(encoding, path);
+    seekingBudget_ = seekingBudget + static_cast<std::int64_t>(start->headerBytes);
+    return openAs(ma_encoding_format_vorbis, static_cast<std::int64_t>(start->headerBytes));
+}
+
+ma_result AudioDecoder::openAs(ma_encoding_format encoding, std::int64_t headerBytes) {
+    const ReadBudget budget(openingBudget + headerBytes);
+    const ma_decoder_config config = configFor(encoding);
+    const ma_result result = openWith([&](ma_decoder& decoder) {
+        return ma_decoder_init_file(path_.constData(), &config, &decoder);
+    });
+    const bool isFlac = result == MA_SUCCESS && encoding == ma_encoding_format_flac;
+    kind_ = isFlac ? Kind::Flac : Kind::Other;
+    isFlacUnchecked_ = isFlac;
+    return result;
+}
+
+ma_result AudioDecoder::openByFallback() {
+    const ma_result result =
+        openWith([this](ma_decoder& decoder) { return openFallback(path_, decoder); });
+    if (result == MA_SUCCESS)
+        kind_ = Kind::Fallback;
+    return result;
+}
+
+/// Makes a decoder that `initialise` opens the one that is read.
+template <typename Initialise>
+ma_result AudioDecoder::openWith(Initialise initialise) {
+    auto decoder = std::make_unique<ma_decoder>();
+    if (const ma_result result = initialise(*decoder); result != MA_SUCCESS)
+        return result;
+    Decoder previous = std::exchange(decoder_, Decoder(decoder.release()));
+    if (startConversion())
+        return MA_SUCCESS;
+    decoder_ = std::move(previous);
+    return MA_FORMAT_NOT_SUPPORTED;
+}
+
+/// Leaves the file to the fallback from `frame` on, if that knows it and has more there. Else all
+/// is as it was, if possible.
+bool AudioDecoder::fallBack(std::uint64_t frame) {
+    if (!std::exchange(mayFallBack_, false))
+        return false;
+    Decoder previous = std::exchange(decoder_, nullptr);
+    const Kind kind = kind_;
+    const bool hadEnded = hasEnded_;
+    if (openByFallback() == MA_SUCCESS && seekToFrame(frame) == MA_SUCCESS) {
+        convertMore();
+        if (!converted_.empty() || !hasEnded_) {
+            isFlacUnchecked_ = false;
+            return true;
+        }
+    }
+    decoder_ = std::move(previous);
+    kind_ = kind;
+    static_cast<void>(startConversion());
+    if (!hadEnded)
+        static_cast<void>(seekToFrame(frame));
+    hasEnded_ = hadEnded;
+    return false;
+}
+
+/// Whether the file told of more sound after `frame`, where its decoder has found no more.
+bool AudioDecoder::endsEarly(std::uint64_t frame) {
+    constexpr double tolerance = 0.1; // in seconds
+    return length() > static_cast<double>(frame) / sampleRate + tolerance;
+}
+
+/// Goes on after `frame`, where the decoder has found no more, if the file has more.
+void AudioDecoder::resume(std::uint64_t frame) {
+    if (scanner_) { // the header may tell of the first of several songs
+        while (scanMore()) {
+        }
+        if (endsEarly(frame))
+            static_cast<void>(seekToFrame(frame));
+    } else if (mayFallBack_ && ((isFlacUnchecked_ && !checkFlac()) || endsEarly(frame))) {
+        static_cast<void>(fallBack(frame));
+    }
+}
+
+/// Holds what the header tells against the last frame of the file; false if the decoder doesn't
+/// suit.
+bool AudioDecoder::checkFlac() {
+    isFlacUnchecked_ = false;
+    const FlacHeader header = flacHeader(*decoder_);
+    const auto end = findFlacEnd(*file_, header.blockSize, header.maxFrameBytes);
+    const bool isOneFormat =
+        end && end->lastFrame.channels == header.channels &&
+        (end->lastFrame.sampleRate == 0 || end->lastFrame.sampleRate == header.sampleRate);
+    if (isOneFormat)
+        correctFlacSamples(*decoder_, end->samples);
+    // The decoder plays a file that changes its format as if it didn't, and needs a length to seek.
+    return isOneFormat || (!end && header.samples > 0);
 }
 
 /// Walks through an MPEG file, as far as that takes no time to speak of. Of a file that is slow to
@@ -141,19 +248,25 @@ bool AudioDecoder::startScan() {
 void AudioDecoder::takeScan() {
     const MpegAudioScan& scan = scanner_->scan();
     if (boundPoints_ != scan.points.size() || boundPoints_ == 0)
-        bindMpegSeekTable(decoder_, scan);
+        bindMpegSeekTable(*decoder_, scan);
     boundPoints_ = scan.points.size();
-    scannedLength_ = untoldMpegLength(decoder_, scanner_->expectedPcmFrames());
+    if (scanner_->state() == MpegAudioScanner::State::Done)
+        correctMpegLength(*decoder_, scan);
+    scannedLength_ = untoldMpegLength(*decoder_, scanner_->expectedPcmFrames());
 }
 
 bool AudioDecoder::isUnscanned(double seconds) const {
+    if (isFlacUnchecked_)
+        return true;
     if (!scanner_ || scanner_->state() != MpegAudioScanner::State::Walking)
         return false;
     const auto frames = static_cast<double>(scanner_->scan().pcmFrames);
-    return frames <= seconds * static_cast<double>(decoder_.outputSampleRate);
+    return frames <= seconds * static_cast<double>(decoder_->outputSampleRate);
 }
 
 bool AudioDecoder::scanMore() {
+    if (isFlacUnchecked_ && !checkFlac())
+        static_cast<void>(fallBack(nextFrame_));
     if (!scanner_)
         return false;
     // A file that turns out to be no music after all plays as far as its music goes.
@@ -161,31 +274,13 @@ bool AudioDecoder::scanMore() {
     if (!goesOn) {
         takeScan();
         scanner_.reset();
-        file_.reset();
     }
     return goesOn;
 }
 
-ma_result AudioDecoder::openAs(ma_encoding_format encoding, const QByteArray& path) {
-    // In the file's own channels and rate; the conversion from them is ours.
-    ma_decoder_config config = ma_decoder_config_init(format, 0, 0);
-    // Named, so that no other decoder is tried: one of them takes anything for sound.
-    config.encodingFormat = encoding;
-    return finishOpening(ma_decoder_init_file(path.constData(), &config, &decoder_));
-}
-
-ma_result AudioDecoder::finishOpening(ma_result result) {
-    isOpen_ = result == MA_SUCCESS;
-    if (!isOpen_ || startConversion())
-        return result;
-    static_cast<void>(ma_decoder_uninit(&decoder_));
-    isOpen_ = false;
-    return MA_FORMAT_NOT_SUPPORTED;
-}
-
 bool AudioDecoder::startConversion() {
-    mix_.emplace(speakersOf(decoder_));
-    resampler_.emplace(decoder_.outputSampleRate);
+    mix_.emplace(speakersOf(*decoder_));
+    resampler_.emplace(decoder_->outputSampleRate);
     decoded_.resize(blockFrames * mix_->channels());
     return resampler_->isUsable();
 }
@@ -202,7 +297,7 @@ double AudioDecoder::length() {
         return *scannedLength_;
     ma_uint64 frames = 0;
     // One that can't be told leaves 0.
-    static_cast<void>(ma_decoder_get_length_in_pcm_frames(&decoder_, &frames));
+    static_cast<void>(ma_decoder_get_length_in_pcm_frames(decoder_.get(), &frames));
     return static_cast<double>(resampler_->outputFrames(frames)) / sampleRate;
 }
 
@@ -210,9 +305,13 @@ ma_result AudioDecoder::seek(double seconds) {
     constexpr double largest = 1'099'511'627'776.0; // in frames: 265 days
     const auto target = static_cast<std::uint64_t>(std::min(seconds * sampleRate, largest));
     const bool wasLost = isLost_;
+    if (isFlacUnchecked_ && !checkFlac())
+        static_cast<void>(fallBack(nextFrame_));
     if (scanner_)
         takeScan();
-    const ma_result result = seekToFrame(target);
+    ma_result result = seekToFrame(target);
+    if (result != MA_SUCCESS && !wasCutShort_ && endsEarly(target) && fallBack(target))
+        result = MA_SUCCESS;
     if (result == MA_SUCCESS)
         nextFrame_ = target;
     // A decoder that fails stands anywhere.
@@ -224,20 +323,23 @@ ma_result AudioDecoder::seekToFrame(std::uint64_t frame) {
     const auto restart = resampler_->restartFor(frame);
     const ReadBudget budget(seekingBudget_);
     // A short read may have ended within a frame, which the decoder would take for whole.
-    if (isFlac_ && isCut_)
-        dropFlacFrame(decoder_);
+    if (kind_ == Kind::Flac && isCut_)
+        dropFlacFrame(*decoder_);
     isCut_ = false;
     restartConversion(restart.skippedOutput);
-    const ma_result result = ma_decoder_seek_to_pcm_frame(&decoder_, restart.inputFrame);
-    if (isFlac_ && result != MA_SUCCESS)
-        dropFlacFrame(decoder_);
+    const ma_result result = ma_decoder_seek_to_pcm_frame(decoder_.get(), restart.inputFrame);
+    wasCutShort_ = ReadBudget::isSpent();
+    if (kind_ == Kind::Flac && result != MA_SUCCESS)
+        dropFlacFrame(*decoder_);
+    if (kind_ == Kind::Mpeg && result == MA_SUCCESS)
+        noteMpegPosition(*decoder_, restart.inputFrame);
     return result;
 }
 
 ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
     if (isLost_)
         return 0;
-    const ReadBudget budget(readingBudget);
+    const ReadBudget budget(kind_ == Kind::Mpeg ? mpegReadingBudget : readingBudget);
     std::span rest(static_cast<StereoFrame*>(output), count);
     while (!rest.empty() && (!converted_.empty() || !hasEnded_)) {
         if (converted_.empty())
@@ -246,8 +348,10 @@ ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
         std::ranges::copy(converted_.first(given), rest.begin());
         converted_ = converted_.subspan(given);
         rest = rest.subspan(given);
+        isLost_ = isLost_ || ReadBudget::isSpent();
+        if (hasEnded_ && converted_.empty() && !isLost_)
+            resume(nextFrame_ + count - rest.size());
     }
-    isLost_ = ReadBudget::isSpent();
     nextFrame_ += count - rest.size();
     return count - rest.size();
 }
@@ -256,7 +360,8 @@ ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
 void AudioDecoder::convertMore() {
     ma_uint64 count = 0;
     // An error in the middle reads as the end.
-    static_cast<void>(ma_decoder_read_pcm_frames(&decoder_, decoded_.data(), blockFrames, &count));
+    static_cast<void>(
+        ma_decoder_read_pcm_frames(decoder_.get(), decoded_.data(), blockFrames, &count));
     hasEnded_ = count == 0;
     isCut_ = count < blockFrames;
     const std::size_t samples = std::min<std::size_t>(count, blockFrames) * mix_->channels();
@@ -270,10 +375,12 @@ void AudioDecoder::convertMore() {
 double AudioDecoder::place() {
     ma_uint64 frame = 0;
     ma_uint32 rate = 0;
-    ma_data_source* file = decoder_.pBackend; // the decoder's own count believes every seek
+    ma_data_source* file = decoder_->pBackend; // the decoder's own count believes every seek
     if (ma_data_source_get_data_format(file, nullptr, nullptr, &rate, nullptr, 0) != MA_SUCCESS ||
         ma_data_source_get_cursor_in_pcm_frames(file, &frame) != MA_SUCCESS || rate == 0)
         return 0;
+    if (kind_ == Kind::Mpeg)
+        frame -= std::min<ma_uint64>(frame, mpegDelay(*decoder_));
     return static_cast<double>(frame) / rate;
 }
 

@@ -4,6 +4,7 @@
 #include "Playback/Resampling/Resampler.h"
 
 #include "Playback/Miniaudio/AudioFile.h"
+#include "Playback/Miniaudio/FileWindow.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
 
 #include <miniaudio.h>
@@ -16,12 +17,11 @@
 
 namespace tamsy {
 
-class AudioFile;
 class FileURL;
 
 /// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
 /// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its
-/// way in a broken file is cut short.
+/// way in a broken file is cut short. Where it gives up before the end, the fallback goes on.
 class AudioDecoder {
   public:
     static constexpr ma_format format = ma_format_f32;
@@ -29,7 +29,7 @@ class AudioDecoder {
     static constexpr ma_uint32 sampleRate = mediaSampleRate;
 
     AudioDecoder() = default;
-    ~AudioDecoder();
+    ~AudioDecoder() = default;
     AudioDecoder(const AudioDecoder&) = delete;
     AudioDecoder& operator=(const AudioDecoder&) = delete;
 
@@ -59,34 +59,51 @@ class AudioDecoder {
     [[nodiscard]] double place();
 
   private:
+    struct Closer {
+        void operator()(ma_decoder* decoder) const;
+    };
+    using Decoder = std::unique_ptr<ma_decoder, Closer>;
+
     [[nodiscard]] bool startScan();
     void takeScan();
-    ma_result openAs(ma_encoding_format encoding, const QByteArray& path);
-    ma_result openByFallback(const AudioFile& file, const QByteArray& path);
-    ma_result replaceByFallback(ma_encoding_format encoding, const QByteArray& path);
-    ma_result finishOpening(ma_result result);
+    ma_result openMpeg();
+    ma_result openVorbis();
+    ma_result openAs(ma_encoding_format encoding, std::int64_t headerBytes = 0);
+    ma_result openByFallback();
+    template <typename Initialise>
+    ma_result openWith(Initialise initialise);
+    [[nodiscard]] bool checkFlac();
+    void resume(std::uint64_t frame);
+    [[nodiscard]] bool fallBack(std::uint64_t frame);
+    [[nodiscard]] bool endsEarly(std::uint64_t frame);
     ma_result seekToFrame(std::uint64_t frame);
     [[nodiscard]] bool startConversion();
     void restartConversion(std::uint64_t skippedFrames);
     void convertMore();
 
-    ma_decoder decoder_{}; // gives the file's own sample rate and channels
+    enum class Kind { Other, Mpeg, Flac, Fallback };
+
+    QByteArray path_;
+    std::unique_ptr<AudioFile> file_; // read by the scanner and by the MPEG decoder
+    std::unique_ptr<FileWindow> window_;
+    Decoder decoder_; // gives the file's own sample rate and channels
+    Kind kind_ = Kind::Other;
     std::optional<DownMix> mix_;
     std::optional<Resampler> resampler_;
     std::vector<float> decoded_;             // a block as the file has it
     std::span<const StereoFrame> converted_; // not yet read
     std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
     bool hasEnded_ = false;                  // nothing more is decoded
+    bool wasCutShort_ = false;               // the last seek, by its budget
     bool isCut_ = false;                     // the decoder gave less than it was asked for
-    bool isOpen_ = false;
-    bool isFlac_ = false;
-    std::uint64_t nextFrame_ = 0; // of the output
-    bool isLost_ = false;         // nothing more is found from here on
+    std::uint64_t nextFrame_ = 0;            // of the output
+    bool isLost_ = false;                    // nothing more is found from here on
     std::int64_t seekingBudget_ = 0;
-    std::unique_ptr<AudioFile> file_; // read by the scanner, which goes first
-    std::unique_ptr<MpegAudioScanner> scanner_;
-    std::size_t boundPoints_ = 0;         // of the scan, that the decoder knows
-    std::optional<double> scannedLength_; // in seconds, where it was found on the way
+    std::unique_ptr<MpegAudioScanner> scanner_; // while the scan isn't finished
+    std::size_t boundPoints_ = 0;               // of the scan, that the decoder knows
+    std::optional<double> scannedLength_;       // in seconds, where it was found on the way
+    bool isFlacUnchecked_ = false;              // its header's length may be wrong
+    bool mayFallBack_ = false; // what the decoder gives up on may be known elsewhere
 };
 
 } // namespace tamsy

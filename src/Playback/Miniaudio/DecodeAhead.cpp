@@ -109,8 +109,10 @@ class DecodeAhead::Worker {
         shared_->hasRequest = false;
         // Some decoders refuse a position after their end and some don't. With all of them at the
         // end, a slider dragged to the far right ends the file.
-        while (decoder_.isUnscanned(request.target) && !shared_->hasRequest)
+        while (decoder_.isUnscanned(request.target) && !shared_->hasRequest) {
             isScanning_ = decoder_.scanMore();
+            shared_->length = decoder_.length();
+        }
         const double length = shared_->length;
         ma_result result =
             decoder_.seek(length > 0 ? std::min(request.target, length) : request.target);
@@ -155,6 +157,7 @@ class DecodeAhead::Worker {
 
     void decodeBlock() {
         const auto count = static_cast<std::size_t>(decoder_.read(block_.data(), block_.size()));
+        followLength();
         for (std::span<const StereoFrame> rest(block_.data(), count); !rest.empty();) {
             const std::size_t taken = shared_->ring.write(rest);
             rest = rest.subspan(taken);
@@ -166,7 +169,20 @@ class DecodeAhead::Worker {
             markEnd();
     }
 
+    /// A file may hold more than it tells.
+    void followLength() {
+        constexpr double tolerance = 0.05; // seconds by which a header may round
+        const double position = decoder_.place();
+        if (shared_->length > 0 && position > shared_->length + tolerance)
+            shared_->length = position;
+    }
+
     void markEnd() {
+        // The length is to be right before the position reaches it.
+        while (isScanning_ && !shared_->hasRequest) {
+            isScanning_ = decoder_.scanMore();
+            shared_->length = decoder_.length();
+        }
         hasEnded_ = true;
         shared_->endPosition = decoder_.place();
         shared_->ring.markEnd();

@@ -10,6 +10,7 @@
 #include <cmath>
 #include <memory>
 #include <span>
+#include <string_view>
 
 namespace tamsy {
 namespace {
@@ -129,7 +130,24 @@ bool isKnownContainer(const AudioFile& file) {
                                                      0x52463634}; // fLaC, OggS, RIFF, RF64
     std::array<std::byte, 4> start{};
     const auto first = ByteCursor(file.read(endOfLeadingTags(file), start)).readU32();
-    return first && std::find(starts.begin(), starts.end(), *first) != starts.end();
+    constexpr std::uint32_t flacFrame = 0xFFF8; // and a bit for how they are counted
+    return first && (std::find(starts.begin(), starts.end(), *first) != starts.end() ||
+                     (*first >> 17U) == flacFrame >> 1U);
+}
+
+bool holdsMpegAudio(const AudioFile& file) {
+    constexpr std::size_t enough = 512; // the format comes first but for small chunks
+    constexpr std::string_view formatChunk = "fmt ";
+    constexpr std::uint16_t mpeg = 0x50, layer3 = 0x55;
+    std::array<std::byte, enough> buffer{};
+    const auto bytes = file.read(endOfLeadingTags(file), buffer);
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::size_t chunk = text.find(formatChunk);
+    if (!text.starts_with("RIFF") || chunk == std::string_view::npos)
+        return false;
+    ByteCursor cursor(bytes);
+    const auto tag = cursor.seek(chunk + 8) ? cursor.readU16le() : std::nullopt;
+    return tag == mpeg || tag == layer3;
 }
 
 ma_result openFallback(const QByteArray& path, ma_decoder& decoder) {

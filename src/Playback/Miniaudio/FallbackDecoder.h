@@ -7,9 +7,12 @@
 
 namespace tamsy {
 
-/// Whether a file, after any ID3v2 tags, begins as FLAC, Ogg or RIFF does: one of these that
-/// miniaudio refuses is worth a look by the fallback.
+/// Whether a file, after any ID3v2 tags, begins as FLAC (with or without its header), Ogg or RIFF
+/// does: one of these that miniaudio refuses is worth a look by the fallback.
 [[nodiscard]] bool isKnownContainer(const AudioFile& file);
+
+/// Whether a file is RIFF around MPEG audio.
+[[nodiscard]] bool holdsMpegAudio(const AudioFile& file);
 
 /// Opens a local file, given by its bytes, through the media module, whose libraries know what
 /// miniaudio's own decoders don't: Opus, Speex, GSM, leading tags, exact seeks in FLAC in Ogg. It

@@ -5,6 +5,7 @@
 #include "Playback/Miniaudio/MiniaudioPulse.h"
 #include "Playback/Miniaudio/ReadBudget.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -24,6 +25,15 @@
 #undef malloc
 
 namespace tamsy {
+namespace {
+
+/// The output of a first frame that only describes the stream, which isn't decoded.
+std::uint64_t tagFrameOutput(const ma_dr_mp3& mpeg, const MpegAudioScan& scan) {
+    const bool firstFrameIsTag = mpeg.streamStartOffset >= scan.firstFrameEnd - scan.start;
+    return firstFrameIsTag ? scan.firstFramePcmFrames : 0;
+}
+
+} // namespace
 
 void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
     auto& backend = *static_cast<ma_mp3*>(decoder.pBackend);
@@ -33,21 +43,59 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
         ma_malloc(sizeof(ma_dr_mp3_seek_point) * (scan.points.size() + 1), nullptr));
     if (table == nullptr)
         return;
-    // A first frame that only describes the stream puts out nothing. The encoder's delay is dropped
-    // at the start alone, so places behind it are told without it.
-    const bool firstFrameIsTag = mpeg.streamStartOffset >= scan.firstFrameEnd;
+    // The encoder's delay is dropped at the start alone, so positions behind it are told without
+    // it.
     const std::uint64_t delay = mpeg.delayInPCMFrames;
-    const std::uint64_t dropped = delay + (firstFrameIsTag ? scan.firstFramePcmFrames : 0);
+    const std::uint64_t dropped = delay + tagFrameOutput(mpeg, scan);
+    // The first frame of a new start lacks what overlaps from the one before.
+    const std::uint32_t settling = 2 * scan.firstFramePcmFrames;
     ma_uint32 count = 0;
     table[count++] = {mpeg.streamStartOffset, 0, 0, 0};
     for (const MpegSeekPoint& point : scan.points) {
         if (point.pcmFrame > dropped + delay)
-            table[count++] = {point.byte, point.pcmFrame - dropped, 0, 0};
+            table[count++] = {point.byte - scan.start, point.pcmFrame - dropped + settling, 0,
+                              static_cast<ma_uint16>(settling)};
     }
     ma_dr_mp3_bind_seek_table(&mpeg, count, table);
     ma_free(backend.pSeekPoints, nullptr); // of a scan that didn't reach as far
     backend.pSeekPoints = table;
     backend.seekPointCount = count;
+}
+
+void correctMpegLength(ma_decoder& decoder, const MpegAudioScan& scan) {
+    auto& mpeg = static_cast<ma_mp3*>(decoder.pBackend)->dr;
+    const std::uint64_t tolerance = 2 * std::uint64_t{scan.firstFramePcmFrames};
+    const std::uint64_t found =
+        scan.pcmFrames - std::min(scan.pcmFrames, tagFrameOutput(mpeg, scan));
+    const std::uint64_t told = mpeg.totalPCMFrameCount;
+    if (told == MA_UINT64_MAX || (found + tolerance >= told && told + tolerance >= found))
+        return;
+    mpeg.totalPCMFrameCount = found;
+    mpeg.paddingInPCMFrames = 0;
+}
+
+void noteMpegPosition(ma_decoder& decoder, std::uint64_t pcmFrame) {
+    auto& mpeg = static_cast<ma_mp3*>(decoder.pBackend)->dr;
+    if (pcmFrame > 0)
+        mpeg.currentPCMFrame = pcmFrame + mpeg.delayInPCMFrames;
+}
+
+std::uint64_t mpegDelay(const ma_decoder& decoder) {
+    return static_cast<const ma_mp3*>(decoder.pBackend)->dr.delayInPCMFrames;
+}
+
+FlacHeader flacHeader(const ma_decoder& decoder) {
+    const auto& flac = *static_cast<const ma_flac*>(decoder.pBackend)->dr;
+    return {.samples = flac.totalPCMFrameCount,
+            .sampleRate = flac.sampleRate,
+            .channels = flac.channels,
+            .blockSize = flac.maxBlockSizeInPCMFrames,
+            .maxFrameBytes = flac.maxBlockSizeInPCMFrames * std::uint32_t{flac.channels} *
+                             flac.bitsPerSample / 8};
+}
+
+void correctFlacSamples(ma_decoder& decoder, std::uint64_t samples) {
+    static_cast<ma_flac*>(decoder.pBackend)->dr->totalPCMFrameCount = samples;
 }
 
 std::optional<double> untoldMpegLength(const ma_decoder& decoder, std::uint64_t pcmFrames) {
@@ -60,7 +108,7 @@ std::optional<double> untoldMpegLength(const ma_decoder& decoder, std::uint64_t 
 bool seeksBadly(const ma_decoder& decoder, ma_encoding_format encoding) {
     if (encoding == ma_encoding_format_flac) {
         const auto& flac = *static_cast<const ma_flac*>(decoder.pBackend)->dr;
-        return flac.container == ma_dr_flac_container_ogg || flac.totalPCMFrameCount == 0;
+        return flac.container == ma_dr_flac_container_ogg;
     }
     if (encoding != ma_encoding_format_wav)
         return false;

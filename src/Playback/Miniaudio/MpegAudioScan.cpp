@@ -1,8 +1,10 @@
 #include "Playback/Miniaudio/MpegAudioScan.h"
 
+#include "Formats/ApeTag.h"
 #include "Formats/ByteCursor.h"
 #include "Formats/MpegFrameHeader.h"
 #include "Playback/Miniaudio/LeadingTags.h"
+#include "Playback/Miniaudio/TrailingTags.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,10 +13,11 @@
 namespace tamsy {
 namespace {
 
-// Junk before the first frame: a cut stream starts within a frame, some taggers leave padding.
-constexpr std::uint64_t searchedBeforeAudio = 65'536;
-// Junk between and behind frames, tags without a known place included: a half-finished download
-// still plays, a container with some audio in it doesn't.
+// Junk before the first frame: a cut stream starts within a frame, a tag whose size is wrong hides
+// its picture there.
+constexpr std::uint64_t searchedBeforeAudio = 8'388'608;
+// Junk between and behind frames: a half-finished download still plays, a container with some audio
+// in it doesn't.
 constexpr std::uint64_t junkAllowance = 1'048'576;
 constexpr std::uint64_t junkLimit = 8 * junkAllowance;
 // Less than a second between two points, which decodes in a millisecond.
@@ -23,14 +26,15 @@ constexpr std::uint64_t framesPerPoint = 32;
 /// A view of the file that reads on in large steps, in bytes.
 class Window {
   public:
-    explicit Window(const AudioFile& file, std::size_t step = 65'536)
-        : file_(file), buffer_(step) {}
+    /// Up to `end`, in bytes.
+    Window(const AudioFile& file, std::uint64_t end, std::size_t step = 65'536)
+        : file_(file), end_(end), buffer_(step) {}
 
-    /// Up to `count` bytes at `position`; fewer only at the file's end.
+    /// Up to `count` bytes at `position`; fewer only at the end.
     std::span<const std::byte> at(std::uint64_t position, std::size_t count) {
-        if (position >= file_.size())
+        if (position >= end_)
             return {};
-        count = static_cast<std::size_t>(std::min<std::uint64_t>(count, file_.size() - position));
+        count = static_cast<std::size_t>(std::min<std::uint64_t>(count, end_ - position));
         if (position < start_ || position + count > start_ + filled_.size()) {
             ++reads_;
             start_ = position;
@@ -60,10 +64,11 @@ class Window {
     [[nodiscard]] std::uint64_t reads() const { return reads_; }
 
     [[nodiscard]] const AudioFile& file() const { return file_; }
-    [[nodiscard]] std::uint64_t fileSize() const { return file_.size(); }
+    [[nodiscard]] std::uint64_t end() const { return end_; }
 
   private:
     const AudioFile& file_;
+    std::uint64_t end_;
     std::vector<std::byte> buffer_;
     std::uint64_t start_ = 0;
     std::uint64_t reads_ = 0;
@@ -106,6 +111,17 @@ std::uint64_t junkLimitFor(std::uint64_t audioBytes) {
     return std::min(junkAllowance + audioBytes, junkLimit);
 }
 
+/// Where a tag at `position` ends, as they stand between songs that were put together; `position`
+/// if there is none.
+std::uint64_t endOfTag(Window& window, std::uint64_t position) {
+    const auto bytes = window.at(position, ApeFooter::size);
+    if (ByteCursor(bytes).readU24() == 0x494433U /* "ID3" */)
+        return endOfLeadingTags(window.file(), position);
+    // Header and footer are alike, and the size counts one of them.
+    const auto header = readApeFooter(bytes);
+    return header ? position + header->itemBytes + 2 * ApeFooter::size : position;
+}
+
 /// The header at `position`, its size filled in, if `followers` more of its kind follow it, or
 /// as many as the file has room for.
 std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, int followers) {
@@ -113,7 +129,7 @@ std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, i
     for (int found = 1;; ++found) {
         auto header = window.headerAt(position);
         if (!header || (first && header->kind != first->kind))
-            return std::nullopt;
+            return endOfTag(window, position) > position ? first : std::nullopt;
         if (header->frameBytes == 0)
             header->frameBytes = freeFormatBytes(window, position, header->kind);
         if (header->frameBytes == 0)
@@ -122,8 +138,8 @@ std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, i
             first = header;
         position += header->frameBytes;
         // One lone header near the end proves nothing unless its frame fits exactly.
-        const bool atEnd = position == window.fileSize() ||
-                           (found > 1 && position + MpegFrameHeader::size > window.fileSize());
+        const bool atEnd = position == window.end() ||
+                           (found > 1 && position + MpegFrameHeader::size > window.end());
         if (found > followers || atEnd)
             return first;
     }
@@ -133,15 +149,16 @@ std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, i
 
 class MpegAudioScanner::Walk {
   public:
-    explicit Walk(const AudioFile& file) : file_(file), window_(file) {}
+    explicit Walk(const AudioFile& file)
+        : file_(file), window_(file, startOfTrailingTags(file)), position_(endOfLeadingTags(file)) {
+        scan_.end = window_.end();
+    }
 
     State advance() {
         if (state_ != State::Walking)
             return state_;
-        if (window_.reads() == 0)
-            position_ = start_ = endOfLeadingTags(window_.file());
         for (const std::uint64_t reads = window_.reads(); window_.reads() <= reads;) {
-            if (position_ + MpegFrameHeader::size > window_.fileSize())
+            if (position_ + MpegFrameHeader::size > window_.end())
                 return state_ = audioBytes_ > 0 ? State::Done : State::Refused;
             if (!step())
                 return state_ = State::Refused;
@@ -156,7 +173,7 @@ class MpegAudioScanner::Walk {
         constexpr std::uint64_t samples = 5;
         if (audioBytes_ == 0)
             return false;
-        const std::uint64_t share = (window_.fileSize() - position_) / samples;
+        const std::uint64_t share = (window_.end() - position_) / samples;
         std::uint64_t junk = 0;
         file_.expectRandomReads(true);
         for (std::uint64_t i = 0; i < samples; ++i)
@@ -166,10 +183,10 @@ class MpegAudioScanner::Walk {
     }
 
     [[nodiscard]] std::uint64_t expectedPcmFrames() const {
-        if (state_ != State::Walking || position_ <= start_)
+        if (state_ != State::Walking || audioBytes_ == 0)
             return scan_.pcmFrames;
-        const auto walked = static_cast<double>(position_ - start_);
-        const auto all = static_cast<double>(window_.fileSize() - start_);
+        const auto walked = static_cast<double>(position_ - scan_.start);
+        const auto all = static_cast<double>(window_.end() - scan_.start);
         return static_cast<std::uint64_t>(static_cast<double>(scan_.pcmFrames) * all / walked);
     }
 
@@ -187,6 +204,12 @@ class MpegAudioScanner::Walk {
             position_ += frame->frameBytes;
             return true;
         }
+        if (const std::uint64_t tagEnd = endOfTag(window_, position_); tagEnd > position_) {
+            forgetLastFrame();
+            loseTrack();
+            position_ = tagEnd;
+            return true;
+        }
         const std::uint64_t next = window_.nextSync(position_ + 1);
         const std::uint64_t passed = next - std::exchange(position_, next);
         return skipJunk(passed);
@@ -195,7 +218,7 @@ class MpegAudioScanner::Walk {
     /// Whether frames like those walked so far come within a few frames' lengths.
     [[nodiscard]] bool hasMusicAt(std::uint64_t position) const {
         constexpr std::size_t sampleBytes = 16'384;
-        Window sample(file_, sampleBytes);
+        Window sample(file_, window_.end(), sampleBytes);
         const std::uint64_t end = position + sampleBytes / 2;
         while ((position = sample.nextSync(position)) < end) {
             const auto frame = frameAt(sample, position, 2);
@@ -208,6 +231,7 @@ class MpegAudioScanner::Walk {
 
     void take(const MpegFrameHeader& frame, std::uint64_t position) {
         if (audioBytes_ == 0) {
+            scan_.start = position;
             scan_.firstFrameEnd = position + frame.frameBytes;
             scan_.firstFramePcmFrames = frame.pcmFrames;
         }
@@ -224,8 +248,16 @@ class MpegAudioScanner::Walk {
             scan_.points.push_back({pending_->byte, scan_.pcmFrames});
             pending_.reset();
         }
-        if (decodes)
-            scan_.pcmFrames += frame.pcmFrames;
+        lastFrame_ = {position, decodes ? frame.pcmFrames : 0};
+        scan_.pcmFrames += lastFrame_.pcmFrame;
+    }
+
+    /// The decoder takes a frame that none follows for junk.
+    void forgetLastFrame() {
+        scan_.pcmFrames -= lastFrame_.pcmFrame;
+        if (!scan_.points.empty() && scan_.points.back().byte == lastFrame_.byte)
+            scan_.points.pop_back();
+        lastFrame_ = {};
     }
 
     /// What the side information says about data borrowed from frames before.
@@ -252,13 +284,13 @@ class MpegAudioScanner::Walk {
     const AudioFile& file_;
     Window window_;
     State state_ = State::Walking;
-    std::uint64_t start_ = 0;    // of the audio, in bytes from the file's start
-    std::uint64_t position_ = 0; // walked up to here
+    std::uint64_t position_ = 0; // walked up to here, in bytes from the file's start
     MpegAudioScan scan_;
     std::uint64_t audioBytes_ = 0;
     std::uint64_t junkBytes_ = 0;
     std::uint64_t frames_ = 0;
     std::uint32_t kind_ = 0;
+    MpegSeekPoint lastFrame_; // where it starts, and what it comes to
     Reservoir reservoir_;
     std::optional<PendingPoint> pending_;
 };

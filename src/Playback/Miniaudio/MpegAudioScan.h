@@ -17,6 +17,7 @@ struct MpegSeekPoint {
 /// The frames of an MPEG audio file, in outline.
 struct MpegAudioScan {
     std::vector<MpegSeekPoint> points; // rising; none is needed for the start
+    std::uint64_t start = 0, end = 0;  // of all frames, in bytes from the file's start
     std::uint64_t firstFrameEnd = 0;   // bytes from the file's start
     std::uint32_t firstFramePcmFrames = 0;
     std::uint64_t pcmFrames = 0; // what all frames together come to
@@ -27,7 +28,8 @@ struct MpegAudioScan {
 /// The decoder takes anything for MPEG audio and looks for frames until the file's end, so a file
 /// of zeros or a renamed film would hold up its caller for as long as reading it takes. Here a
 /// frame is looked for only in a bounded stretch behind the tags, and from there on the file may
-/// hold some damage, but no more than a damaged music file does.
+/// hold some damage, but no more than a damaged music file does. Tags between songs that were put
+/// together, and those at the file's end, are no damage.
 ///
 /// A frame borrows data from those before it, so decoding that begins at a frame is silent until
 /// enough has gone by, up to a fifth of a second. The points say what comes out first, which makes
@@ -53,7 +55,7 @@ class MpegAudioScanner {
     /// whose walk would take long. Costs a few small reads.
     [[nodiscard]] bool hasMusicAhead();
 
-    /// The frames walked so far.
+    /// The frames walked so far. Their start and the end of the last are known with the first.
     [[nodiscard]] const MpegAudioScan& scan() const;
 
     /// What all frames come to, judged by those walked so far.

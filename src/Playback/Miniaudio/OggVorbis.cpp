@@ -5,6 +5,7 @@
 #include "Formats/VorbisCommentWalk.h"
 #include "Playback/Miniaudio/VorbisCodebooks.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <vector>
@@ -48,18 +49,23 @@ class PacketReader {
         return packet;
     }
 
+    /// Of the stream that the last packet belongs to.
+    [[nodiscard]] std::uint32_t serialNumber() const { return serialNumber_; }
+
   private:
     bool readPageHeader(bool continuesPacket) {
         const auto header = parseOggPageHeader(file_.read(position_, header_));
         if (!header || header->laces.empty() || header->isContinued != continuesPacket)
             return false;
         segments_ = header->laces;
+        serialNumber_ = header->serial;
         position_ += header->size();
         return true;
     }
 
     const AudioFile& file_;
     std::uint64_t position_ = 0;
+    std::uint32_t serialNumber_ = 0;
     std::array<std::byte, OggPageHeader::maxSize> header_{};
     Bytes segments_; // of the page, those not taken yet
 };
@@ -84,11 +90,46 @@ bool commentsFit(Bytes body) {
            (body[walk.position()] & framingBit) != std::byte{0};
 }
 
+/// Whether the first page with sound stands further on than its packets can come to.
+bool startsLate(const AudioFile& file, const VorbisStart& start) {
+    constexpr int maxPages = 4; // a packet may take some before it ends
+    std::uint64_t position = start.headerBytes, packets = 0;
+    for (int i = 0; i < maxPages; ++i) {
+        std::array<std::byte, OggPageHeader::maxSize> bytes{};
+        const auto page = parseOggPageHeader(file.read(position, bytes));
+        if (!page)
+            return false;
+        packets +=
+            static_cast<std::uint64_t>(std::ranges::count_if(page->laces, [](std::byte lace) {
+                return lace != std::byte{OggPageHeader::fullLace};
+            }));
+        if (page->granule != OggPageHeader::noGranule)
+            return page->granule > (packets + 1) * start.longBlock / 2;
+        position += page->size() + page->bodySize;
+    }
+    return false;
+}
+
+/// Of the last page; nothing if none is found.
+std::optional<std::uint32_t> lastSerialNumber(const AudioFile& file) {
+    constexpr std::uint64_t largestPage = 65'536;
+    const std::uint64_t start = file.size() - std::min(file.size(), largestPage);
+    std::vector<std::byte> buffer(static_cast<std::size_t>(file.size() - start));
+    const auto bytes = file.read(start, buffer);
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const std::size_t page = text.rfind(std::string_view("OggS\0", 5));
+    const auto header =
+        page == std::string_view::npos ? std::nullopt : parseOggPageHeader(bytes.subspan(page));
+    return header ? std::optional(header->serial) : std::nullopt;
+}
+
 } // namespace
 
-std::optional<std::uint64_t> vorbisHeaderBytes(const AudioFile& file) {
+std::optional<VorbisStart> readVorbisStart(const AudioFile& file) {
     PacketReader reader(file);
-    if (!bodyOf(reader.next(), "\1vorbis"))
+    const auto identification = reader.next();
+    const auto description = bodyOf(identification, "\1vorbis");
+    if (!description)
         return std::nullopt;
     const auto commentPacket = reader.next();
     const auto comments = bodyOf(commentPacket, "\3vorbis");
@@ -98,7 +139,18 @@ std::optional<std::uint64_t> vorbisHeaderBytes(const AudioFile& file) {
     const auto setup = bodyOf(setupPacket, "\5vorbis");
     if (!setup || !setupFits(*setup))
         return std::nullopt;
-    return reader.position();
+    ByteCursor cursor(*description);
+    const auto blockSizes = cursor.skip(21) ? cursor.readU8() : std::nullopt;
+    if (!blockSizes)
+        return std::nullopt;
+    return VorbisStart{.headerBytes = reader.position(),
+                       .serialNumber = reader.serialNumber(),
+                       .longBlock = 1U << (*blockSizes >> 4U)};
+}
+
+bool isWholeVorbisStream(const AudioFile& file, const VorbisStart& start) {
+    const auto last = lastSerialNumber(file);
+    return (!last || *last == start.serialNumber) && !startsLate(file, start);
 }
 
 } // namespace tamsy
