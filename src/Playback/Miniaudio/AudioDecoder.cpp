@@ -85,6 +85,7 @@ ma_result AudioDecoder::open(const FileURL& url) {
         return resultOf(file_->error());
     seekingBudget_ = seekingBudget;
     const bool isKnown = isKnownContainer(*file_);
+    bool isUntried = isKnown; // by the fallback
     const auto encodings =
         encodingsToTry(holdsMpegAudio(*file_) ? QByteArray("mp3") : url.pathExtension().toLower());
     for (auto encoding = encodings.begin(); encoding != encodings.end(); ++encoding) {
@@ -92,8 +93,8 @@ ma_result AudioDecoder::open(const FileURL& url) {
             continue;
         // Almost anything holds something like an MPEG frame, so a container's own codec goes
         // first.
-        if (*encoding == ma_encoding_format_mp3 && encoding != encodings.begin() && isKnown &&
-            openByFallback() == MA_SUCCESS)
+        if (*encoding == ma_encoding_format_mp3 && encoding != encodings.begin() &&
+            std::exchange(isUntried, false) && openByFallback() == MA_SUCCESS)
             return MA_SUCCESS;
         const ma_result result = *encoding == ma_encoding_format_mp3      ? openMpeg()
                                  : *encoding == ma_encoding_format_vorbis ? openVorbis()
@@ -105,7 +106,7 @@ ma_result AudioDecoder::open(const FileURL& url) {
             static_cast<void>(fallBack(0));
         return MA_SUCCESS;
     }
-    return isKnown ? openByFallback() : MA_NO_BACKEND;
+    return isUntried ? openByFallback() : MA_NO_BACKEND;
 }
 
 ma_result AudioDecoder::openMpeg() {
