@@ -43,7 +43,7 @@ class FileSource : public ByteSource {
 
   private:
     [[nodiscard]] ssize_t readOnce(std::uint64_t offset, std::span<std::byte> target) const {
-        const std::size_t count = YieldingReads::waitForMusic(file_.status().st_dev, target.size());
+        const std::size_t count = YieldingReads::waitForMusic(target.size());
         const FileWatch::Call call;
         return file_.read(offset, target.first(count));
     }

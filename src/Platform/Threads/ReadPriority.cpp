@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdint>
 #include <thread>
 
 namespace tamsy {
@@ -14,35 +13,45 @@ using Clock = std::chrono::steady_clock;
 /// Longer than a decoder takes between two consecutive reads.
 constexpr std::chrono::milliseconds pauseBetweenReads{30};
 
-struct DeviceReads {
-    std::atomic<int> active{0};
-    std::atomic<Clock::rep> lastEnd{0};
-};
-
-/// Devices that share an entry yield to each other's music, which does no harm.
-std::array<DeviceReads, 64> allReads;
+// For all file systems together: which one a file is on isn't known until it is open, and opening
+// is the slow part.
+std::array<std::atomic<Clock::rep>, 64> starts; // of the reads under way; 0 is a free slot
+std::atomic<Clock::rep> lastEnd{0};
 thread_local bool isYielding = false;
 
-DeviceReads& readsOf(dev_t device) {
-    return allReads[device % allReads.size()];
+bool isWithin(Clock::duration limit, const std::atomic<Clock::rep>& time) {
+    const Clock::time_point point{Clock::duration(time.load(std::memory_order_relaxed))};
+    return Clock::now() - point < limit;
 }
 
-bool isMusicReading(const DeviceReads& reads) {
-    const Clock::time_point lastEnd{Clock::duration(reads.lastEnd.load(std::memory_order_relaxed))};
-    return reads.active.load(std::memory_order_relaxed) > 0 ||
-           Clock::now() - lastEnd < pauseBetweenReads;
+/// A read that takes longer than the limit hangs in a file that doesn't respond.
+bool isMusicReading() {
+    return isWithin(pauseBetweenReads, lastEnd) ||
+           std::ranges::any_of(
+               starts, [](const auto& start) { return isWithin(YieldingReads::maxWait, start); });
+}
+
+Clock::rep now() {
+    return Clock::now().time_since_epoch().count();
 }
 
 } // namespace
 
-MusicRead::MusicRead(dev_t device) : device_(device) {
-    readsOf(device_).active.fetch_add(1, std::memory_order_relaxed);
+MusicRead::MusicRead() {
+    const Clock::rep start = now();
+    start_ = std::ranges::find_if(starts,
+                                  [start](auto& free) {
+                                      Clock::rep expected = 0;
+                                      return free.compare_exchange_strong(
+                                          expected, start, std::memory_order_relaxed);
+                                  }) -
+             starts.begin();
 }
 
 MusicRead::~MusicRead() {
-    DeviceReads& reads = readsOf(device_);
-    reads.lastEnd.store(Clock::now().time_since_epoch().count(), std::memory_order_relaxed);
-    reads.active.fetch_sub(1, std::memory_order_relaxed);
+    lastEnd.store(now(), std::memory_order_relaxed);
+    if (start_ < std::ssize(starts))
+        starts[static_cast<std::size_t>(start_)].store(0, std::memory_order_relaxed);
 }
 
 YieldingReads::YieldingReads() {
@@ -53,13 +62,12 @@ YieldingReads::~YieldingReads() {
     isYielding = false;
 }
 
-std::size_t YieldingReads::waitForMusic(dev_t device, std::size_t wanted) {
+std::size_t YieldingReads::waitForMusic(std::size_t wanted) {
     if (!isYielding)
         return wanted;
     constexpr std::chrono::milliseconds step{10};
-    const DeviceReads& reads = readsOf(device);
     const auto limit = Clock::now() + maxWait;
-    while (isMusicReading(reads) && Clock::now() < limit)
+    while (isMusicReading() && Clock::now() < limit)
         std::this_thread::sleep_for(step);
     return std::min(wanted, maxReadSize);
 }

@@ -1,17 +1,14 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <cstddef>
 
 namespace tamsy {
 
-/// Marks a read of music that plays, or is about to, while it lives. Takes no lock.
+/// Marks, while it lives, that music is being read to play it. Takes no lock.
 class MusicRead {
   public:
-    /// `device` is the file's device number (`st_dev`).
-    explicit MusicRead(dev_t device);
+    MusicRead();
     ~MusicRead();
     MusicRead(const MusicRead&) = delete;
     MusicRead& operator=(const MusicRead&) = delete;
@@ -19,7 +16,7 @@ class MusicRead {
     MusicRead& operator=(MusicRead&&) = delete;
 
   private:
-    dev_t device_;
+    std::ptrdiff_t start_ = 0; // index in the table of reads under way
 };
 
 /// Makes the calling thread's reads, while it lives, yield to music: those of covers and lyrics.
@@ -35,12 +32,12 @@ class YieldingReads {
     /// Music waits for at most one read of this size.
     static constexpr std::size_t maxReadSize = std::size_t{128} * 1024;
 
-    /// Bounds the wait in case music never stops reading.
+    /// A file that doesn't respond to the music delays nobody else for longer.
     static constexpr std::chrono::milliseconds maxWait{2000};
 
-    /// If the calling thread yields, waits until music has stopped reading from `device` for a
-    /// moment. Returns how many of `wanted` bytes the thread should then read at once.
-    [[nodiscard]] static std::size_t waitForMusic(dev_t device, std::size_t wanted);
+    /// If the calling thread yields, waits until music has stopped reading for a moment. Returns
+    /// how many of `wanted` bytes the thread should then read at once.
+    [[nodiscard]] static std::size_t waitForMusic(std::size_t wanted);
 };
 
 } // namespace tamsy

@@ -1,5 +1,7 @@
 #include "Playback/FFmpeg/PlaybackLoop.h"
 
+#include "Platform/Threads/ReadPriority.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -53,13 +55,16 @@ void PlaybackLoop::changeItem(const PlaybackRequest& request) {
     anchorPosition_ = 0;
     if (request.path.isEmpty())
         return;
-    if (MediaBackend* backend = backendSource_())
+    if (MediaBackend* backend = backendSource_()) {
+        const MusicRead reading;
         decoder_ = backend->openFile(request.path.constData(), requests_.abandoned());
+    }
     scanning_ = decoder_ != nullptr;
     report(decoder_ ? PlaybackReport::Kind::Opened : PlaybackReport::Kind::Failed, 0);
 }
 
 void PlaybackLoop::seek(const PlaybackRequest& request) {
+    const MusicRead reading;
     pending_ = {};
     const double position = decoder_->seek(request.seekTarget);
     discardSound();
@@ -120,6 +125,7 @@ void PlaybackLoop::scan() {
 
 void PlaybackLoop::decodeOnce() {
     if (pending_.empty() && !drained_) {
+        const MusicRead reading;
         const MediaDecoder::Block block = decoder_->decode();
         pending_ = block.frames;
         drained_ = block.ended;

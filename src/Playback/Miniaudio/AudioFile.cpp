@@ -1,7 +1,5 @@
 #include "Playback/Miniaudio/AudioFile.h"
 
-#include "Platform/Threads/ReadPriority.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,7 +20,6 @@ AudioFile::AudioFile(const QByteArray& path)
         error_ = EINVAL;
     else
         size_ = static_cast<std::uint64_t>(status.st_size);
-    device_ = status.st_dev;
 }
 
 AudioFile::~AudioFile() {
@@ -37,7 +34,6 @@ void AudioFile::expectRandomReads(bool isRandom) const {
 
 std::span<const std::byte> AudioFile::read(std::uint64_t offset,
                                            std::span<std::byte> target) const {
-    const MusicRead reading(device_);
     std::size_t filled = 0;
     while (filled < target.size()) {
         const ssize_t got = ::pread(descriptor_, target.data() + filled, target.size() - filled,

@@ -2,8 +2,6 @@
 
 #include <QByteArray>
 
-#include <sys/types.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -38,7 +36,6 @@ class AudioFile {
   private:
     int descriptor_ = -1;
     int error_ = 0;
-    dev_t device_ = 0;
     std::uint64_t size_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "Playback/Miniaudio/DecodeAhead.h"
 
+#include "Platform/Threads/ReadPriority.h"
 #include "Playback/Miniaudio/AudioDecoder.h"
 #include "Playback/Output/FrameRing.h"
 #include "Utils/FileURL.h"
@@ -90,6 +91,7 @@ class DecodeAhead::Worker {
 
   private:
     bool open(const FileURL& url) {
+        const MusicRead reading;
         const ma_result result = decoder_.open(url);
         if (result == MA_SUCCESS) {
             shared_->length = decoder_.length();
@@ -105,6 +107,7 @@ class DecodeAhead::Worker {
     }
 
     void seek(const Request& request) {
+        const MusicRead reading;
         soughtNumber_ = request.number;
         shared_->hasRequest = false;
         // Some decoders refuse a position after their end and some don't. With all of them at the
@@ -141,8 +144,10 @@ class DecodeAhead::Worker {
             isFilling_ = false;
         else if (unread <= FrameRing::refillLevel)
             isFilling_ = true;
-        if (isFilling_ && !hasEnded_)
-            decodeBlock();
+        if (!isFilling_ || hasEnded_)
+            return;
+        const MusicRead reading;
+        decodeBlock();
     }
 
     /// Music comes first; what opening left for later is done while there is enough of it.
