@@ -11,6 +11,7 @@ extern "C" {
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <string_view>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -71,9 +72,22 @@ int FileInput::read(void* self, std::uint8_t* buffer, int size) {
         return AVERROR(errno);
     if (count == 0)
         return AVERROR_EOF;
+    input->replaceHiddenNames({buffer, static_cast<std::size_t>(count)});
     input->offset_ += count;
     input->allowed_ -= count;
     return static_cast<int>(count);
+}
+
+/// `bytes` were read at the current offset.
+void FileInput::replaceHiddenNames(std::span<std::uint8_t> bytes) const {
+    constexpr std::string_view name = "free";
+    for (const std::int64_t offset : hiddenNames_) {
+        for (std::size_t i = 0; i < name.size(); ++i) {
+            const std::int64_t at = offset - offset_ + static_cast<std::int64_t>(i);
+            if (at >= 0 && at < std::ssize(bytes))
+                bytes[static_cast<std::size_t>(at)] = static_cast<std::uint8_t>(name[i]);
+        }
+    }
 }
 
 /// As `pread`, from where the sound's container begins.

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
+#include <vector>
 
 struct AVIOContext;
 
@@ -39,6 +41,10 @@ class FileInput {
     [[nodiscard]] std::span<const std::byte> readAt(std::int64_t offset,
                                                     std::span<std::byte> target) const;
 
+    /// Makes the demuxer see the name "free", which containers give to unused space, in place of
+    /// the four bytes at each of `offsets`.
+    void hideNames(std::vector<std::int64_t> offsets) { hiddenNames_ = std::move(offsets); }
+
     /// In bytes; negative where it can't be told.
     [[nodiscard]] std::int64_t size() const;
 
@@ -52,6 +58,7 @@ class FileInput {
     FileInput(int descriptor, const std::atomic<bool>& abandoned);
     static int read(void* self, std::uint8_t* buffer, int size);
     static std::int64_t seek(void* self, std::int64_t offset, int whence);
+    void replaceHiddenNames(std::span<std::uint8_t> bytes) const;
     [[nodiscard]] ssize_t readOnce(std::int64_t offset, void* target, std::size_t size) const;
     [[nodiscard]] std::int64_t leadingTagSize() const;
 
@@ -61,6 +68,7 @@ class FileInput {
     std::int64_t end_ = INT64_MAX; // bytes from there, of a part
     std::int64_t offset_ = 0;      // bytes from there
     std::int64_t allowed_ = INT64_MAX;
+    std::vector<std::int64_t> hiddenNames_;
     AVIOContext* context_ = nullptr;
 };
 

@@ -1,5 +1,6 @@
 #include "Playback/FFmpeg/PacketReader.h"
 
+#include "Playback/FFmpeg/CoverChunks.h"
 #include "Playback/FFmpeg/OggLinks.h"
 
 extern "C" {
@@ -101,6 +102,7 @@ PacketReader::open(const char* path, const std::atomic<bool>& abandoned, const F
     std::unique_ptr<FileInput> input = FileInput::open(path, abandoned, range);
     if (!input)
         return nullptr;
+    input->hideNames(findCoverChunks(*input));
     input->allow(openingBudget);
     Format format = openFormat(input->context());
     if (!format)
