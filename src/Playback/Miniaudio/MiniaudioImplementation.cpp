@@ -9,8 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Both libraries read their files through these names alone; a decoder lost in a damaged file is
-// thus held to the budget of the call that it serves.
+// Both libraries open and read files through these names only; a decoder lost in a damaged file is
+// thus limited to the budget of the call that it serves.
+#define fopen(path, mode) tamsy::ReadBudget::open(path, mode)
+#define fopen64(path, mode) tamsy::ReadBudget::open(path, mode)
 #define fread(target, size, count, file) tamsy::ReadBudget::read(target, size, count, file)
 #define fgetc(file) tamsy::ReadBudget::readByte(file)
 

@@ -1,6 +1,7 @@
 #include "Playback/Miniaudio/ReadBudget.h"
 
 #include <algorithm>
+#include <string>
 
 namespace tamsy {
 
@@ -12,6 +13,10 @@ ReadBudget::ReadBudget(std::int64_t bytes) {
 
 ReadBudget::~ReadBudget() {
     left_ = unlimited;
+}
+
+std::FILE* ReadBudget::open(const char* path, const char* mode) {
+    return std::fopen(path, (std::string(mode) + 'e').c_str());
 }
 
 std::size_t ReadBudget::read(void* target, std::size_t size, std::size_t count, std::FILE* file) {

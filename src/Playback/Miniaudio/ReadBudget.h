@@ -26,6 +26,9 @@ class ReadBudget {
     /// Counts bytes that were read in another way; a block of few counts as one of `leastCost`.
     static void take(std::size_t bytes);
 
+    /// `std::fopen`; child processes don't inherit the file.
+    static std::FILE* open(const char* path, const char* mode);
+
     /// `std::fread` under this thread's budget; without one it reads freely.
     static std::size_t read(void* target, std::size_t size, std::size_t count, std::FILE* file);
 
