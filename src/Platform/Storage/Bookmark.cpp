@@ -2,9 +2,10 @@
 
 #include "Platform/Storage/DirectoryStream.h"
 #include "Platform/Storage/FileDescriptor.h"
+#include "Platform/Threads/Answers.h"
 #include "Utils/FileURL.h"
 
-#include <QList>
+#include <functional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -51,26 +52,58 @@ std::optional<FileURL> findRenamed(const FileURL& parent, const QByteArray& want
     return std::nullopt;
 }
 
-} // namespace
-
-std::optional<QByteArray> Bookmark::create(const FileURL& folder) {
-    const FileDescriptor directory = openDirectory(folder);
-    if (!directory.isOpen())
-        return std::nullopt;
-    return heading.toByteArray() + '\n' + folder.absoluteString() + '\n' +
-           identity(directory.number()) + '\n';
+QByteArray bytesFor(const FileURL& folder, const QByteArray& identity) {
+    return heading.toByteArray() + '\n' + folder.absoluteString() + '\n' + identity + '\n';
 }
 
-std::optional<FileURL> Bookmark::resolve(QByteArrayView bytes) {
-    const QList<QByteArray> lines = bytes.toByteArray().split('\n');
+struct StoredFolder {
+    FileURL url;
+    QByteArray identity; // may be empty
+};
+
+std::optional<StoredFolder> parse(const QByteArray& bytes) {
+    const QList<QByteArray> lines = bytes.split('\n');
     if (lines.size() != 4 || lines[0] != heading || !lines[3].isEmpty())
         return std::nullopt;
-    auto folder = FileURL::fromAbsoluteString(lines[1]);
-    if (!folder)
-        return std::nullopt;
-    if (openDirectory(*folder).isOpen())
-        return folder;
-    return lines[2].isEmpty() ? std::nullopt : findRenamed(folder->parent(), lines[2]);
+    auto url = FileURL::fromAbsoluteString(lines[1]);
+    return url ? std::optional(StoredFolder{*std::move(url), lines[2]}) : std::nullopt;
+}
+
+using Resolved = std::optional<FileURL>;
+
+Resolved find(const StoredFolder& folder) {
+    if (openDirectory(folder.url).isOpen())
+        return folder.url;
+    return folder.identity.isEmpty() ? std::nullopt
+                                     : findRenamed(folder.url.parent(), folder.identity);
+}
+
+} // namespace
+
+std::optional<QByteArray> Bookmark::create(const FileURL& folder, std::chrono::milliseconds limit) {
+    using Created = std::optional<QByteArray>;
+    const std::function<Created()> ask = [folder]() -> Created {
+        const FileDescriptor directory = openDirectory(folder);
+        return directory.isOpen() ? Created(bytesFor(folder, identity(directory.number())))
+                                  : std::nullopt;
+    };
+    return answersWithin<Created>(limit, {ask}).front().value_or(bytesFor(folder, {}));
+}
+
+std::vector<std::optional<FileURL>> Bookmark::resolve(const QList<QByteArray>& bookmarks,
+                                                      std::chrono::milliseconds limit) {
+    std::vector<std::function<Resolved()>> questions;
+    std::vector<Resolved> unanswered;
+    for (const QByteArray& bytes : bookmarks) {
+        const auto folder = parse(bytes);
+        unanswered.push_back(folder ? Resolved(folder->url) : std::nullopt);
+        questions.push_back([folder] { return folder ? find(*folder) : std::nullopt; });
+    }
+    const auto answers = answersWithin(limit, std::move(questions));
+    std::vector<Resolved> resolved;
+    for (std::size_t i = 0; i < answers.size(); ++i)
+        resolved.push_back(answers[i].value_or(unanswered[i]));
+    return resolved;
 }
 
 } // namespace tamsy

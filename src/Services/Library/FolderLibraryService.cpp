@@ -124,8 +124,11 @@ FolderLibraryService::~FolderLibraryService() {
 
 void FolderLibraryService::loadPersistedFolders() {
     QList<AudioFolder> restored;
-    for (FolderRecord& record : persistence_.loadRecords()) {
-        const auto url = FolderPersistence::resolveBookmark(record);
+    QList<FolderRecord> records = persistence_.loadRecords();
+    const auto addresses = FolderPersistence::resolveBookmarks(records);
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        FolderRecord& record = records[i];
+        const auto& url = addresses[static_cast<std::size_t>(i)];
         if (!url)
             continue;
         restored.append(AudioFolder(record.id, *url, std::nullopt,

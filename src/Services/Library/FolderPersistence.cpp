@@ -159,8 +159,12 @@ QList<FolderRecord> FolderPersistence::loadRecords() {
     return records;
 }
 
-std::optional<FileURL> FolderPersistence::resolveBookmark(const FolderRecord& record) {
-    return Bookmark::resolve(record.data);
+std::vector<std::optional<FileURL>>
+FolderPersistence::resolveBookmarks(const QList<FolderRecord>& records) {
+    QList<QByteArray> bookmarks;
+    for (const FolderRecord& record : records)
+        bookmarks.append(record.data);
+    return Bookmark::resolve(bookmarks);
 }
 
 LibraryDocument FolderPersistence::loadRaw() {

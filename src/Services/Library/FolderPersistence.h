@@ -7,6 +7,7 @@
 #include <QUuid>
 
 #include <optional>
+#include <vector>
 
 namespace tamsy {
 
@@ -55,8 +56,10 @@ class FolderPersistence {
     /// stored.
     [[nodiscard]] QList<FolderRecord> loadRecords();
 
-    /// The folder's address, if it can be opened now.
-    [[nodiscard]] static std::optional<FileURL> resolveBookmark(const FolderRecord& record);
+    /// The folders' addresses, in order; nothing for one that is gone. One that takes longer to
+    /// answer than a start can wait is taken to be where it was.
+    [[nodiscard]] static std::vector<std::optional<FileURL>>
+    resolveBookmarks(const QList<FolderRecord>& records);
 
   private:
     [[nodiscard]] LibraryDocument loadRaw();

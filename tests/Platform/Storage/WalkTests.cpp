@@ -127,32 +127,37 @@ TEST(Bookmark, FindsTheFolderAgain) {
     folder.write("\xB8\xE8 1/a");
     folder.write("file");
     const FileURL place = urlOf(folder, "\xB8\xE8 1");
-    EXPECT_FALSE(Bookmark::create(urlOf(folder, "file")));
-    EXPECT_FALSE(Bookmark::create(urlOf(folder, "gone")));
-    const auto bytes = Bookmark::create(place);
+    static constexpr std::chrono::seconds enough(10);
+    const auto create = [](const FileURL& url) { return Bookmark::create(url, enough); };
+    const auto resolve = [](const QByteArray& bytes) {
+        return Bookmark::resolve({bytes}, enough).front();
+    };
+    EXPECT_FALSE(create(urlOf(folder, "file")));
+    EXPECT_FALSE(create(urlOf(folder, "gone")));
+    const auto bytes = create(place);
     ASSERT_TRUE(bytes);
-    EXPECT_EQ(Bookmark::resolve(*bytes), place);
+    EXPECT_EQ(resolve(*bytes), place);
 
     const auto move = [&](const char* from, const char* to) {
         ASSERT_EQ(::rename(folder.path(from).constData(), folder.path(to).constData()), 0);
     };
     move("\xB8\xE8 1", "renamed");
     if (!bytes->endsWith("\n\n")) { // the file system keeps birth times
-        EXPECT_EQ(Bookmark::resolve(*bytes), urlOf(folder, "renamed"));
+        EXPECT_EQ(resolve(*bytes), urlOf(folder, "renamed"));
     }
     folder.write("\xB8\xE8 1/b"); // another folder has come to the address
-    EXPECT_EQ(Bookmark::resolve(*bytes), place);
+    EXPECT_EQ(resolve(*bytes), place);
     move("\xB8\xE8 1", "other");
     move("renamed", "other/renamed"); // out of sight: only neighbours are looked at
-    EXPECT_FALSE(Bookmark::resolve(*bytes));
+    EXPECT_FALSE(resolve(*bytes));
     move("file", "\xB8\xE8 1");
-    EXPECT_FALSE(Bookmark::resolve(*bytes));
+    EXPECT_FALSE(resolve(*bytes));
     for (const char* damaged :
          {"", "/tmp", "tamsy-folder 1", "tamsy-folder 1\nfile:///tmp\n",
           "tamsy-folder 2\nfile:///tmp\n\n", "tamsy-folder 1\n/tmp\n\n",
           "tamsy-folder 1\nfile:///tmp%0\n\n", "tamsy-folder 1\nfile:///tmp\n\nmore",
           "tamsy-folder 1\nfile:///gone\nx y z\n"})
-        EXPECT_FALSE(Bookmark::resolve(damaged)) << damaged;
+        EXPECT_FALSE(resolve(damaged)) << damaged;
 }
 
 } // namespace

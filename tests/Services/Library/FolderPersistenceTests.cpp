@@ -164,7 +164,7 @@ TEST_F(FolderPersistenceTest, StoresTracksThatReadBackTheSame) {
     const auto records = persistence.loadRecords();
     ASSERT_EQ(records.size(), 2);
     EXPECT_EQ(records[1].data, second->data);
-    EXPECT_EQ(FolderPersistence::resolveBookmark(records[1]), urlOf(folder));
+    EXPECT_EQ(FolderPersistence::resolveBookmarks(records)[1], urlOf(folder));
     EXPECT_EQ(records[0].tracks, TrackList());
     ASSERT_EQ(records[1].tracks, tracks);
     for (qsizetype i = 0; i < tracks.size(); ++i) {
