@@ -1,7 +1,7 @@
 // A passthrough file system that is as slow as the one it stands for:
 //   slow_mount FOLDER MOUNTPOINT REQUEST_MILLISECONDS MEGABYTES_PER_SECOND
 // Each lookup, open, getattr, readdir and read is delayed, and what is read takes its share of one
-// rate. Nothing stays cached. SIGUSR1 makes all requests hang, SIGUSR2 lets them go on.
+// rate. A new mount has nothing cached. SIGUSR1 makes all requests hang, SIGUSR2 lets them go on.
 
 #define FUSE_USE_VERSION 31
 #include <fuse3/fuse.h>
@@ -67,7 +67,8 @@ int result(int value) {
 }
 
 void* start(fuse_conn_info* /*connection*/, fuse_config* config) {
-    config->kernel_cache = 0;
+    // As network file systems do: what has been read stays until the file changes.
+    config->auto_cache = 1;
     config->entry_timeout = config->attr_timeout = config->negative_timeout = 1;
     return nullptr;
 }
@@ -115,7 +116,9 @@ int main(int argc, char** argv) {
                    stderr);
         return 2;
     }
-    root = argv[1];
+    char* absolute = ::realpath(argv[1], nullptr); // the library leaves the working directory
+    root = absolute != nullptr ? absolute : argv[1];
+    std::free(absolute);
     delay = Seconds(std::atof(argv[3]) / 1000);
     bytesPerSecond = std::atof(argv[4]) * 1e6;
     std::signal(SIGUSR1, [](int) { hangs = true; });
