@@ -65,9 +65,10 @@ add_custom_target(tamsy_unit_tests)
 function(tamsy_test name)
     cmake_parse_arguments(ARG "DISPLAY;PROFILE;SOUND_SERVER" "TIMEOUT;FILTER"
         "SOURCES;LINK;LABELS;FIXTURES" ${ARGN})
-    add_executable(${name} ${ARG_SOURCES} "${PROJECT_SOURCE_DIR}/tests/Surroundings.cpp")
+    add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
-    target_link_libraries(${name} PRIVATE tamsy_options ${ARG_LINK} GTest::gmock GTest::gtest)
+    target_link_libraries(${name}
+        PRIVATE tamsy_options tamsy_surroundings ${ARG_LINK} GTest::gmock GTest::gtest)
     # Fixtures that all builds of this tree share.
     target_compile_definitions(${name} PRIVATE
         TAMSY_TOOLS="${PROJECT_SOURCE_DIR}/tools"
