@@ -16,6 +16,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <malloc.h>
+#include <map>
 #include <sys/wait.h>
 
 using namespace tamsy;
@@ -59,8 +60,14 @@ class StoredLibrary {
     QByteArray path_;
 };
 
+/// Made once for all that want as many folders; making takes far longer than what is measured.
+const StoredLibrary& storedLibrary(int folders) {
+    static std::map<int, StoredLibrary> libraries;
+    return libraries.try_emplace(folders, folders).first->second;
+}
+
 void load(benchmark::State& state) {
-    const StoredLibrary library(static_cast<int>(state.range(0)));
+    const StoredLibrary& library = storedLibrary(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         UserDefaults defaults(library.path());
         state.PauseTiming();
@@ -76,7 +83,7 @@ void load(benchmark::State& state) {
 }
 
 void finishedScan(benchmark::State& state) {
-    const StoredLibrary library(static_cast<int>(state.range(0)));
+    const StoredLibrary& library = storedLibrary(static_cast<int>(state.range(0)));
     UserDefaults defaults(library.path());
     FolderPersistence persistence(defaults);
     const FolderRecord record = persistence.loadRecords().first();
@@ -89,7 +96,7 @@ void finishedScan(benchmark::State& state) {
 }
 
 void readAndWriteTheSameBytes(benchmark::State& state) {
-    const StoredLibrary library(1);
+    const StoredLibrary& library = storedLibrary(1);
     const QByteArray copy = library.path() + "/copy";
     for (auto _ : state) {
         const QByteArray bytes = library.document().read().value_or(QByteArray());
@@ -121,10 +128,16 @@ class MusicTree {
     QTemporaryDir directory_;
 };
 
+/// Made once for all subjects.
+const MusicTree& musicTree(int files, int filesPerDirectory) {
+    static std::map<int, MusicTree> trees;
+    return trees.try_emplace(filesPerDirectory, files, filesPerDirectory).first->second;
+}
+
 void countFiles(benchmark::State& state, auto&& walk) {
     const auto perDirectory = static_cast<int>(state.range(0));
     const int files = std::max(20'000, perDirectory);
-    const MusicTree tree(files, perDirectory);
+    const MusicTree& tree = musicTree(files, perDirectory);
     for (auto _ : state) {
         if (walk(tree.path()) != files)
             state.SkipWithError("files are missing");
