@@ -144,9 +144,13 @@ double ArtworkColor::luminance() const {
     return 0.2126 * linearLight(red) + 0.7152 * linearLight(green) + 0.0722 * linearLight(blue);
 }
 
+std::array<float, 3> ArtworkColor::parts() const {
+    return {static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue)};
+}
+
 QColor ArtworkColor::toColor() const {
-    return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green),
-                            static_cast<float>(blue));
+    const auto [r, g, b] = parts();
+    return QColor::fromRgbF(r, g, b);
 }
 
 std::pair<ArtworkColor, ArtworkColor> extractTwoDominantColors(const QImage& image) {

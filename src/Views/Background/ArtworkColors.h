@@ -34,6 +34,9 @@ struct ArtworkColor {
 
     [[nodiscard]] QColor toColor() const;
 
+    /// Red, green and blue.
+    [[nodiscard]] std::array<float, 3> parts() const;
+
     friend bool operator==(const ArtworkColor&, const ArtworkColor&) = default;
 };
 

@@ -95,11 +95,16 @@ double ArtworkGradientModel::interval() const {
     return isFullScreen_ ? wideInterval : narrowInterval;
 }
 
-QVector4D ArtworkGradientModel::blobColor(std::size_t index) const {
-    const ArtworkColor& color = bubbles_[index];
-    return {static_cast<float>(color.red), static_cast<float>(color.green),
-            static_cast<float>(color.blue),
-            static_cast<float>(blobConfigs_[index].alpha * centerOpacity)};
+GradientScene ArtworkGradientModel::scene() const {
+    GradientScene scene{static_cast<float>(area_.width()), static_cast<float>(area_.height()),
+                        cachedColors_.first.parts(), cachedColors_.second.parts(), blobs_};
+    for (std::size_t index = 0; index < scene.blobs.size(); ++index) {
+        PlacedBlob& blob = scene.blobs[index];
+        blob.color = bubbles_[index].parts();
+        if (isActive_)
+            blob.opacity = static_cast<float>(blobConfigs_[index].alpha * centerOpacity);
+    }
+    return scene;
 }
 
 void ArtworkGradientModel::updateColors() {
@@ -117,9 +122,10 @@ void ArtworkGradientModel::placeBlobs() {
     for (std::size_t index = 0; index < blobs.size(); ++index) {
         const BlobConfig& config = blobConfigs_[index];
         const QPointF place = blobPosition(config, area_, config.speed * time);
-        blobs[index] = {static_cast<float>(place.x()), static_cast<float>(place.y()),
-                        static_cast<float>(blobRadius(config, area_)),
-                        static_cast<float>(config.blurRadius)};
+        blobs[index].x = static_cast<float>(place.x());
+        blobs[index].y = static_cast<float>(place.y());
+        blobs[index].radius = static_cast<float>(blobRadius(config, area_));
+        blobs[index].deviation = static_cast<float>(config.blurRadius);
     }
     if (std::exchange(blobs_, blobs) != blobs)
         Q_EMIT blobsChanged();

@@ -2,20 +2,20 @@
 
 #include "Views/Background/ArtworkColors.h"
 #include "Views/Background/GradientBlobs.h"
+#include "Views/Background/GradientScene.h"
 
 #include <QColor>
 #include <QImage>
 #include <QObject>
 #include <QSizeF>
 #include <QTimer>
-#include <QVector4D>
 
 #include <functional>
 
 namespace tamsy {
 
 /// What the background of a large window shows: the colours of the cover and the places of the
-/// blobs, for one shader. It steps by the clock while the program can be seen and stands still
+/// blobs. It steps by the clock while the program can be seen and stands still
 /// otherwise. The blobs are chosen once; a new cover changes their colours at once, but during a
 /// seek only when that has ended. Interface thread.
 class ArtworkGradientModel : public QObject {
@@ -39,20 +39,6 @@ class ArtworkGradientModel : public QObject {
     Q_PROPERTY(QColor secondColor READ secondColor NOTIFY colorsChanged)
     /// How strong the shadow of white text on it must be, 0 to 1.
     Q_PROPERTY(double textShadowStrength READ textShadowStrength NOTIFY colorsChanged)
-    /// Of each blob red, green and blue, 0 to 1, and the opacity at its centre.
-    Q_PROPERTY(QVector4D blobColor0 READ blobColor0 NOTIFY colorsChanged)
-    Q_PROPERTY(QVector4D blobColor1 READ blobColor1 NOTIFY colorsChanged)
-    Q_PROPERTY(QVector4D blobColor2 READ blobColor2 NOTIFY colorsChanged)
-    Q_PROPERTY(QVector4D blobColor3 READ blobColor3 NOTIFY colorsChanged)
-    Q_PROPERTY(QVector4D blobColor4 READ blobColor4 NOTIFY colorsChanged)
-    Q_PROPERTY(QVector4D blobColor5 READ blobColor5 NOTIFY colorsChanged)
-    /// Of each blob x and y of the centre, the radius and the blur's radius, in points.
-    Q_PROPERTY(QVector4D blob0 READ blob0 NOTIFY blobsChanged)
-    Q_PROPERTY(QVector4D blob1 READ blob1 NOTIFY blobsChanged)
-    Q_PROPERTY(QVector4D blob2 READ blob2 NOTIFY blobsChanged)
-    Q_PROPERTY(QVector4D blob3 READ blob3 NOTIFY blobsChanged)
-    Q_PROPERTY(QVector4D blob4 READ blob4 NOTIFY blobsChanged)
-    Q_PROPERTY(QVector4D blob5 READ blob5 NOTIFY blobsChanged)
 
   public:
     /// Gives the seconds since the reference date.
@@ -77,18 +63,8 @@ class ArtworkGradientModel : public QObject {
     [[nodiscard]] QColor firstColor() const { return cachedColors_.first.toColor(); }
     [[nodiscard]] QColor secondColor() const { return cachedColors_.second.toColor(); }
     [[nodiscard]] double textShadowStrength() const;
-    [[nodiscard]] QVector4D blobColor0() const { return blobColor(0); }
-    [[nodiscard]] QVector4D blobColor1() const { return blobColor(1); }
-    [[nodiscard]] QVector4D blobColor2() const { return blobColor(2); }
-    [[nodiscard]] QVector4D blobColor3() const { return blobColor(3); }
-    [[nodiscard]] QVector4D blobColor4() const { return blobColor(4); }
-    [[nodiscard]] QVector4D blobColor5() const { return blobColor(5); }
-    [[nodiscard]] QVector4D blob0() const { return blobs_[0]; }
-    [[nodiscard]] QVector4D blob1() const { return blobs_[1]; }
-    [[nodiscard]] QVector4D blob2() const { return blobs_[2]; }
-    [[nodiscard]] QVector4D blob3() const { return blobs_[3]; }
-    [[nodiscard]] QVector4D blob4() const { return blobs_[4]; }
-    [[nodiscard]] QVector4D blob5() const { return blobs_[5]; }
+    /// What is shown now; without glow where nothing of the program can be seen.
+    [[nodiscard]] GradientScene scene() const;
 
   Q_SIGNALS:
     void imageChanged();
@@ -98,11 +74,10 @@ class ArtworkGradientModel : public QObject {
     void canBeSeenChanged();
     void areaChanged();
     void colorsChanged();
-    void blobsChanged();
+    void blobsChanged(); // of place
 
   private:
     [[nodiscard]] double interval() const;
-    [[nodiscard]] QVector4D blobColor(std::size_t index) const;
     void updateColors();
     void placeBlobs();
     void step();
@@ -119,8 +94,8 @@ class ArtworkGradientModel : public QObject {
     bool isActive_ = true;
     bool canBeSeen_ = true;
     QSizeF area_{0, 0};
-    std::array<QVector4D, 6> blobs_;
-    QTimer timer_; // one shot, to the start of the next step
+    std::array<PlacedBlob, 6> blobs_; // without their colours
+    QTimer timer_;                    // one shot, to the start of the next step
 };
 
 } // namespace tamsy

@@ -107,7 +107,7 @@ TEST_F(ArtworkGradientModelTest, ColorsFollowTheCoverButNotDuringASeek) {
     model.setIsSeeking(false);
     EXPECT_EQ(colors.count(), 2);
     EXPECT_EQ(model.firstColor(), red);
-    EXPECT_NEAR(model.blobColor0().w(), 0.8 * 0.9, 1e-6);
+    EXPECT_NEAR(model.scene().blobs[0].opacity, 0.8 * 0.9, 1e-6);
 }
 
 TEST_F(ArtworkGradientModelTest, StepsAreQuantisedByTheForm) {
@@ -120,12 +120,12 @@ TEST_F(ArtworkGradientModelTest, StepsAreQuantisedByTheForm) {
         return static_cast<float>(
             blobPosition(blob(VerticalStyle(), {0.5, 0.5}, {0, 0}), {1200, 800}, t).y());
     };
-    EXPECT_FLOAT_EQ(model.blob0().y(), expected(narrow));
+    EXPECT_FLOAT_EQ(model.scene().blobs[0].y, expected(narrow));
     model.setIsFullScreen(true);
-    EXPECT_FLOAT_EQ(model.blob0().y(), expected(1.0 / 60));
+    EXPECT_FLOAT_EQ(model.scene().blobs[0].y, expected(1.0 / 60));
     EXPECT_NE(expected(1.0 / 60), expected(narrow));
-    EXPECT_FLOAT_EQ(model.blob0().z(), 2 * 800 * 0.2F);
-    EXPECT_FLOAT_EQ(model.blob0().w(), 6);
+    EXPECT_FLOAT_EQ(model.scene().blobs[0].radius, 2 * 800 * 0.2F);
+    EXPECT_FLOAT_EQ(model.scene().blobs[0].deviation, 6);
 }
 
 TEST(ArtworkGradientTimerTest, StepsComeAtTheFormsRateAndOnlyWhileItCanBeSeen) {
@@ -149,9 +149,10 @@ TEST(ArtworkGradientTimerTest, StepsComeAtTheFormsRateAndOnlyWhileItCanBeSeen) {
     EXPECT_GT(steps.count(), 0);
     model.setIsActive(false);
     EXPECT_EQ(stepsIn(200), 0);
-    const QVector4D former = model.blob0();
+    const PlacedBlob former = model.scene().blobs[0];
+    EXPECT_EQ(former.opacity, 0);
     model.setIsActive(true); // stands at once where the clock puts it
-    EXPECT_NE(model.blob0(), former);
+    EXPECT_NE(model.scene().blobs[0].y, former.y);
 }
 
 } // namespace

@@ -1,0 +1,170 @@
+#include "Views/Background/ArtworkGradientModel.h"
+#include "Views/Background/GradientMesh.h"
+
+#include <QRandomGenerator>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+using namespace tamsy;
+
+namespace {
+
+/// A background of random blobs and colours at a random time.
+GradientScene scene(QSizeF area, quint32 seed) {
+    QRandomGenerator random(seed);
+    BlobConfigs configs;
+    for (std::size_t index = 0; index < configs.size(); ++index)
+        configs[index] = BlobConfig::random(static_cast<int>(index), random);
+    QImage cover(4, 3, QImage::Format_RGB32);
+    for (int pixel = 0; pixel < 12; ++pixel)
+        cover.setPixel(pixel % 4, pixel / 4, random.generate());
+    ArtworkGradientModel model([time = 8e8 + random.bounded(1e6)] { return time; }, configs);
+    model.setImage(cover);
+    model.setArea(area);
+    return model.scene();
+}
+
+/// A blob's opacity by the plain definition: the cone within the area, averaged under a Gaussian.
+double blurredCone(const GradientScene& scene, const PlacedBlob& blob, double x, double y) {
+    constexpr int reach = 11; // thirds of the deviation, sampled in their middles
+    double sum = 0;
+    double weights = 0;
+    for (int row = -reach; row < reach; ++row) {
+        for (int column = -reach; column < reach; ++column) {
+            const double dx = (column + 0.5) * blob.deviation / 3;
+            const double dy = (row + 0.5) * blob.deviation / 3;
+            const double weight =
+                std::exp(-(dx * dx + dy * dy) / (2 * blob.deviation * blob.deviation));
+            weights += weight;
+            if (x + dx >= 0 && x + dx < scene.width && y + dy >= 0 && y + dy < scene.height) {
+                const double away = std::hypot(x + dx - blob.x, y + dy - blob.y);
+                sum += weight * std::max(1 - away / blob.radius, 0.0);
+            }
+        }
+    }
+    return blob.opacity * sum / weights;
+}
+
+/// The layers one after another, as they are meant.
+double plainColor(const GradientScene& scene, std::size_t part, double x, double y) {
+    const double w = scene.width;
+    const double h = scene.height;
+    const double along = (x * w + y * h) / (w * w + h * h);
+    double value = std::lerp(scene.firstColor[part], scene.secondColor[part], along);
+    value *= 1 - 0.06 * std::max(1 - std::hypot(x - w / 2, y - h / 2) / 1000, 0.0);
+    value *= 1 - 0.08 * (1 - x / w);
+    value *= 1 - 0.08 * (1 - y / h);
+    for (const PlacedBlob& blob : scene.blobs) {
+        const double screen = 1 - (1 - value) * (1 - blob.color[part]);
+        value += (screen - value) * blurredCone(scene, blob, x, y);
+    }
+    return value;
+}
+
+TEST(GradientSceneTest, TheClosedFormIsTheLayersOneAfterAnother) {
+    for (const quint32 seed : {1U, 2U, 3U}) {
+        const GradientScene shown = scene({900, 600}, seed);
+        std::vector<GradientVertex> places;
+        for (float y = 0.5F; y < 600; y += 33) {
+            for (const float x : {0.5F, 2.5F, 9.5F, 177.5F, 330.5F, 590.5F, 790.5F, 899.5F})
+                places.push_back({x, y, {}});
+        }
+        shown.color(places);
+        double worst = 0;
+        for (const auto& [x, y, color] : places) {
+            for (const std::size_t part : {0U, 1U, 2U})
+                worst = std::max(worst, std::abs(color[part] - plainColor(shown, part, x, y)));
+        }
+        // In the last pixels before a side the closed form leaves a blob's slope under its blur
+        // out.
+        EXPECT_LE(worst * 255, 3.5) << "seed " << seed;
+    }
+}
+
+/// Every place that the corners are the worst guide to: the middles of a triangle and of its edges.
+double worstBetweenCorners(const GradientScene& scene, const GradientMesh& mesh) {
+    const auto vertices = mesh.vertices();
+    const auto indices = mesh.indices();
+    std::vector<GradientVertex> places;
+    for (std::size_t i = 0; i < indices.size(); i += 3) {
+        const GradientVertex* corners[] = {&vertices[indices[i]], &vertices[indices[i + 1]],
+                                           &vertices[indices[i + 2]]};
+        constexpr float third = 1.0F / 3;
+        constexpr std::array<float, 3> shares[] = {
+            {third, third, third}, {0.5F, 0.5F, 0}, {0, 0.5F, 0.5F}, {0.5F, 0, 0.5F}};
+        for (const auto& share : shares) {
+            GradientVertex place;
+            for (std::size_t corner = 0; corner < 3; ++corner) {
+                place.x += share[corner] * corners[corner]->x;
+                place.y += share[corner] * corners[corner]->y;
+                for (std::size_t part = 0; part < 3; ++part)
+                    place.color[part] += share[corner] * corners[corner]->color[part];
+            }
+            places.push_back(place);
+        }
+    }
+    std::vector<GradientVertex> exact = places;
+    scene.color(exact);
+    double worst = 0;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        for (std::size_t part = 0; part < 3; ++part)
+            worst = std::max<double>(worst, std::abs(places[i].color[part] - exact[i].color[part]));
+    }
+    return worst * 255;
+}
+
+TEST(GradientMeshTest, ColorsBetweenCornersAreTheScenes) {
+    GradientMesh mesh;
+    quint32 seed = 0;
+    for (const QSizeF area : {QSizeF(1200, 800), QSizeF(999, 700), QSizeF(480, 900),
+                              QSizeF(3840, 2160), QSizeF(300, 200), QSizeF(2000, 250)}) {
+        for (int round = 0; round < 8; ++round) {
+            const GradientScene shown = scene(area, ++seed);
+            mesh.build(shown);
+            EXPECT_LE(worstBetweenCorners(shown, mesh), 2)
+                << area.width() << " x " << area.height() << ", seed " << seed;
+        }
+    }
+}
+
+TEST(GradientMeshTest, TrianglesTileTheAreaAndMeetAtWholeEdges) {
+    using Place = std::pair<float, float>;
+    GradientMesh mesh;
+    for (const QSizeF area : {QSizeF(1200, 800), QSizeF(1, 1), QSizeF(16384, 200),
+                              QSizeF(37.5, 1000.25), QSizeF(3840, 2160), QSizeF(0, 5)}) {
+        mesh.build(scene(area, 9));
+        double covered = 0;
+        std::multiset<std::pair<Place, Place>> edges;
+        for (std::size_t i = 0; i < mesh.indices().size(); i += 3) {
+            Place corners[3];
+            for (std::size_t corner = 0; corner < 3; ++corner) {
+                const GradientVertex& vertex = mesh.vertices()[mesh.indices()[i + corner]];
+                corners[corner] = {vertex.x, vertex.y};
+            }
+            for (std::size_t corner = 0; corner < 3; ++corner)
+                edges.emplace(corners[corner], corners[(corner + 1) % 3]);
+            const auto& [a, b, c] = corners;
+            const double twice = double{b.first - a.first} * (c.second - a.second) -
+                                 double{c.first - a.first} * (b.second - a.second);
+            EXPECT_GT(twice, 0); // all turn the same way
+            covered += twice / 2;
+        }
+        const double whole = area.width() * area.height();
+        EXPECT_NEAR(covered, whole, 1e-4 * whole) << area.width();
+        // Each edge is passed once in both directions, or lies at a side.
+        const auto isAtSide = [&](const Place& a, const Place& b) {
+            return (a.first == b.first && (a.first == 0 || a.first == float(area.width()))) ||
+                   (a.second == b.second && (a.second == 0 || a.second == float(area.height())));
+        };
+        for (const auto& [from, to] : edges) {
+            EXPECT_EQ(edges.count({from, to}), 1U);
+            EXPECT_EQ(edges.count({to, from}), isAtSide(from, to) ? 0U : 1U)
+                << area.width() << ": " << from.first << ", " << from.second;
+        }
+        EXPECT_LE(mesh.indices().size() / 3, 40000U); // few, whatever the window
+    }
+}
+
+} // namespace
