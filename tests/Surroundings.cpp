@@ -78,4 +78,9 @@ extern "C" const char* __lsan_default_options();
 extern "C" const char* __lsan_default_options() {
     return "print_suppressions=0";
 }
+// libpulse publishes a mutex to its threads by atomic operations that the race detector can't see.
+extern "C" const char* __tsan_default_suppressions();
+extern "C" const char* __tsan_default_suppressions() {
+    return "race:^pa_mutex_lock$\nrace:^pa_mutex_unlock$\n";
+}
 // NOLINTEND(bugprone-reserved-identifier)
