@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -116,9 +117,7 @@ int main(int argc, char** argv) {
                    stderr);
         return 2;
     }
-    char* absolute = ::realpath(argv[1], nullptr); // the library leaves the working directory
-    root = absolute != nullptr ? absolute : argv[1];
-    std::free(absolute);
+    root = std::filesystem::absolute(argv[1]); // the library leaves the working directory
     delay = Seconds(std::atof(argv[3]) / 1000);
     bytesPerSecond = std::atof(argv[4]) * 1e6;
     std::signal(SIGUSR1, [](int) { hangs = true; });

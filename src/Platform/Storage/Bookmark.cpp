@@ -97,7 +97,7 @@ std::vector<std::optional<FileURL>> Bookmark::resolve(const QList<QByteArray>& b
     for (const QByteArray& bytes : bookmarks) {
         const auto folder = parse(bytes);
         unanswered.push_back(folder ? Resolved(folder->url) : std::nullopt);
-        questions.push_back([folder] { return folder ? find(*folder) : std::nullopt; });
+        questions.emplace_back([folder] { return folder ? find(*folder) : std::nullopt; });
     }
     const auto answers = answersWithin(limit, std::move(questions));
     std::vector<Resolved> resolved;

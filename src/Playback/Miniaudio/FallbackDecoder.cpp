@@ -138,7 +138,8 @@ bool isKnownContainer(const AudioFile& file) {
 bool holdsMpegAudio(const AudioFile& file) {
     constexpr std::size_t enough = 512; // the format comes first but for small chunks
     constexpr std::string_view formatChunk = "fmt ";
-    constexpr std::uint16_t mpeg = 0x50, layer3 = 0x55;
+    constexpr std::uint16_t mpeg = 0x50;
+    constexpr std::uint16_t layer3 = 0x55;
     std::array<std::byte, enough> buffer{};
     const auto bytes = file.read(endOfLeadingTags(file), buffer);
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
@@ -146,7 +147,8 @@ bool holdsMpegAudio(const AudioFile& file) {
     if (!text.starts_with("RIFF") || chunk == std::string_view::npos)
         return false;
     ByteCursor cursor(bytes);
-    const auto tag = cursor.seek(chunk + 8) ? cursor.readU16le() : std::nullopt;
+    const std::uint16_t tag =
+        cursor.seek(chunk + 8) ? cursor.readU16le().value_or(0) : std::uint16_t{0};
     return tag == mpeg || tag == layer3;
 }
 

@@ -67,7 +67,8 @@ TEST(GradientSceneTest, TheClosedFormIsTheLayersOneAfterAnother) {
     for (const quint32 seed : {1U, 2U, 3U}) {
         const GradientScene shown = scene({900, 600}, seed);
         std::vector<GradientVertex> places;
-        for (float y = 0.5F; y < 600; y += 33) {
+        for (int row = 0; row < 600; row += 33) {
+            const float y = static_cast<float>(row) + 0.5F;
             for (const float x : {0.5F, 2.5F, 9.5F, 177.5F, 330.5F, 590.5F, 790.5F, 899.5F})
                 places.push_back({x, y, {}});
         }
