@@ -149,7 +149,7 @@ bool StoredFile::keepPrevious() const {
         return content && replacePrevious(*content);
     }
     const bool isKept = ::rename(temporary.constData(), previous.constData()) == 0;
-    ::unlink(temporary.constData()); // still there if both names were one file's already
+    ::unlink(temporary.constData()); // rename leaves it if both names were links to one file
     return isKept;
 }
 

@@ -186,7 +186,7 @@ bool UserDefaults::write(const QByteArray& key, const QByteArray& value) {
         damaged_.remove(key);
         lock.unlock();
     }
-    // Where there is no room for a copy the value is stored without one.
+    // If the copy fails, for want of room say, the value is stored all the same.
     if (keepsPrevious)
         static_cast<void>(previous.isNull() ? file.keepPrevious() : file.replacePrevious(previous));
     const bool isWritten = file.replace(value);
