@@ -11,7 +11,7 @@
 namespace tamsy {
 namespace {
 
-/// Counts the operations of all queues. Initialised before main, so that it outlives every thread.
+/// Counts the operations of all queues.
 struct Unfinished {
     void add() {
         const std::scoped_lock lock(mutex);
@@ -27,7 +27,10 @@ struct Unfinished {
     std::mutex mutex; // guards the number
     std::condition_variable changed;
     std::size_t operations = 0;
-} unfinished;
+};
+
+/// Never destroyed: a thread that is stuck in a file may still use it while the program ends.
+Unfinished& unfinished = *new Unfinished;
 
 } // namespace
 
