@@ -36,14 +36,27 @@ function(tamsy_qml_sources target)
     target_sources(${target} PRIVATE ${ARGN})
     target_compile_definitions(${target} PRIVATE
         $<TARGET_PROPERTY:tamsy_options,INTERFACE_COMPILE_DEFINITIONS>)
+    tamsy_precompile(${target} _views)
 endfunction()
 
-# tamsy_library(NAME SOURCES file… LINK target…): one floor, or one room of it.
+# tamsy_library(NAME [OWN_HEADERS] SOURCES file… LINK target…): one floor, or one room of it. OWN_HEADERS
+# is for those that the precompiled ones do not fit: without Qt, or with other options.
 function(tamsy_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
+    cmake_parse_arguments(ARG "OWN_HEADERS" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE tamsy_options ${ARG_PRIVATE_LINK})
+    if(NOT ARG_OWN_HEADERS)
+        tamsy_precompile(${name})
+    endif()
+endfunction()
+
+# tamsy_source_options(option… SOURCES file…): options for some sources of a target. The compiler takes
+# precompiled headers only with the options that they were made with.
+function(tamsy_source_options)
+    cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+    set_source_files_properties(${ARG_SOURCES} PROPERTIES
+        COMPILE_OPTIONS "${ARG_UNPARSED_ARGUMENTS}" SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
 # Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
@@ -69,6 +82,7 @@ function(tamsy_test name)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name}
         PRIVATE tamsy_options tamsy_surroundings ${ARG_LINK} GTest::gmock GTest::gtest)
+    tamsy_precompile(${name} _tests)
     # Fixtures that all builds of this tree share.
     target_compile_definitions(${name} PRIVATE
         TAMSY_TOOLS="${PROJECT_SOURCE_DIR}/tools"
