@@ -6,6 +6,11 @@ set(TAMSY_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 
+# GCC's flow analysis is right only with all optimisations, and without a sanitizer's additions.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+    list(APPEND TAMSY_WARNINGS -Wno-maybe-uninitialized)
+endif()
+
 add_library(tamsy_options INTERFACE)
 target_compile_options(tamsy_options INTERFACE ${TAMSY_WARNINGS})
 target_compile_definitions(tamsy_options INTERFACE
@@ -15,9 +20,6 @@ target_compile_definitions(tamsy_options INTERFACE
 if(TAMSY_SANITIZE)
     add_compile_options(-fsanitize=${TAMSY_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${TAMSY_SANITIZE})
-    # GCC's flow analysis sees paths that only the instrumentation makes.
-    target_compile_options(tamsy_options INTERFACE
-        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 if(TAMSY_FUZZ)
     # Every line of ours reports to the fuzzer; only its targets bring it along.
@@ -28,11 +30,7 @@ endif()
 # tamsy_qml_sources(TARGET file…): adds hand-written sources to a QML module. The strict warnings hold
 # for them and not for what Qt generates beside them.
 function(tamsy_qml_sources target)
-    set(options ${TAMSY_WARNINGS})
-    if(TAMSY_SANITIZE)
-        list(APPEND options $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
-    endif()
-    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${options}")
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${TAMSY_WARNINGS}")
     target_sources(${target} PRIVATE ${ARGN})
     target_compile_definitions(${target} PRIVATE
         $<TARGET_PROPERTY:tamsy_options,INTERFACE_COMPILE_DEFINITIONS>)
