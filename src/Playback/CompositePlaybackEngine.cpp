@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::array<std::string_view, 5> miniaudioFormats = {"mp3", "wav", "flac", "ogg", "oga"};
 
-/// Sends every value of `source` on `target`. The subject's value is held by all of its copies, so
-/// a send that is under way on another thread outlives the engine harmlessly.
+/// Forwards every value of `source` to `target`. Copies of a subject share its state, so a
+/// concurrent send on another thread may safely outlive the engine.
 template <typename T>
 Subscription forward(const Publisher<T>& source, ValueSubject<T> target) {
     return source.subscribe(
@@ -64,7 +64,7 @@ void CompositePlaybackEngine::pause() {
 }
 
 void CompositePlaybackEngine::stop() {
-    // Before the values are cut off, so that the engine's last ones still pass.
+    // Before the subscriptions end, so that the engine's last values are forwarded.
     if (activeEngine_ != nullptr)
         activeEngine_->stop();
     cancellables_.clear();

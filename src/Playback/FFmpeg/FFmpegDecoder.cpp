@@ -15,10 +15,10 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// Packets that one call works through at most, so that a damaged stretch holds nobody up.
+/// The maximum number of packets per call, so that damage blocks nobody.
 constexpr int packetsPerCall = 32;
 
-/// Frames in a packet where the file doesn't say: those of the commonest codec.
+/// Frames per packet if the file doesn't say, as in the most common codec.
 constexpr int usualPacketFrames = 1024;
 
 } // namespace
@@ -62,7 +62,7 @@ FFmpegDecoder::open(const char* path, const std::atomic<bool>& abandoned, const 
     std::unique_ptr<FFmpegDecoder> decoder(new FFmpegDecoder(std::move(file), std::move(codec)));
     if (!decoder->packet_ || !decoder->frame_)
         return nullptr;
-    // The first sound proves that the codec likes the data, and its time stamp is the file's zero.
+    // The first sound proves that the codec accepts the data; its time stamp is the file's origin.
     for (int call = 0; call < 4 && !decoder->pending_; ++call) {
         const Block block = decoder->decodeNext();
         if (!block.frames.empty() || block.ended)
@@ -115,7 +115,7 @@ MediaDecoder::Block FFmpegDecoder::decodeBlock() {
 }
 
 void FFmpegDecoder::feed() {
-    // A packet that the decoder refuses is a damaged one: the next may be sound again.
+    // A packet that the decoder rejects is damaged; the next may be intact.
     if (file_->readPacket(*packet_)) {
         if (!position_)
             noteNumber(*packet_);
@@ -126,9 +126,9 @@ void FFmpegDecoder::feed() {
     }
 }
 
-/// After a seek the demuxer guesses the times of FLAC in Ogg, and of ADPCM from a rounded byte
-/// rate; the packets themselves tell where they stand. Those of Speex don't: there the next page's
-/// first packet has a time that the file tells.
+/// After a seek the demuxer estimates the times of FLAC in Ogg, and of ADPCM from a rounded byte
+/// rate; the packets have exact positions. Those of Speex don't: there the next page's first packet
+/// has a time that the file tells.
 void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     const AVCodecParameters& parameters = file_->codecParameters();
     const auto bytesOf = [](const std::uint8_t* data, int size) {
@@ -161,7 +161,7 @@ void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     }
 }
 
-/// The number of its first sample in the stream.
+/// The number of the packet's first sample in the stream.
 std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
     if (blockNumber_)
         return *blockNumber_ * frame.nb_samples;
@@ -198,8 +198,8 @@ void FFmpegDecoder::restartAt(double seconds) {
     restartOffset_.reset();
 }
 
-/// Decodes up to `target` and keeps what lies behind it as the next block. False if the first sound
-/// came too late for the target.
+/// Decodes up to `target` and keeps what follows as the next block. False if decoding started after
+/// the target.
 bool FFmpegDecoder::reach(std::int64_t target) {
     Block block;
     do {
@@ -216,7 +216,7 @@ double FFmpegDecoder::seek(double seconds) {
     const double length = file_->duration();
     const double bounded = std::isfinite(length) ? std::min(seconds, length) : seconds;
     const std::int64_t target = std::llround(std::max(0.0, seconds) * mediaSampleRate);
-    // A codec needs the packets ahead of the target, and an index may be too coarse to name them.
+    // A codec needs the packets before the target, and an index may be too coarse to find them.
     for (const double lead : {preRoll(), preRoll() + 1, bounded + preRoll()}) {
         restartAt(bounded - lead);
         if (reach(target))

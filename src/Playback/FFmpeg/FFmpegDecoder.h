@@ -14,7 +14,7 @@ struct AVPacket;
 
 namespace tamsy {
 
-/// Decodes one file's sound on the calling thread.
+/// Decodes a file on the calling thread.
 class FFmpegDecoder : public MediaDecoder {
   public:
     /// `range` is the part of the file to play. Nothing if it or its codec can't be opened.

@@ -20,17 +20,17 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// What a question or a move counts for among the bytes that may be read: a file that is nothing
-/// but empty chunks makes the demuxer ask millions of times.
+/// The cost of a small read or a seek in bytes: a file of empty chunks makes the demuxer do
+/// millions of them.
 constexpr std::int64_t seekCost = 256;
 
-constexpr int bufferSize = 64 * 1024; // bytes: some two seconds of compressed sound a call
+constexpr int bufferSize = 64 * 1024; // bytes: about two seconds of compressed sound
 
 } // namespace
 
 std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<bool>& abandoned,
                                            const FileRange& range) {
-    // Without waiting: a pipe of this name would hold the thread until somebody writes.
+    // Non-blocking: a pipe would block the thread until somebody writes.
     const int descriptor = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
         return nullptr;
@@ -90,7 +90,7 @@ void FileInput::replaceHiddenNames(std::span<std::uint8_t> bytes) const {
     }
 }
 
-/// As `pread`, from where the sound's container begins.
+/// Like `pread`, with offsets from the start of the container.
 ssize_t FileInput::readOnce(std::int64_t offset, void* target, std::size_t size) const {
     ssize_t count = 0;
     size = std::min(size, static_cast<std::size_t>(std::max<std::int64_t>(0, end_ - offset)));
@@ -148,7 +148,7 @@ std::int64_t FileInput::size() const {
                : AVERROR(errno);
 }
 
-/// The length of an ID3v2 tag where the sound would begin, 0 if there is none.
+/// The size of an ID3v2 tag at the start, 0 if there is none.
 std::int64_t FileInput::leadingTagSize() const {
     std::array<std::byte, Id3v2Header::size> bytes{};
     const std::int64_t available = std::max<std::int64_t>(0, size());

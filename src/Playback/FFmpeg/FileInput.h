@@ -20,9 +20,9 @@ struct FileRange {
     std::int64_t end = INT64_MAX;
 };
 
-/// One local file as the demuxer's only source of bytes. It is opened by the bytes of its name and
-/// read through its descriptor, so no name is ever taken for an address of another kind. A tag
-/// ahead of the sound (ID3v2) is left out: one with a large picture would hide what follows it.
+/// A local file, the demuxer's only source of bytes. It is opened by its path in bytes, so that no
+/// path is taken for a URL. Leading ID3v2 tags are skipped: one with a large picture would hide the
+/// container from the demuxer.
 class FileInput {
   public:
     /// Opens a regular file, or a part of it; nothing for anything else. Reads fail once
@@ -33,11 +33,12 @@ class FileInput {
     FileInput& operator=(const FileInput&) = delete;
     ~FileInput();
 
-    /// Lets the demuxer read so many bytes from now on; then it meets the file's end.
+    /// Limits how many bytes the demuxer may read from now on; after that it gets the end of the
+    /// file.
     void allow(std::int64_t bytes) { allowed_ = bytes; }
 
-    /// Reads from `offset`, as much as `target` takes or the file holds, whatever `allow` says.
-    /// Gives the part of `target` that was filled.
+    /// Reads from `offset` until `target` is full or the file ends, regardless of `allow`. Returns
+    /// the part of `target` that was filled.
     [[nodiscard]] std::span<const std::byte> readAt(std::int64_t offset,
                                                     std::span<std::byte> target) const;
 
@@ -45,11 +46,11 @@ class FileInput {
     /// the four bytes at each of `offsets`.
     void hideNames(std::vector<std::int64_t> offsets) { hiddenNames_ = std::move(offsets); }
 
-    /// In bytes; negative where it can't be told.
+    /// The size in bytes; negative if unknown.
     [[nodiscard]] std::int64_t size() const;
 
-    /// Tells the system whether reads jump about: it then fetches nothing beyond them. At first it
-    /// takes them for sequential.
+    /// Tells the system whether reads are random, which turns read-ahead off. Initially they count
+    /// as sequential.
     void expectRandomReads(bool isRandom) const;
 
     [[nodiscard]] AVIOContext* context() const { return context_; }

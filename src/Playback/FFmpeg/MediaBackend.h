@@ -8,40 +8,38 @@
 
 namespace tamsy {
 
-/// One open file as a run of stereo frames. One thread at a time.
+/// An open file that is decoded to stereo frames. One thread at a time.
 class MediaDecoder {
   public:
     struct Block {
         std::span<const StereoFrame> frames; // valid until the next call
-        bool ended = false;                  // nothing comes after `frames`
+        bool ended = false;                  // nothing follows `frames`
     };
 
     virtual ~MediaDecoder() = default;
 
-    /// Length in seconds as the file tells it; not finite when it doesn't. An estimate while
-    /// `scanMore` has work left.
+    /// The duration in seconds; not finite if unknown. An estimate while `scanMore` has work left.
     [[nodiscard]] virtual double duration() const = 0;
 
-    /// The next frames. The work of one call is bounded, so it may give none before the end.
+    /// The next frames. The work per call is limited, so it may return none before the end.
     [[nodiscard]] virtual Block decode() = 0;
 
-    /// Goes to `seconds`, exact to a frame, or to the end of the file if that comes first. Gives
-    /// the position in seconds of the frame that `decode` gives next.
+    /// Seeks to `seconds`, exact to a frame, or to the end of the file if that is earlier. Returns
+    /// the position in seconds of the next frame that `decode` returns.
     virtual double seek(double seconds) = 0;
 
-    /// Does a piece of what opening a slow file left for later; false once nothing is left.
+    /// Does a step of the work that opening a slow file has left; false once nothing is left.
     virtual bool scanMore() { return false; }
 };
 
-/// The libraries behind the media player. They are large, so they live in a module that is loaded
-/// with the first file that needs it.
+/// The media player's libraries. They are large, so they are in a module that is loaded with the
+/// first file that needs it.
 class MediaBackend {
   public:
     virtual ~MediaBackend() = default;
 
-    /// Opens the local file at `path`, given in the bytes of its name. Reading stops early once
-    /// `abandoned` is true; it must outlive the decoder. Nothing if it holds no sound that can be
-    /// played.
+    /// Opens the local file at `path` (bytes). Reads fail once `abandoned` is true; it must outlive
+    /// the decoder. Null if the file has no sound that can be played.
     [[nodiscard]] virtual std::unique_ptr<MediaDecoder>
     openFile(const char* path, const std::atomic<bool>& abandoned) = 0;
 
@@ -51,7 +49,7 @@ class MediaBackend {
                                                                   bool maySilent) = 0;
 };
 
-/// The module's one entry point, by the name below; what it gives lives as long as the process.
+/// The module's only entry point, by the name below. The result lives as long as the process.
 using MediaBackendEntry = MediaBackend* (*)();
 inline constexpr const char* mediaBackendEntryName = "tamsyMediaBackend";
 

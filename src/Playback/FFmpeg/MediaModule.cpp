@@ -13,7 +13,7 @@ namespace {
 
 class FFmpegAndOutputs : public MediaBackend {
   public:
-    // What the libraries say about broken files goes to a stream that nobody reads.
+    // The libraries' messages about damaged files are dropped.
     FFmpegAndOutputs() { av_log_set_level(AV_LOG_QUIET); }
 
     std::unique_ptr<MediaDecoder> openFile(const char* path,

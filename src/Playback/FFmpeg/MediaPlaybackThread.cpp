@@ -12,15 +12,16 @@
 namespace tamsy {
 namespace {
 
-/// A thread that hasn't seen a new item for so long hangs in the last one.
+/// A thread that hasn't taken a new item for this long hangs in the previous one.
 constexpr auto stuckLimit = std::chrono::milliseconds(200);
 
-/// Threads that may hang in files that don't answer; then new items wait for one of them.
+/// The maximum number of threads that hang in dead file systems; then new items wait for one of
+/// them.
 constexpr int maxStuckThreads = 8;
 
 constexpr auto endLimit = std::chrono::milliseconds(500);
 
-/// Reports on their way to the interface thread, in order.
+/// A queue of reports for the interface thread.
 class ReportBox {
   public:
     explicit ReportBox(QObject* receiver) : receiver_(receiver) {}
@@ -39,14 +40,14 @@ class ReportBox {
         return std::exchange(reports_, {});
     }
 
-    /// Nothing is sent to the receiver after this.
+    /// Nothing is delivered after this.
     void close() {
         const std::scoped_lock lock(mutex_);
         receiver_ = nullptr;
     }
 
   private:
-    std::mutex mutex_; // guards what follows
+    std::mutex mutex_; // guards everything below
     QObject* receiver_;
     std::vector<PlaybackReport> reports_;
 };
@@ -58,7 +59,7 @@ std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer, bool maySilent)
 
 } // namespace
 
-/// What both threads hold, so that it outlives whichever ends first.
+/// What both threads share, either of which may end first.
 struct MediaPlaybackThread::Shared {
     explicit Shared(QObject* receiver) : reports(receiver) {}
 

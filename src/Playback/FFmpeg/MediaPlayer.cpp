@@ -13,15 +13,15 @@
 namespace tamsy {
 namespace {
 
-constexpr int supplyInterval = 100; // milliseconds between two looks whether sound still flows
+constexpr int supplyInterval = 100; // milliseconds between checks for underruns
 
 constexpr int endReportInterval = 50; // milliseconds
 
-/// How long the end is reported at least, in milliseconds, from the end and from the taking on.
+/// The minimum time for which the end is reported, in milliseconds, from the end and from loading.
 constexpr qint64 endHoldAfterEnd = 100;
 constexpr qint64 endHoldAfterStart = 600;
 
-/// Beyond any file's end, in seconds, and still countable in frames.
+/// Past the end of any file, in seconds, and still representable in frames.
 constexpr double longestFile = 1e9;
 
 /// Positions this close are the same frame.
@@ -230,7 +230,7 @@ void MediaPlayer::runTimers(bool running) {
     }
 }
 
-/// A file that can't keep up is silent and says so, until it can again.
+/// Reports an underrun and its end.
 void MediaPlayer::watchSupply() {
     const bool isDry = thread_.hasRunDry();
     if (isDry == hasRunDry_)

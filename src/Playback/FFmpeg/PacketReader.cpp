@@ -20,20 +20,20 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// Containers that a music file may be, whatever its name says. Play lists and manifests, which
-/// refer to other files, are not among them.
+/// The supported containers, whatever the file's extension. Playlists and manifests, which refer to
+/// other files, aren't among them.
 constexpr const char* containers = "mov,aac,loas,aiff,caf,wav,w64,flac,ogg,mp3,ac3,amr,au";
 
-/// Each container names itself at its start (behind a tag, which is skipped), so a file that is
-/// none of them is refused without reading far, in bytes.
+/// Each container is recognisable at its start (after a tag, which is skipped), so other files are
+/// rejected after this many bytes.
 constexpr int probeSize = 64 * 1024;
 
-/// Measuring by packets reads the whole file, an hour in two seconds. A larger file than this, in
-/// bytes, some ten hours, plays with the length that its bit rate suggests.
+/// Measuring by packets reads the whole file, two seconds for an hour of sound. A file larger than
+/// this, in bytes, about ten hours, plays with a duration estimated from its bit rate.
 constexpr std::int64_t measureLimit = 512LL << 20U;
 
-/// What may be read of a file, in bytes, to open it, to move in it, and for one packet. Large
-/// pictures and damage fit in; a search through a hole of gigabytes is cut short.
+/// How many bytes may be read to open a file, to seek in it, and for one packet. Enough for large
+/// pictures and damage; limits a search through a hole of gigabytes.
 constexpr std::int64_t openingBudget = 24LL << 20U;
 constexpr std::int64_t seekingBudget = 256LL << 20U;
 constexpr std::int64_t packetBudget = 64LL << 20U;
@@ -47,7 +47,7 @@ bool isRawAac(const AVFormatContext& format) {
     return std::string_view(format.iformat->name) == "aac";
 }
 
-/// The sound's stream with all others, such as covers and moving pictures, switched off.
+/// Selects the audio stream and disables all others, such as covers and video.
 AVStream* selectSound(AVFormatContext& format) {
     const std::span streams(format.streams, format.nb_streams);
     const int index = av_find_best_stream(&format, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
@@ -80,7 +80,7 @@ PacketReader::Format PacketReader::openFormat(AVIOContext* input) {
     context->pb = input;
     context->flags |= AVFMT_FLAG_CUSTOM_IO;
     context->format_probesize = probeSize;
-    // A crafted file makes no connection and opens no second file.
+    // A hostile file can't make connections or open other files.
     context->io_open = &refuseOpen;
     context->protocol_whitelist = av_strdup("file");
     context->format_whitelist = av_strdup(containers);
@@ -90,8 +90,8 @@ PacketReader::Format PacketReader::openFormat(AVIOContext* input) {
     av_dict_free(&options);
     if (result < 0)
         return nullptr;
-    // Raw AAC comes in whole packets already; taking each apart once more would be two thirds of
-    // the time that measuring such a file takes.
+    // Raw AAC packets are already complete frames; parsing them again takes two thirds of the time
+    // to measure such a file.
     if (isRawAac(*context))
         context->flags |= AVFMT_FLAG_NOPARSE;
     return Format(context);
@@ -107,7 +107,7 @@ PacketReader::open(const char* path, const std::atomic<bool>& abandoned, const F
     Format format = openFormat(input->context());
     if (!format)
         return nullptr;
-    // What is switched off is neither read nor decoded to learn more about it.
+    // Disabled streams aren't read or decoded to find out more about them.
     for (AVStream* stream : std::span(format->streams, format->nb_streams)) {
         if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
             stream->discard = AVDISCARD_ALL;
@@ -148,7 +148,7 @@ bool PacketReader::readPacket(AVPacket& packet) {
 
 void PacketReader::seek(std::int64_t timestamp) {
     input_->allow(seekingBudget);
-    // The first packet may stand ahead of zero: it only warms up the codec.
+    // The first packet may be before zero: it only primes the codec.
     const AVIndexEntry* first = avformat_index_get_entry(stream_, 0);
     timestamp = std::max(timestamp, first ? first->timestamp : 0);
     const int index = stream_->index;
@@ -159,7 +159,7 @@ void PacketReader::seek(std::int64_t timestamp) {
 void PacketReader::readDuration() {
     const AVCodecParameters& codec = *stream_->codecpar;
     const bool isPcm = av_get_exact_bits_per_sample(codec.codec_id) > 0;
-    // Plain samples are counted by the container, which spares reading them all.
+    // For PCM the container has the sample count, which saves reading the file.
     if (isPcm && stream_->nb_frames > 0 && codec.sample_rate > 0)
         duration_ = static_cast<double>(stream_->nb_frames) / codec.sample_rate;
     else if (format_->duration_estimation_method == AVFMT_DURATION_FROM_BITRATE)
@@ -197,13 +197,12 @@ double PacketReader::measure() {
     return inSeconds(length);
 }
 
-/// Walks through the file, as far as that takes no time to speak of. Of a file that is slow to
-/// read, samples have to do: the walk is finished later. False if the file isn't whole frames to
-/// its end.
+/// Scans the file for a limited time. For a file that is slow to read, samples are checked, and the
+/// scan is finished later. False if the file doesn't consist of complete frames.
 bool PacketReader::startWalk(AVPacket& packet) {
     using State = RawAacWalk::State;
     constexpr auto patience = std::chrono::milliseconds(20);
-    // The index knows the first packet once that has been read.
+    // The index has the first packet once it has been read.
     if (!readPacket(packet))
         return false;
     av_packet_unref(&packet);
@@ -234,7 +233,7 @@ double PacketReader::inSeconds(std::int64_t time) const {
 
 std::int64_t PacketReader::readThrough(AVPacket& packet) {
     std::int64_t length = 0;
-    // Reading to the end also fills the index, which makes each later seek exact.
+    // Reading to the end also fills the index, which makes later seeks exact.
     while (readPacket(packet)) {
         length += packet.duration;
         av_packet_unref(&packet);

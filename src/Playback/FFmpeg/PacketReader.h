@@ -15,14 +15,14 @@ struct AVStream;
 
 namespace tamsy {
 
-/// The packets of one file's sound. Pictures and other streams are passed over.
+/// Reads the packets of a file's audio stream. Other streams are skipped.
 class PacketReader {
   public:
     /// Opens the file or a part of it; nothing if it is no container that we play, holds no sound.
     [[nodiscard]] static std::unique_ptr<PacketReader>
     open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range);
 
-    /// Length in seconds; NaN if the file doesn't tell and can't be measured. An estimate while
+    /// The duration in seconds; NaN if it is unknown and can't be measured. An estimate while
     /// `scanMore` has work left.
     [[nodiscard]] double duration() const { return duration_; }
 
@@ -30,21 +30,21 @@ class PacketReader {
     /// is counted from there to its last page, wherever it was cut out.
     void noteStart(std::int64_t timestamp);
 
-    /// Does a piece of the measuring that opening left for later; false once nothing is left.
+    /// Does a step of the measuring that opening has left; false once nothing is left.
     bool scanMore();
 
     [[nodiscard]] const AVCodecParameters& codecParameters() const;
     [[nodiscard]] AVRational timeBase() const;
 
-    /// How far ahead of a target, in seconds, a seek has to aim for the time stamps to be right
-    /// there: those of an Ogg file's last page are guesses.
+    /// How far before its target, in seconds, a seek must aim so that time stamps are right at the
+    /// target: those in an Ogg file's last page are estimates.
     [[nodiscard]] double seekMargin() const;
 
-    /// Reads the next packet of the sound; false at the end, or when no more can be read.
+    /// Reads the next audio packet; false at the end or after an error.
     [[nodiscard]] bool readPacket(AVPacket& packet);
 
-    /// Goes to a packet at or before `timestamp`, in units of `timeBase`; to the start if that
-    /// can't be done.
+    /// Seeks to a packet at or before `timestamp`, in units of `timeBase`, or to the start if that
+    /// fails.
     void seek(std::int64_t timestamp);
 
   private:
@@ -63,10 +63,10 @@ class PacketReader {
     [[nodiscard]] std::int64_t readThrough(AVPacket& packet);
 
     std::unique_ptr<FileInput> input_;
-    Format format_; // ahead of the input at the end of life
+    Format format_; // destroyed before the input
     AVStream* stream_;
     double duration_ = 0;
-    std::unique_ptr<RawAacWalk> walk_; // while it isn't finished
+    std::unique_ptr<RawAacWalk> walk_; // until it is finished
 };
 
 } // namespace tamsy

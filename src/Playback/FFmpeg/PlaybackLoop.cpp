@@ -13,7 +13,7 @@ using std::chrono::milliseconds;
 /// Between two looks at an output that sounds, and at a lost one.
 constexpr auto outputInterval = milliseconds(250);
 
-/// How soon to look again when the device should have taken frames and has not yet.
+/// How soon to check again if the device should have taken frames but hasn't.
 constexpr auto devicePeriod = milliseconds(10);
 
 PlaybackRequests::Clock::duration durationOf(std::uint64_t frames) {
@@ -115,7 +115,7 @@ void PlaybackLoop::fill() {
         decodeOnce();
 }
 
-/// Music comes first; what opening left for later is done while there is enough of it.
+/// Decodes first; work left by opening is done while the ring buffer is full enough.
 void PlaybackLoop::scan() {
     const double estimate = decoder_->duration();
     scanning_ = decoder_->scanMore();

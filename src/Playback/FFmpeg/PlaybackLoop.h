@@ -13,8 +13,8 @@
 
 namespace tamsy {
 
-/// What the playback thread has to tell, always about one item. Positions are seconds; `frame` is
-/// the ring's number of the frame that stands at `position`.
+/// A report of the playback thread about one item. Positions are in seconds; `frame` is the ring
+/// buffer's number of the frame at `position`.
 struct PlaybackReport {
     enum class Kind {
         Opened,  // `position` is 0, `duration` may be not finite
@@ -28,7 +28,7 @@ struct PlaybackReport {
     };
     Kind kind = Kind::Failed;
     std::uint64_t item = 0;
-    std::uint64_t seek = 0; // the latest seek that was carried out
+    std::uint64_t seek = 0; // the latest seek that was done
     double position = 0;
     double duration = 0;
     std::uint64_t frame = 0;
@@ -45,7 +45,7 @@ class PlaybackLoop {
     PlaybackLoop(PlaybackRequests& requests, OutputKeeper& output, FrameRing& ring,
                  BackendSource backendSource, Listener listener);
 
-    /// Runs until the request says quit.
+    /// Runs until the request is to quit.
     void run();
 
   private:
@@ -74,15 +74,16 @@ class PlaybackLoop {
 
     std::uint64_t item_ = 0;
     std::uint64_t seek_ = 0;
-    std::uint64_t run_ = 0; // the start that was last carried out
+    std::uint64_t run_ = 0; // the latest start that was done
     std::unique_ptr<MediaDecoder> decoder_;
-    std::span<const StereoFrame> pending_; // decoded, not yet in the ring
+    std::span<const StereoFrame> pending_; // decoded, not yet in the ring buffer
     bool filling_ = false;
     bool scanning_ = false;
     bool drained_ = false;
     bool endReported_ = false;
-    double anchorPosition_ = 0;     // seconds, the position of the frame below
-    std::uint64_t anchorFrame_ = 0; // the ring's number of the first frame since the last seek
+    double anchorPosition_ = 0; // seconds, the position of the frame below
+    std::uint64_t anchorFrame_ =
+        0; // the ring buffer's number of the first frame since the last seek
     OutputKeeper::State seen_ =
         OutputKeeper::State::Held; // of the output, when it was last looked at
 };

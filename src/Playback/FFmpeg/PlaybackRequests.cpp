@@ -81,7 +81,7 @@ PlaybackRequest PlaybackRequests::wait(Clock::time_point deadline) {
     const auto isChanged = [this] { return isChanged_; };
     if (deadline == Clock::time_point::max())
         changed_.wait(lock, isChanged);
-    else if (deadline > Clock::now()) // a wait that is over at once still costs two system calls
+    else if (deadline > Clock::now()) // an immediate timeout would still cost two system calls
         changed_.wait_until(lock, deadline, isChanged);
     if (isChanged_)
         abandoned_ = request_.quit;

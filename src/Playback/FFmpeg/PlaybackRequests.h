@@ -12,11 +12,11 @@
 
 namespace tamsy {
 
-/// All that the interface thread wants of the playback thread. It is a state, not a queue: what was
-/// overtaken before its turn came is never carried out, so of a slider's seeks the last one wins.
+/// What the interface thread wants from the playback thread. It is a state and not a queue:
+/// superseded requests are skipped, so of a slider's seeks the last one wins.
 struct PlaybackRequest {
-    std::uint64_t item = 0; // number of the file to hold, 0 for none
-    QByteArray path;        // its name in bytes
+    std::uint64_t item = 0; // the file's number; 0 for none
+    QByteArray path;        // in bytes
     std::uint64_t run = 0;  // counts the starts of this item
     bool running = false;
     std::uint64_t seek = 0; // counts the seeks of this item
@@ -24,8 +24,8 @@ struct PlaybackRequest {
     bool quit = false;
 };
 
-/// The request between the interface thread, which changes it, and the playback thread, which waits
-/// for a change. Holding back the sound takes effect at once, whatever the playback thread does.
+/// Passes requests from the interface thread to the playback thread. Pausing takes effect at once,
+/// whatever the playback thread does.
 class PlaybackRequests {
   public:
     using Clock = std::chrono::steady_clock;
@@ -34,16 +34,17 @@ class PlaybackRequests {
 
     // Interface thread.
 
-    /// Drops the item and its sound, and holds the file at `path` instead. Gives its number.
+    /// Replaces the item, and its sound, by the file at `path`. Returns its number.
     std::uint64_t setItem(const QByteArray& path);
 
-    // These do nothing if `item` isn't the current one any more.
+    // These do nothing if `item` isn't current.
     void dropItem(std::uint64_t item);
     void setRunning(std::uint64_t item, bool running);
     void seek(std::uint64_t item, std::uint64_t number, double seconds);
     void quit();
 
-    /// Wants what `stuck` wanted, whose playback thread doesn't answer, and lets that thread end.
+    /// Takes over the request of `stuck`, whose playback thread doesn't respond, and makes that
+    /// thread end.
     void takeOver(PlaybackRequests& stuck);
 
     /// Whether the playback thread has seen the latest change.
@@ -51,13 +52,13 @@ class PlaybackRequests {
 
     // Playback thread.
 
-    /// Waits until something has changed since the last call, at most until `deadline`.
+    /// Waits for a change since the last call, at most until `deadline`.
     [[nodiscard]] PlaybackRequest wait(Clock::time_point deadline);
 
-    /// Lets the sound out if `request` still holds; true if it does.
+    /// Starts the sound if `request` is still current; returns whether it is.
     [[nodiscard]] bool letRun(const PlaybackRequest& request);
 
-    /// True while the file that the playback thread works on isn't wanted any more.
+    /// True if the playback thread's current file is no longer wanted.
     [[nodiscard]] const std::atomic<bool>& abandoned() const { return abandoned_; }
 
   private:

@@ -6,8 +6,8 @@ namespace tamsy {
 
 void RingRenderer::render(std::span<StereoFrame> frames) noexcept {
     const std::size_t count = ring_.read(frames);
-    // A jump of the gain is a click, so it slides to its new value within this buffer. After
-    // silence there is nothing to slide from.
+    // A jump of the gain would click, so it ramps to its new value within this buffer, except after
+    // silence.
     const float volume = volume_.load(std::memory_order_relaxed);
     if (wasSilent_)
         gain_ = volume;

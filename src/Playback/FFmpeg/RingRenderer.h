@@ -13,7 +13,7 @@ class RingRenderer : public AudioRenderer {
   public:
     void render(std::span<StereoFrame> frames) noexcept override;
 
-    /// The linear gain, 0 to 1, in effect from the next buffer on. Any thread.
+    /// Sets the linear gain, 0 to 1, from the next buffer on. Any thread.
     void setVolume(float volume) { volume_.store(volume, std::memory_order_relaxed); }
 
     [[nodiscard]] FrameRing& ring() { return ring_; }
@@ -22,8 +22,8 @@ class RingRenderer : public AudioRenderer {
   private:
     FrameRing ring_;
     std::atomic<float> volume_ = 1;
-    float gain_ = 0;        // where the last buffer ended; the device's thread
-    bool wasSilent_ = true; // the last buffer; the device's thread
+    float gain_ = 0;        // at the end of the last buffer; device thread only
+    bool wasSilent_ = true; // whether the last buffer was; device thread only
 };
 
 } // namespace tamsy

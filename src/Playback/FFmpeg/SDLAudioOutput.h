@@ -11,7 +11,7 @@ namespace tamsy {
 /// a device's sound, so a held device is closed, which also lets the sound card sleep.
 class SDLAudioOutput final : public AudioOutput {
   public:
-    /// Opens the default device; nothing if there is none.
+    /// Opens the default device; null if there is none.
     [[nodiscard]] static std::unique_ptr<SDLAudioOutput> open(AudioRenderer& renderer);
     ~SDLAudioOutput() override;
     SDLAudioOutput(const SDLAudioOutput&) = delete;

@@ -18,14 +18,14 @@
 namespace tamsy {
 namespace {
 
-// What one call may read of a file. A sound file needs a fraction of each; a search through the
-// rest of a broken one stays short. Vorbis goes to the start by way of its headers.
+// How much one call may read. A sound file needs a fraction of it; it bounds the search through a
+// damaged one. A seek to the start of a Vorbis file reads its headers.
 constexpr std::int64_t openingBudget = 1'048'576;
 constexpr std::int64_t readingBudget = 4'194'304;
 constexpr std::int64_t mpegReadingBudget = 33'554'432; // a tag between two songs holds a picture
 constexpr std::int64_t seekingBudget = 16'777'216;
 
-/// Decoded at a time, in frames.
+/// The size of a decoded block, in frames.
 constexpr std::size_t blockFrames = 1024;
 
 ma_result resultOf(int systemError) {
@@ -41,7 +41,7 @@ ma_result resultOf(int systemError) {
     }
 }
 
-/// The decoder that the extension names, then the others: a file under a wrong name plays.
+/// The extension's decoder first, then the others, so that a file with a wrong extension plays.
 std::array<ma_encoding_format, 5> encodingsToTry(const QByteArray& extension) {
     const ma_encoding_format named = extension == "mp3"    ? ma_encoding_format_mp3
                                      : extension == "flac" ? ma_encoding_format_flac
@@ -53,9 +53,9 @@ std::array<ma_encoding_format, 5> encodingsToTry(const QByteArray& extension) {
 }
 
 ma_decoder_config configFor(ma_encoding_format encoding) {
-    // In the file's own channels and rate; the conversion from them is ours.
+    // In the file's channels and sample rate; we convert them.
     ma_decoder_config config = ma_decoder_config_init(AudioDecoder::format, 0, 0);
-    // Named, so that no other decoder is tried: one of them takes anything for sound.
+    // Naming the decoder keeps miniaudio from trying others, one of which accepts anything.
     config.encodingFormat = encoding;
     return config;
 }
@@ -227,8 +227,8 @@ bool AudioDecoder::checkFlac() {
     return isOneFormat || (!end && header.samples > 0);
 }
 
-/// Walks through an MPEG file, as far as that takes no time to speak of. Of a file that is slow to
-/// read, samples have to do: the walk is finished later.
+/// Scans an MPEG file for a limited time. For a file that is slow to read, samples are checked, and
+/// the scan is finished later.
 bool AudioDecoder::startScan() {
     using State = MpegAudioScanner::State;
     constexpr auto patience = std::chrono::milliseconds(20);
@@ -245,7 +245,7 @@ bool AudioDecoder::startScan() {
     return scanner_ != nullptr;
 }
 
-/// Hands what the scan has found by now to the decoder.
+/// Gives the decoder what the scan has found so far.
 void AudioDecoder::takeScan() {
     const MpegAudioScan& scan = scanner_->scan();
     if (boundPoints_ != scan.points.size() || boundPoints_ == 0)
@@ -270,7 +270,7 @@ bool AudioDecoder::scanMore() {
         static_cast<void>(fallBack(nextFrame_));
     if (!scanner_)
         return false;
-    // A file that turns out to be no music after all plays as far as its music goes.
+    // A file that turns out not to be music plays up to there.
     const bool goesOn = scanner_->advance() == MpegAudioScanner::State::Walking;
     if (!goesOn) {
         takeScan();
@@ -297,7 +297,7 @@ double AudioDecoder::length() {
     if (scannedLength_)
         return *scannedLength_;
     ma_uint64 frames = 0;
-    // One that can't be told leaves 0.
+    // Stays 0 if unknown.
     static_cast<void>(ma_decoder_get_length_in_pcm_frames(decoder_.get(), &frames));
     return static_cast<double>(resampler_->outputFrames(frames)) / sampleRate;
 }
@@ -315,7 +315,7 @@ ma_result AudioDecoder::seek(double seconds) {
         result = MA_SUCCESS;
     if (result == MA_SUCCESS)
         nextFrame_ = target;
-    // A decoder that fails stands anywhere.
+    // After a failure the decoder's position is undefined.
     isLost_ = result != MA_SUCCESS && (wasLost || seekToFrame(nextFrame_) != MA_SUCCESS);
     return result;
 }
@@ -323,7 +323,7 @@ ma_result AudioDecoder::seek(double seconds) {
 ma_result AudioDecoder::seekToFrame(std::uint64_t frame) {
     const auto restart = resampler_->restartFor(frame);
     const ReadBudget budget(seekingBudget_);
-    // A short read may have ended within a frame, which the decoder would take for whole.
+    // A short read may have ended within a frame, which the decoder would count as complete.
     if (kind_ == Kind::Flac && isCut_)
         dropFlacFrame(*decoder_);
     isCut_ = false;
@@ -357,10 +357,10 @@ ma_uint64 AudioDecoder::read(void* output, ma_uint64 count) {
     return count - rest.size();
 }
 
-/// Decodes a block. It may give nothing: the resampler holds frames back.
+/// Decodes a block. It may return nothing, since the resampler buffers frames.
 void AudioDecoder::convertMore() {
     ma_uint64 count = 0;
-    // An error in the middle reads as the end.
+    // An error counts as the end.
     static_cast<void>(
         ma_decoder_read_pcm_frames(decoder_.get(), decoded_.data(), blockFrames, &count));
     hasEnded_ = count == 0;
@@ -376,7 +376,7 @@ void AudioDecoder::convertMore() {
 double AudioDecoder::place() {
     ma_uint64 frame = 0;
     ma_uint32 rate = 0;
-    ma_data_source* file = decoder_->pBackend; // the decoder's own count believes every seek
+    ma_data_source* file = decoder_->pBackend; // the decoder's own count trusts every seek
     if (ma_data_source_get_data_format(file, nullptr, nullptr, &rate, nullptr, 0) != MA_SUCCESS ||
         ma_data_source_get_cursor_in_pcm_frames(file, &frame) != MA_SUCCESS || rate == 0)
         return 0;

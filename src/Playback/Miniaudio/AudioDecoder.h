@@ -19,9 +19,9 @@ namespace tamsy {
 
 class FileURL;
 
-/// An open file that decodes to stereo 32-bit float at 48,000 Hz, whatever it holds. One thread at
-/// a time. Nothing here takes longer than its file's size justifies: a decoder that has lost its
-/// way in a broken file is cut short. Where it gives up before the end, the fallback goes on.
+/// An open file, decoded to stereo 32-bit float at 48,000 Hz. One thread at a time. No call takes
+/// longer than the file's size justifies: a decoder that is lost in a damaged file is stopped.
+/// Where it gives up before the end, the fallback goes on.
 class AudioDecoder {
   public:
     static constexpr ma_format format = ma_format_f32;
@@ -33,29 +33,30 @@ class AudioDecoder {
     AudioDecoder(const AudioDecoder&) = delete;
     AudioDecoder& operator=(const AudioDecoder&) = delete;
 
-    /// Opens `url`, once, by its bytes. After a failure nothing may be called.
+    /// Opens `url`, once. After a failure nothing else may be called.
     [[nodiscard]] ma_result open(const FileURL& url);
 
-    /// In seconds; 0 when it can't be told. May read the whole file: ask once.
+    /// The duration in seconds; 0 if unknown. May read the whole file, so call it once.
     [[nodiscard]] double length();
 
-    /// Whether opening left work for later, and what is known by now doesn't reach `seconds`.
+    /// Whether opening has left work for later, and the part known so far doesn't reach `seconds`.
     [[nodiscard]] bool isUnscanned(double seconds) const;
 
-    /// Does a piece of what opening left for later; false once nothing is left. Each piece may
-    /// correct the length.
+    /// Does a step of the work left by opening; false once nothing is left. Each step may correct
+    /// the duration.
     bool scanMore();
 
-    /// Moves to a position in seconds, not below 0, truncated to a frame. What `read` gives then
-    /// equals what it would have given there without the seek. After a failure `read` goes on where
-    /// it was, or gives nothing more.
+    /// Seeks to a position in seconds, not negative, truncated to a frame. `read` then gives
+    /// exactly the frames that it would have given there without the seek. After a failure `read`
+    /// continues where it was, or gives nothing more.
     [[nodiscard]] ma_result seek(double seconds);
 
-    /// Decodes into `output`. Fewer frames than `count` mean the end, or what counts for it.
+    /// Decodes into `output`. Fewer frames than `count` mean the end, or a failure that counts as
+    /// the end.
     [[nodiscard]] ma_uint64 read(void* output, ma_uint64 count);
 
-    /// Where the decoder stands in the file, in seconds; after a seek that may be elsewhere than it
-    /// was told. 0 when it can't be told. Takes no lock and no memory.
+    /// The decoder's position in the file in seconds, which after a seek may differ from the
+    /// target; 0 if unknown. Takes no lock and allocates nothing.
     [[nodiscard]] double place();
 
   private:
@@ -90,7 +91,7 @@ class AudioDecoder {
     Kind kind_ = Kind::Other;
     std::optional<DownMix> mix_;
     std::optional<Resampler> resampler_;
-    std::vector<float> decoded_;             // a block as the file has it
+    std::vector<float> decoded_;             // a block in the file's format
     std::span<const StereoFrame> converted_; // not yet read
     std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
     bool hasEnded_ = false;                  // nothing more is decoded

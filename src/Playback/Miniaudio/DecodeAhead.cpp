@@ -20,43 +20,42 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long the interface thread waits for a file, which may cost it 50 ms with all else that a
-/// click does.
-constexpr auto patience = std::chrono::milliseconds(40);
+/// How long the interface thread waits for a file, out of 50 ms for everything that a click does.
+constexpr auto fileTimeout = std::chrono::milliseconds(40);
 
-/// Threads that hang in a file system which never answers, and those at work.
+/// The maximum number of threads, including those that hang in a dead file system.
 constexpr int maxWorkers = 16;
 std::atomic<int> workerCount = 0;
 
-/// Decoded at a time: a new request waits for no more, in frames.
+/// Frames decoded at once: a new request waits for at most these.
 constexpr std::size_t blockFrames = 4096;
 
-/// Between two looks at a ring that a device empties.
+/// The interval for checking a ring buffer that a device empties.
 constexpr auto shortestSleep = std::chrono::milliseconds(20);
 
 struct Request {
-    std::uint64_t number = 0; // counts the seeks
+    std::uint64_t number = 0; // the seek's number
     double target = 0;        // seconds
-    double returnTo = 0;      // seconds, if the target can't be reached
+    double returnTo = 0;      // seconds, used if the target can't be reached
 };
 
 } // namespace
 
 struct DecodeAhead::Shared {
     FrameRing ring;
-    std::atomic<bool> isPending = true; // what is in the ring isn't what is wanted
+    std::atomic<bool> isPending = true; // the ring buffer's frames aren't the wanted ones yet
     std::atomic<double> length = 0;
     std::atomic<double> endPosition = 0;
     std::atomic<bool> hasRequest = false;
 
-    mutable std::mutex mutex; // guards what follows; never taken by the device's thread
+    mutable std::mutex mutex; // guards everything below; never locked by the device's thread
     mutable std::condition_variable changed;
     Request request;
     std::optional<ma_result> opened;
     std::uint64_t soughtNumber = 0;
     ma_result sought = MA_SUCCESS;
     bool isAbandoned = false;
-    bool isRunning = false; // a device reads
+    bool isRunning = false; // whether a device reads
 
     template <typename Change>
     void change(Change change) {
@@ -70,7 +69,7 @@ struct DecodeAhead::Shared {
     }
 };
 
-/// What runs on the file's thread.
+/// The work of the file's thread.
 class DecodeAhead::Worker {
   public:
     explicit Worker(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
@@ -110,8 +109,8 @@ class DecodeAhead::Worker {
         const MusicRead reading;
         soughtNumber_ = request.number;
         shared_->hasRequest = false;
-        // Some decoders refuse a position after their end and some don't. With all of them at the
-        // end, a slider dragged to the far right ends the file.
+        // Some decoders reject a position past the end. Seeking to the end instead makes a slider
+        // at the far right end the track with all of them.
         while (decoder_.isUnscanned(request.target) && !shared_->hasRequest) {
             isScanning_ = decoder_.scanMore();
             shared_->length = decoder_.length();
@@ -150,7 +149,7 @@ class DecodeAhead::Worker {
         decodeBlock();
     }
 
-    /// Music comes first; what opening left for later is done while there is enough of it.
+    /// Decodes first; work left by opening is done while the ring buffer is full enough.
     void work() {
         fill();
         if (!isScanning_ || (isFilling_ && !hasEnded_))
@@ -166,7 +165,7 @@ class DecodeAhead::Worker {
         for (std::span<const StereoFrame> rest(block_.data(), count); !rest.empty();) {
             const std::size_t taken = shared_->ring.write(rest);
             rest = rest.subspan(taken);
-            // Only a ring full of frames that a seek has dropped, with nobody to let go of them.
+            // The ring buffer is full of frames that a seek has discarded and no device drops.
             if (taken == 0)
                 return;
         }
@@ -193,7 +192,7 @@ class DecodeAhead::Worker {
         shared_->ring.markEnd();
     }
 
-    /// Waits until there is something to do; nothing once nobody wants the file.
+    /// Waits until there is work; nothing once the file isn't wanted.
     std::optional<Request> waitForWork() {
         std::unique_lock lock(shared_->mutex);
         const bool wasRunning = shared_->isRunning;
@@ -202,7 +201,7 @@ class DecodeAhead::Worker {
                    shared_->request.number != soughtNumber_;
         };
         if ((isFilling_ && !hasEnded_) || isScanning_) {
-            // No wait: there is room for more.
+            // No wait: there is space for more frames.
         } else if (hasEnded_ || !wasRunning) {
             shared_->changed.wait(lock, isWanted);
         } else {
@@ -232,7 +231,7 @@ DecodeAhead::DecodeAhead(const FileURL& url) : shared_(std::make_shared<Shared>(
         shared_->opened = MA_TOO_MANY_OPEN_FILES;
         return;
     }
-    auto worker = std::make_unique<Worker>(shared_); // counts itself out
+    auto worker = std::make_unique<Worker>(shared_); // decrements the count itself
     try {
         std::thread([worker = std::move(worker), url] { worker->run(url); }).detach();
     } catch (const std::system_error&) {
@@ -252,7 +251,7 @@ std::optional<ma_result> DecodeAhead::opened() const {
 
 std::optional<ma_result> DecodeAhead::waitUntilOpened() const {
     std::unique_lock lock(shared_->mutex);
-    shared_->changed.wait_for(lock, patience, [this] { return shared_->opened.has_value(); });
+    shared_->changed.wait_for(lock, fileTimeout, [this] { return shared_->opened.has_value(); });
     return shared_->opened;
 }
 
@@ -270,7 +269,7 @@ std::optional<ma_result> DecodeAhead::sought() const {
 
 std::optional<ma_result> DecodeAhead::waitUntilSought() const {
     std::unique_lock lock(shared_->mutex);
-    shared_->changed.wait_for(lock, patience,
+    shared_->changed.wait_for(lock, fileTimeout,
                               [this] { return shared_->soughtResult().has_value(); });
     return shared_->soughtResult();
 }

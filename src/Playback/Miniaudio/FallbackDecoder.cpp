@@ -15,15 +15,15 @@
 namespace tamsy {
 namespace {
 
-/// Calls without sound before a damaged file counts as ended: each looks at 32 packets.
+/// Calls without sound after which a damaged file counts as ended; each examines 32 packets.
 constexpr int emptyCallsLimit = 256;
 
-/// A media decoder as a data source of miniaudio.
+/// A media decoder as a miniaudio data source.
 struct FallbackSource {
-    ma_data_source_base base{}; // first: miniaudio takes the source's address for this
+    ma_data_source_base base{}; // first, as miniaudio requires
     std::atomic<bool> abandoned = false;
     std::unique_ptr<MediaDecoder> decoder;
-    MediaDecoder::Block block; // decoded and not yet read
+    MediaDecoder::Block block; // not yet read
     std::uint64_t nextFrame = 0;
 
     void decodeMore() {
@@ -48,7 +48,7 @@ struct FallbackSource {
         return filled;
     }
 
-    /// False if it can't get as far back as that.
+    /// False if it lands after the target.
     bool seek(std::uint64_t frame) {
         constexpr double tolerance = 0.001; // in seconds
         const double target = static_cast<double>(frame) / mediaSampleRate;

@@ -14,10 +14,10 @@ namespace tamsy {
 /// Whether a file is RIFF around MPEG audio.
 [[nodiscard]] bool holdsMpegAudio(const AudioFile& file);
 
-/// Opens a local file, given by its bytes, through the media module, whose libraries know what
-/// miniaudio's own decoders don't: Opus, Speex, GSM, leading tags, exact seeks in FLAC in Ogg. It
-/// becomes the backend of `decoder` and goes with it; its sound is stereo at 48,000 Hz.
-/// Reading it allocates and locks.
+/// Opens a local file (a path in bytes) through the media module, which supports what miniaudio's
+/// decoders don't: Opus, Speex, GSM, leading tags, exact seeks in FLAC in Ogg. It becomes the
+/// backend of `decoder` and is destroyed with it. Its output is stereo at 48,000 Hz. Reading
+/// allocates and locks.
 [[nodiscard]] ma_result openFallback(const QByteArray& path, ma_decoder& decoder);
 
 } // namespace tamsy

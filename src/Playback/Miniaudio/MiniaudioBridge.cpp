@@ -26,7 +26,7 @@ struct BridgeSound final : AudioRenderer {
     void count(std::size_t frames, std::size_t wanted);
     void correctLength(double position);
 
-    DecodeAhead file; // knows the duration, too
+    DecodeAhead file; // has the duration too
     std::atomic<double> positionSeconds = 0;
     std::atomic<float> volume = 0.5F;
     std::atomic<ma_result> deviceResult = MA_TIMEOUT;
@@ -65,10 +65,10 @@ void fail(BridgeErrorOut error, ma_result code, std::string_view description) {
         *error = BridgeError{"miniaudio", code, description};
 }
 
-/// A file shows its true length at its end, before the position does, so that one which told none
-/// or too much ends as any other does.
+/// Corrects the duration when the end is reached, before the position gets there, so that a file
+/// with an unknown or too long duration ends like any other.
 void BridgeSound::correctLength(double position) {
-    constexpr double tolerance = 0.05; // seconds by which a header may round
+    constexpr double tolerance = 0.05; // seconds; headers round
     const double told = file.length();
     const double end = file.endPosition();
     const double length = end > 0 ? end : position;
@@ -76,8 +76,7 @@ void BridgeSound::correctLength(double position) {
         file.setLength(length);
 }
 
-/// Counts what a callback has put out. The silence after the end counts, the silence of a file that
-/// owes frames doesn't.
+/// Counts a callback's output. Silence after the end counts, silence during an underrun doesn't.
 void BridgeSound::count(std::size_t frames, std::size_t wanted) {
     const auto rate = static_cast<double>(AudioDecoder::sampleRate);
     const double position = positionSeconds.load(std::memory_order_relaxed);
@@ -208,7 +207,7 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
     if (player == nullptr)
         return false;
     BridgeSound& sound = *player->sound;
-    const double target = seconds > 0 ? seconds : 0; // what isn't a number counts as 0, too
+    const double target = seconds > 0 ? seconds : 0; // NaN counts as 0 too
     player->output.flush();
     const bool doesAnswer = waitForDevice(*player);
     if (!player->isSeeking)

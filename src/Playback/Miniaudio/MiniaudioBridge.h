@@ -23,9 +23,9 @@ struct BridgePlayer;
 
 /// What a player is doing.
 struct BridgeState {
-    double durationSeconds = 0; // 0 when it can't be told yet; corrected at an end before it
+    double durationSeconds = 0; // 0 while unknown; corrected if the file ends earlier
     double positionSeconds = 0; // output produced since the last seek or stop, as far as heard
-    bool isPlaying = false;     // the device was started and not stopped since
+    bool isPlaying = false;     // whether the device was started and not stopped since
 };
 
 /// Why a call failed.
@@ -35,42 +35,41 @@ struct BridgeError {
     std::string_view description;
 };
 
-/// The functions report a failure here, unless it is null.
+/// Where the functions report a failure, unless it is null.
 using BridgeErrorOut = std::optional<BridgeError>*;
 
-// A null handle is harmless everywhere: the result is false, zero or nothing.
+// A null handle is always allowed: the result is false, zero or nothing.
 
 /// Always true.
 [[nodiscard]] bool ma_isAvailable();
 
-/// Opens the file, by its bytes, and the default output device, not started. Whatever the file
-/// holds comes out as stereo 32-bit float at 48,000 Hz. A file that isn't open after 50 ms is
-/// opened on.
+/// Opens the file and the default output device, stopped. The output is always stereo 32-bit float
+/// at 48,000 Hz. If the file isn't open after 50 ms, opening continues in the background.
 /// @return the handle, or null with "Failed to open audio file" or "Failed to init audio device".
 [[nodiscard]] BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error);
 
-/// Ends the device, then the decoder, then frees the record.
+/// Destroys the device, then the decoder, then the player.
 void ma_destroyPlayer(BridgePlayer* player);
 
 /// Starts the device. False for a null handle or with "Failed to start device".
 bool ma_play(BridgePlayer* player, BridgeErrorOut error);
 
-/// Stops the device; decoder and position stay, so that `ma_play` resumes.
+/// Stops the device. Decoder and position stay, so that `ma_play` resumes.
 void ma_pause(BridgePlayer* player);
 
-/// Stops the device and goes back to the first frame.
+/// Stops the device and returns to the first frame.
 void ma_stop(BridgePlayer* player);
 
-/// Moves to `seconds`; below 0 counts as 0, and at or beyond the end nothing but silence follows.
-/// A playing device is stopped meanwhile and started again. False for a null handle or with
-/// "Failed to seek": the position is unchanged then, and the device, still called playing, stays
-/// stopped until a seek that works or until `ma_pause` and `ma_play`.
+/// Seeks to `seconds`; negative values count as 0, and past the end only silence follows. A playing
+/// device is stopped meanwhile and started again. False for a null handle or with "Failed to seek":
+/// then the position is unchanged, and the device, still reported as playing, stays stopped until a
+/// seek succeeds or until `ma_pause` and `ma_play`.
 bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error);
 
 /// Never waits for the device.
 [[nodiscard]] BridgeState ma_getState(const BridgePlayer* player);
 
-// The same for a caller that holds the handle as an untyped pointer.
+// The same for a caller with an untyped handle.
 
 [[nodiscard]] void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error);
 void ma_destroyPlayerRaw(void* player);
@@ -83,7 +82,7 @@ bool ma_seekRaw(void* player, double seconds, BridgeErrorOut error);
 void ma_getStateRaw(const void* player, double* durationSeconds, double* positionSeconds,
                     bool* isPlaying);
 
-/// How a player's file is doing.
+/// The state of a player's file.
 enum class BridgeFile {
     Ready,
     Waiting,   // frames are owed, or the device is being opened
@@ -91,7 +90,7 @@ enum class BridgeFile {
     NotSought, // a seek has failed after all; told once, the position is what it was before
 };
 
-/// Asked from time to time while a player waits. The error is that of the call that failed.
+/// Call this regularly while a player waits. The error is that of the call that failed.
 [[nodiscard]] BridgeFile ma_lookAtFileRaw(void* player, BridgeErrorOut error);
 
 /// Whether the device has been opened by now.
@@ -108,7 +107,7 @@ enum class BridgeOutput {
 /// Never waits for the device.
 [[nodiscard]] BridgeOutput ma_lookAtOutputRaw(const void* player);
 
-/// Sets the linear gain, held between 0 and 1; a new player has 0.5.
+/// Sets the linear gain, clamped to 0 to 1; a new player has 0.5.
 void ma_setVolumeRaw(void* player, float volume);
 
 } // namespace tamsy

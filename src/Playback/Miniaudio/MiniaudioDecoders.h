@@ -20,8 +20,8 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan);
 /// of more frames than there are (a transfer was cut off) or fewer (songs were put together).
 void correctMpegLength(ma_decoder& decoder, const MpegAudioScan& scan);
 
-/// The length of so many frames in seconds, if the file's header says nothing; the decoder would
-/// walk through the file for it. `decoder` must have been opened as MPEG audio.
+/// The duration of a number of frames in seconds, for a file whose header has none; the decoder
+/// would read the whole file for it. `decoder` must have been opened as MPEG audio.
 [[nodiscard]] std::optional<double> untoldMpegLength(const ma_decoder& decoder,
                                                      std::uint64_t pcmFrames);
 

@@ -1,5 +1,5 @@
-// The one unit that holds miniaudio and the Vorbis decoder that it takes along. It is compiled
-// alone, since it is large, and with warnings off, since most of it isn't ours.
+// Compiles miniaudio and the Vorbis decoder that it uses. A separate file because it is large, and
+// compiled without warnings because most of it isn't ours.
 
 #include "Playback/Miniaudio/MiniaudioDecoders.h"
 #include "Playback/Miniaudio/MiniaudioPulse.h"
@@ -21,7 +21,7 @@
 #define MINIAUDIO_IMPLEMENTATION
 #include <miniaudio.h>
 #undef STB_VORBIS_HEADER_ONLY
-// When it gives up half-way it frees what it has and hasn't set alike; null is harmless then.
+// When it aborts it frees pointers that it may not have set; null is harmless.
 #define malloc(size) std::calloc(1, size)
 #include <stb/stb_vorbis.h>
 #undef malloc
@@ -40,7 +40,7 @@ std::uint64_t tagFrameOutput(const ma_dr_mp3& mpeg, const MpegAudioScan& scan) {
 void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
     auto& backend = *static_cast<ma_mp3*>(decoder.pBackend);
     auto& mpeg = backend.dr;
-    // Freed by the backend with itself.
+    // Freed by the backend.
     auto* table = static_cast<ma_dr_mp3_seek_point*>(
         ma_malloc(sizeof(ma_dr_mp3_seek_point) * (scan.points.size() + 1), nullptr));
     if (table == nullptr)
@@ -59,7 +59,7 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
                               static_cast<ma_uint16>(settling)};
     }
     ma_dr_mp3_bind_seek_table(&mpeg, count, table);
-    ma_free(backend.pSeekPoints, nullptr); // of a scan that didn't reach as far
+    ma_free(backend.pSeekPoints, nullptr); // of an earlier, shorter scan
     backend.pSeekPoints = table;
     backend.seekPointCount = count;
 }

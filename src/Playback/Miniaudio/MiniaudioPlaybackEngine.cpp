@@ -13,9 +13,9 @@
 namespace tamsy {
 namespace {
 
-constexpr double leastUpdateInterval = 0.05; // seconds
-constexpr int waitInterval = 20;             // milliseconds between two looks at a slow file
-constexpr int outputInterval = 200;          // the same for a lost output
+constexpr double minUpdateInterval = 0.05; // seconds
+constexpr int waitInterval = 20;           // milliseconds between two looks at a slow file
+constexpr int outputInterval = 200;        // the same for a lost output
 
 void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
     const std::string_view text = error ? error->description : "unknown";
@@ -104,8 +104,8 @@ void MiniaudioPlaybackEngine::seek(double seconds) {
     returnToPosition();
 }
 
-/// A failed seek leaves a playing device stopped and the decoder anywhere: in a file whose header
-/// lies, a player that says it plays would stay silent.
+/// A failed seek leaves a playing device stopped and the decoder at any position: with a wrong
+/// header, the player would stay silent while it reports that it plays.
 void MiniaudioPlaybackEngine::returnToPosition() {
     double position = 0;
     bool playing = false;
@@ -120,7 +120,7 @@ void MiniaudioPlaybackEngine::setVolume(float volume) {
 }
 
 void MiniaudioPlaybackEngine::setUpdateInterval(double seconds) {
-    updateInterval_ = seconds > leastUpdateInterval ? seconds : leastUpdateInterval;
+    updateInterval_ = seconds > minUpdateInterval ? seconds : minUpdateInterval;
     if (timer_.isActive())
         startTimer();
 }
@@ -197,14 +197,14 @@ void MiniaudioPlaybackEngine::tick() {
         lookAtOutput();
 }
 
-/// Looks after a file that opens or moves more slowly than its caller waits.
+/// Watches a file that opens or seeks more slowly than its caller waits.
 void MiniaudioPlaybackEngine::waitForFile() {
     if (!isFileReady() && handle_)
         waitTimer_.start(waitInterval, this);
 }
 
-/// Tells late failures: a file that can't be opened leaves what a failed load does, a seek that
-/// can't be done lets the sound go on where it was.
+/// Handles late failures: a file that can't be opened is like a failed load; after a failed seek
+/// playback continues where it was.
 bool MiniaudioPlaybackEngine::isFileReady() {
     std::optional<BridgeError> error;
     switch (ma_lookAtFileRaw(handle_.get(), &error)) {
@@ -225,7 +225,7 @@ bool MiniaudioPlaybackEngine::isFileReady() {
     return true;
 }
 
-/// The file is there: what it held up goes on, and its length is known.
+/// The file is ready: playback continues, and the duration is known.
 void MiniaudioPlaybackEngine::goOn() {
     waitTimer_.stop();
     double duration = 0;

@@ -9,10 +9,9 @@
 
 namespace tamsy {
 
-/// The engine over the native player bridge. It polls the bridge while a file plays and tells what
-/// it reads; it doesn't look for the end of a file, whose position runs on past the duration.
-/// After `stop()` the duration stays that of the last file until the next load. All on the
-/// interface thread.
+/// The engine that uses the miniaudio bridge. It polls the bridge while a file plays and reports
+/// its values; it doesn't detect the end, after which the position rises past the duration. After
+/// `stop()` the duration stays that of the last file until the next load. Interface thread only.
 class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
   public:
     MiniaudioPlaybackEngine() = default;
@@ -23,7 +22,7 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
     void pause() override;
     void stop() override;
 
-    /// Tells the new position at once. A seek that fails leaves sound and position where they were.
+    /// Reports the new position at once. A failed seek leaves sound and position unchanged.
     void seek(double seconds) override;
     void setVolume(float volume) override;
     void setUpdateInterval(double seconds) override;

@@ -20,10 +20,10 @@ constexpr std::uint64_t searchedBeforeAudio = 8'388'608;
 // in it doesn't.
 constexpr std::uint64_t junkAllowance = 1'048'576;
 constexpr std::uint64_t junkLimit = 8 * junkAllowance;
-// Less than a second between two points, which decodes in a millisecond.
+// Less than a second between two seek points, which decodes in a millisecond.
 constexpr std::uint64_t framesPerPoint = 32;
 
-/// A view of the file that reads on in large steps, in bytes.
+/// A view of the file that reads ahead in large steps, in bytes.
 class Window {
   public:
     /// Up to `end`, in bytes.
@@ -48,7 +48,7 @@ class Window {
         return parseMpegFrameHeader(at(position, MpegFrameHeader::size));
     }
 
-    /// The next byte from `position` on that may begin a header, or how far was looked.
+    /// The next offset from `position` on at which a header may start, or how far was searched.
     std::uint64_t nextSync(std::uint64_t position) {
         const auto bytes = at(position, 4096);
         if (bytes.empty())
@@ -75,12 +75,12 @@ class Window {
     std::span<const std::byte> filled_;
 };
 
-/// The data that layer III carries over from frame to frame, as the decoder keeps it: until it has
-/// been filled, frames that need it come to nothing.
+/// Layer III's bit reservoir, as the decoder keeps it: until it is filled, frames that need it
+/// can't be decoded.
 class Reservoir {
   public:
-    /// Passes one frame on; whether it decodes. `borrowed` bytes come from the frames before, `own`
-    /// are its main data.
+    /// Adds a frame and returns whether it can be decoded. `borrowed` bytes come from previous
+    /// frames, `own` are its main data.
     bool decodes(std::uint32_t borrowed, std::uint32_t own) {
         constexpr std::uint32_t capacity = 511;
         if (!filled_) {
@@ -95,7 +95,7 @@ class Reservoir {
     bool filled_ = false;
 };
 
-/// In the free format a frame ends where the next header of its kind begins.
+/// A free format frame ends where the next header of its kind starts.
 std::uint32_t freeFormatBytes(Window& window, std::uint64_t position, std::uint32_t kind) {
     constexpr std::uint64_t longestFrame = 4608;
     for (std::uint64_t next = window.nextSync(position + MpegFrameHeader::size);
@@ -122,8 +122,8 @@ std::uint64_t endOfTag(Window& window, std::uint64_t position) {
     return header ? position + header->itemBytes + 2 * ApeFooter::size : position;
 }
 
-/// The header at `position`, its size filled in, if `followers` more of its kind follow it, or
-/// as many as the file has room for.
+/// The header at `position`, with its size, if `followers` more of its kind follow it, or as many
+/// as fit into the file.
 std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, int followers) {
     std::optional<MpegFrameHeader> first;
     for (int found = 1;; ++found) {
@@ -137,7 +137,7 @@ std::optional<MpegFrameHeader> frameAt(Window& window, std::uint64_t position, i
         if (!first)
             first = header;
         position += header->frameBytes;
-        // One lone header near the end proves nothing unless its frame fits exactly.
+        // A single header near the end proves nothing unless its frame ends exactly there.
         const bool atEnd = position == window.end() ||
                            (found > 1 && position + MpegFrameHeader::size > window.end());
         if (found > followers || atEnd)
@@ -196,9 +196,9 @@ class MpegAudioScanner::Walk {
         Reservoir reservoir;
     };
 
-    /// Takes the frame at the position, or passes over what isn't one; false when that is too much.
+    /// Adds the frame at the position, or skips junk; false if there is too much junk.
     bool step() {
-        // The first frame needs more proof: any data holds what looks like one header.
+        // The first frame needs more proof: any data contains something like one header.
         if (const auto frame = frameAt(window_, position_, audioBytes_ == 0 ? 3 : 1)) {
             take(*frame, position_);
             position_ += frame->frameBytes;
@@ -215,7 +215,7 @@ class MpegAudioScanner::Walk {
         return skipJunk(passed);
     }
 
-    /// Whether frames like those walked so far come within a few frames' lengths.
+    /// Whether frames like the previous ones follow within a few frame lengths.
     [[nodiscard]] bool hasMusicAt(std::uint64_t position) const {
         constexpr std::size_t sampleBytes = 16'384;
         Window sample(file_, window_.end(), sampleBytes);
@@ -260,7 +260,7 @@ class MpegAudioScanner::Walk {
         lastFrame_ = {};
     }
 
-    /// What the side information says about data borrowed from frames before.
+    /// The number of bytes that the frame uses from the bit reservoir, by its side information.
     std::uint32_t borrowedBytes(const MpegFrameHeader& frame, std::uint64_t position) {
         if (frame.sideInfoBytes == 0)
             return 0;
@@ -268,14 +268,14 @@ class MpegAudioScanner::Walk {
         return std::uint32_t{bits.value_or(0)} >> (frame.isVersion1 ? 7U : 8U);
     }
 
-    /// Counts bytes that belong to no frame; false when there are too many.
+    /// Counts bytes outside frames; false if there are too many.
     bool skipJunk(std::uint64_t bytes) {
         junkBytes_ += bytes;
         loseTrack();
         return junkBytes_ <= (audioBytes_ == 0 ? searchedBeforeAudio : junkLimitFor(audioBytes_));
     }
 
-    /// The decoder starts afresh behind junk and where the kind of frames changes.
+    /// The decoder resets after junk and where the kind of frames changes.
     void loseTrack() {
         reservoir_ = {};
         pending_.reset();

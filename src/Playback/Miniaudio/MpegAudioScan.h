@@ -8,19 +8,20 @@
 
 namespace tamsy {
 
-/// A place where decoding may begin.
+/// A position where decoding can start.
 struct MpegSeekPoint {
-    std::uint64_t byte = 0;     // of a frame's start, from the file's start
-    std::uint64_t pcmFrame = 0; // what comes out first, counted from the first frame's output
+    std::uint64_t byte = 0; // offset of a frame in the file
+    std::uint64_t pcmFrame =
+        0; // the first output frame, counted from the first MPEG frame's output
 };
 
-/// The frames of an MPEG audio file, in outline.
+/// A summary of the frames in an MPEG audio file.
 struct MpegAudioScan {
     std::vector<MpegSeekPoint> points; // rising; none is needed for the start
     std::uint64_t start = 0, end = 0;  // of all frames, in bytes from the file's start
     std::uint64_t firstFrameEnd = 0;   // bytes from the file's start
     std::uint32_t firstFramePcmFrames = 0;
-    std::uint64_t pcmFrames = 0; // what all frames together come to
+    std::uint64_t pcmFrames = 0; // output of all frames
 };
 
 /// Walks a file from frame to frame, by their headers alone, a piece at a time.
@@ -39,26 +40,26 @@ class MpegAudioScanner {
     enum class State {
         Walking,
         Done,
-        Refused, // no MPEG audio, or not through and through
+        Refused, // not MPEG audio, or not all of it
     };
 
     /// `file` must outlive this.
     explicit MpegAudioScanner(const AudioFile& file);
     ~MpegAudioScanner();
 
-    /// Walks as far as one read of the file goes, 64 KB.
+    /// Scans the frames in one read of 64 KB.
     State advance();
 
     [[nodiscard]] State state() const;
 
-    /// Whether samples of the part not yet walked are MPEG audio, too: good enough to play a file
-    /// whose walk would take long. Costs a few small reads.
+    /// Whether samples of the part not yet scanned are MPEG audio too: enough to play a file whose
+    /// scan would take long. Costs a few small reads.
     [[nodiscard]] bool hasMusicAhead();
 
-    /// The frames walked so far. Their start and the end of the last are known with the first.
+    /// The frames scanned so far. Their start and the end of the last are known with the first.
     [[nodiscard]] const MpegAudioScan& scan() const;
 
-    /// What all frames come to, judged by those walked so far.
+    /// The output frames of the whole file, extrapolated from those scanned so far.
     [[nodiscard]] std::uint64_t expectedPcmFrames() const;
 
   private:

@@ -18,15 +18,15 @@ using Packet = std::vector<std::byte>;
 
 constexpr std::size_t largestPacket = 67'108'864; // comments hold covers, a third larger than files
 
-/// Takes packets from the pages at a file's start.
+/// Reads packets from the pages at the start of a file.
 class PacketReader {
   public:
     explicit PacketReader(const AudioFile& file) : file_(file) {}
 
-    /// In bytes from the file's start.
+    /// The offset in the file.
     [[nodiscard]] std::uint64_t position() const { return position_; }
 
-    /// The next packet, whole; or nothing.
+    /// The next packet; nothing if it is incomplete.
     std::optional<Packet> next() {
         Packet packet;
         for (bool isWhole = false; !isWhole;) {
@@ -70,7 +70,7 @@ class PacketReader {
     Bytes segments_; // of the page, those not taken yet
 };
 
-/// What stands behind a header packet's type and name.
+/// A header packet's contents after its type and name.
 std::optional<Bytes> bodyOf(const std::optional<Packet>& packet, std::string_view start) {
     if (!packet || packet->size() < start.size())
         return std::nullopt;

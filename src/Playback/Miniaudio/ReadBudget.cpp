@@ -29,7 +29,7 @@ std::size_t ReadBudget::read(void* target, std::size_t size, std::size_t count, 
 
 void ReadBudget::take(std::size_t bytes) {
     if (left_ != unlimited)
-        left_ -= std::max(static_cast<std::int64_t>(bytes), leastCost);
+        left_ -= std::max(static_cast<std::int64_t>(bytes), minCost);
 }
 
 int ReadBudget::readByte(std::FILE* file) {
