@@ -10,27 +10,32 @@ namespace tamsy {
 class AudioRenderer {
   public:
     virtual ~AudioRenderer() = default;
+
+    /// Fills all of `frames`, with silence where there is nothing to play.
     virtual void render(std::span<StereoFrame> frames) noexcept = 0;
 };
 
-/// An open device, held at first. One thread at a time; any call may wait for a sound server.
+/// An open output device, initially held. One thread at a time; calls may wait for a sound server.
 class AudioOutput {
   public:
     virtual ~AudioOutput() = default;
 
-    /// Plays what the output still holds, then what it pulls from its renderer. False if it can't.
+    /// Plays the frames that are still buffered, then those that it pulls from its renderer. False
+    /// on failure.
     [[nodiscard]] virtual bool start() = 0;
 
-    /// Stops at once and keeps what hasn't been heard. Once it returns nothing is pulled.
+    /// Stops at once; no frames are pulled after it returns. Those that haven't been heard stay
+    /// buffered, if the device can keep them.
     virtual void hold() = 0;
 
-    /// Throws away what is kept. Only while it is held.
+    /// Drops the buffered frames. Only while held.
     virtual void flush() = 0;
 
-    /// False once the device is gone, for instance with its sound server. Never waits.
+    /// False once the device is gone, for example with its sound server. Never waits.
     [[nodiscard]] virtual bool isAlive() const = 0;
 
-    /// True when no real device could be opened and frames are only taken in real time.
+    /// True for the stand-in for a missing device, which pulls frames in real time and discards
+    /// them.
     [[nodiscard]] virtual bool isSilent() const = 0;
 };
 

@@ -12,16 +12,16 @@ namespace tamsy {
 
 /// A lock-free ring buffer of frames from one producer thread to one consumer thread.
 ///
-/// Frames are numbered from the construction on. Only the consumer moves the read position;
-/// `discardUnread` asks it to. The space above `fillTarget` takes the frames that follow at once,
-/// so that they are there when the consumer drops the discarded ones.
+/// Frames are numbered from construction on. Only the consumer moves the read position, so
+/// `discardUnread` only marks frames. The space above `fillTarget` is for the frames after them,
+/// which are thus available as soon as the consumer drops the discarded ones.
 ///
 /// If the consumer finds too few frames and the producer hasn't marked the end, that is an
 /// underrun: it then gets none until there are enough to start again, so that a slow producer
 /// doesn't cause stutter.
 class FrameRing {
   public:
-    // In frames. A file may not respond for more than three seconds before the sound breaks off.
+    // In frames. Once filled, it covers a file that doesn't respond for three seconds.
     // Filling in bursts lets the producer sleep for a second and a half at a time.
     static constexpr std::uint64_t capacity = 288'000;    // 6 s
     static constexpr std::uint64_t fillTarget = 264'000;  // 5.5 s
@@ -31,7 +31,7 @@ class FrameRing {
     /// Frames written so far. Producer.
     [[nodiscard]] std::uint64_t written() const;
 
-    /// Frames still to be played, without discarded ones. Producer.
+    /// Frames not yet read, without discarded ones. Producer.
     [[nodiscard]] std::uint64_t unread() const;
 
     /// Writes as many of `frames` as fit and returns their number. Producer.

@@ -19,25 +19,25 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-/// A sound server that is started anew is there again within this time.
+/// An output counts as lost after this time, in which a sound server can restart.
 constexpr auto lossLimit = 2s;
 
-/// A listener who is still there would have acted by then.
+/// How long to look for another output; a listener who is still there acts sooner.
 constexpr auto patienceWithLoss = 60s;
 
-/// Between two looks at an output, and two attempts to replace a lost or silent one.
+/// The intervals for checking an output and replacing a lost one, and for replacing a silent one.
 constexpr auto lookInterval = 250ms;
 constexpr auto silentInterval = 500ms;
-constexpr auto lateSilentInterval = 5s; // once nobody seems to be about to bring a device
+constexpr auto lateSilentInterval = 5s; // after the first minute
 
-/// From a start to the first look: the device has pulled frames by then.
+/// The time from a start to the first check; the device has pulled frames by then.
 constexpr auto firstLook = 30ms;
 
-/// Threads that sound servers hold up, and those at work.
+/// The maximum number of threads, including those that are stuck in a sound server.
 constexpr int maxWorkers = 8;
 std::atomic<int> workerCount = 0;
 
-/// Passes frames on, and learns which thread feeds the device.
+/// Passes frames on and notes which thread feeds the device.
 class Feed final : public AudioRenderer {
   public:
     explicit Feed(std::shared_ptr<AudioRenderer> source) : source_(std::move(source)) {}
@@ -54,7 +54,7 @@ class Feed final : public AudioRenderer {
     [[nodiscard]] pid_t thread() const { return thread_.load(std::memory_order_relaxed); }
     void forgetThread() { thread_.store(0, std::memory_order_relaxed); }
 
-    /// The most that has been pulled at once.
+    /// The most frames that have been pulled at once.
     [[nodiscard]] std::size_t held() const { return held_.load(std::memory_order_relaxed); }
     void forgetHeld() { held_.store(0, std::memory_order_relaxed); }
 
@@ -64,7 +64,7 @@ class Feed final : public AudioRenderer {
     std::atomic<std::size_t> held_ = 0;
 };
 
-/// All that is asked for.
+/// The wanted state.
 struct Wanted {
     std::uint64_t number = 0; // counts the changes
     std::uint64_t starts = 0;
@@ -82,17 +82,17 @@ struct OutputKeeper::Shared {
 
     Feed feed;
     const Opener opener;
-    mutable std::mutex mutex; // guards what follows
+    mutable std::mutex mutex; // guards everything below
     mutable std::condition_variable changed;
     Wanted wanted;
     std::uint64_t done = 0; // the number of the latest change that was carried out
     State state = State::Held;
-    Clock::time_point startedAt; // when the latest start was asked for
+    Clock::time_point startedAt; // when the latest start was requested
     bool isOpen = false;
-    bool hasEnded = false; // the thread
+    bool hasEnded = false; // whether the thread has
 };
 
-/// What runs on the keeper's thread.
+/// The work of the keeper's thread.
 class OutputKeeper::Worker {
   public:
     explicit Worker(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
@@ -111,7 +111,7 @@ class OutputKeeper::Worker {
             carryOut(*wanted);
             publish(wanted->number);
         }
-        holdOutput(); // a running device's end may wait for its server
+        holdOutput(); // closing a running device may wait for its server
     }
 
   private:
@@ -184,7 +184,8 @@ class OutputKeeper::Worker {
         startedAt_ = Clock::now();
         if (output_ && !output_->isAlive())
             output_.reset();
-        // One that won't start has lost its server; a fresh one finds another way out.
+        // If it doesn't start its server is gone; a new output uses the restarted server or another
+        // device.
         for (int attempt = 0; attempt < 2; ++attempt) {
             if (!output_)
                 openOutput(true);
@@ -238,7 +239,7 @@ class OutputKeeper::Worker {
         nextLook_ = Clock::now() + (isEarly ? Clock::duration(silentInterval) : lateSilentInterval);
         if (!real)
             return;
-        output_->hold(); // one thread pulls at a time
+        output_->hold(); // only one thread may pull frames at a time
         output_ = std::move(real);
         shared_->feed.forgetHeld();
         begin();
@@ -256,16 +257,16 @@ class OutputKeeper::Worker {
     std::uint64_t flushes_ = 0;
     bool isRunning_ = false;
     bool hasGivenUp_ = false;
-    pid_t hurried_ = 0; // the thread that priority was asked for
+    pid_t hurried_ = 0; // the thread that priority was requested for
     Clock::time_point startedAt_;
     std::optional<Clock::time_point> lostSince_;
-    std::optional<Clock::time_point> nextLook_; // while it runs
+    std::optional<Clock::time_point> nextLook_; // only while running
 };
 
 OutputKeeper::OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opener)
     : shared_(std::make_shared<Shared>(std::move(renderer), std::move(opener))) {
     ++workerCount;
-    auto worker = std::make_unique<Worker>(shared_); // counts itself out
+    auto worker = std::make_unique<Worker>(shared_); // decrements the count itself
     if (workerCount > maxWorkers)
         return;
     try {
@@ -274,7 +275,7 @@ OutputKeeper::OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opene
             worker.reset();
         }).detach();
     } catch (const std::system_error&) {
-        // As without an output.
+        // Without a thread nothing is opened, and a start ends as lost.
     }
 }
 

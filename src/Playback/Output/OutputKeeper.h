@@ -9,15 +9,15 @@
 
 namespace tamsy {
 
-/// Owns an output on a thread of its own, the only one that a sound server can hold up. A lost
-/// output is replaced, and a silent one that stands in for none is, as soon as there is a real one.
-/// The thread that feeds a device is given real-time priority where the desktop allows it.
+/// Owns an audio output and uses it on a thread of its own, so that a slow sound server blocks no
+/// other thread. While playing, it replaces an output that is lost, and a silent one as soon as
+/// there is a real device. It requests real-time priority for the thread that feeds the device.
 ///
-/// What is asked for is a state: the thread carries out the latest. Any thread may ask.
+/// The calls set a wanted state; the thread carries out the latest. Any thread may make them.
 class OutputKeeper {
   public:
-    /// Opens the default device. Where there is none it gives a silent one if `maySilent`, else
-    /// nothing. The renderer outlives the output.
+    /// Opens the default device. If there is none: a silent output if `maySilent`, otherwise null.
+    /// Called on the keeper's thread. The renderer outlives the output.
     using Opener =
         std::function<std::unique_ptr<AudioOutput>(AudioRenderer& renderer, bool maySilent)>;
 
@@ -25,37 +25,39 @@ class OutputKeeper {
         Held,
         Starting,
         Sounding,
-        Lost,    // no device has answered for two seconds; sound goes on by itself once one does
-        GivenUp, // none came within a minute: held, as if asked to
+        Lost,    // no device for two seconds; playback resumes once there is one
+        GivenUp, // no device for a minute: held, until the next `start`
     };
 
-    /// How long a caller who must not stand still waits for an output to open or start, and to be
-    /// held: together less than 0.3 s.
+    /// Timeouts for callers that must not block for long: for an output to open or start, and to be
+    /// held. Together less than 0.3 s.
     static constexpr std::chrono::milliseconds startPatience{150};
     static constexpr std::chrono::milliseconds holdPatience{80};
 
     OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opener);
 
-    /// Closes the output. A thread that a server holds up is left behind with the renderer.
+    /// Closes the output, waiting at most `holdPatience`. A thread that is stuck in a sound server
+    /// is abandoned; it keeps the renderer alive.
     ~OutputKeeper();
     OutputKeeper(const OutputKeeper&) = delete;
     OutputKeeper& operator=(const OutputKeeper&) = delete;
 
     // None of these waits.
 
-    /// Opens the output, held, if there is none.
+    /// Opens an output, held, unless there is one.
     void open();
 
-    /// Lets it sound; opens it first if there is none.
+    /// Starts the output; opens it first if there is none.
     void start();
 
-    /// Holds it; what it has taken is heard after the next start.
+    /// Holds the output; buffered frames are heard after the next start, if the device keeps them.
     void hold();
 
-    /// Holds it and drops what it has taken.
+    /// Holds the output and drops its buffered frames.
     void flush();
 
-    /// Waits until all that was asked for has been done; false if it takes longer than `limit`.
+    /// Waits until the wanted state is reached, or couldn't be; false if that takes longer than
+    /// `limit`.
     [[nodiscard]] bool wait(std::chrono::milliseconds limit) const;
 
     /// Whether there is an output, real or silent.
@@ -63,8 +65,8 @@ class OutputKeeper {
 
     [[nodiscard]] State state() const;
 
-    /// How many frames the output takes at once, and so about how many it holds while it plays:
-    /// what is heard is behind what has been pulled by as much.
+    /// About how many frames the output has buffered while it plays: the most that it has pulled at
+    /// once. What is heard is behind what has been pulled by that much.
     [[nodiscard]] std::size_t heldFrames() const;
 
   private:
@@ -74,7 +76,7 @@ class OutputKeeper {
     template <typename Change>
     void change(Change change);
 
-    const std::shared_ptr<Shared> shared_; // with the thread, which may outlive this
+    const std::shared_ptr<Shared> shared_; // shared with the thread, which may outlive this
 };
 
 } // namespace tamsy

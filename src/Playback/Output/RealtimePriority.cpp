@@ -23,27 +23,28 @@
 namespace tamsy {
 namespace {
 
-/// Low among those that RealtimeKit grants: a sound server's own threads come first.
+/// Low among those that RealtimeKit grants, so that a sound server's threads come first.
 constexpr int wantedPriority = 5;
 
-constexpr int answerLimit = 2000; // milliseconds
+constexpr int answerLimit = 2000; // milliseconds for a D-Bus reply
 
-/// The threads that have been promoted; those of devices that were closed are replaced in turn.
+/// The promoted threads; new ones overwrite the oldest, whose devices have been closed.
 std::array<std::atomic<pid_t>, 16> promoted;
 std::atomic<std::size_t> nextPromoted = 0;
 
-/// The system's last warning before it ends the process. Only system calls are allowed here.
+/// Handles SIGXCPU, the kernel's warning before it kills the process. Only async-signal-safe calls
+/// are allowed here.
 void demoteAll(int /*signal*/) {
     const sched_param normal{};
     for (const auto& thread : promoted) {
-        // RealtimeKit's flag, which only the privileged may take back.
+        // RealtimeKit has set the flag, which only privileged processes may clear.
         if (const pid_t id = thread.load(); id != 0)
             ::sched_setscheduler(id, SCHED_OTHER | SCHED_RESET_ON_FORK, &normal);
     }
 }
 
-/// Bounds what a thread of this process may do in one run at real-time priority, which is asked for
-/// before it is granted. False if the system won't have it.
+/// Limits how long a thread of this process may run at real-time priority without blocking, which
+/// is a condition for getting it. False on failure.
 bool limitRuns(qint64 microseconds) {
     struct sigaction action {};
     action.sa_handler = &demoteAll;
@@ -52,12 +53,12 @@ bool limitRuns(qint64 microseconds) {
     rlimit present{};
     if (::sigaction(SIGXCPU, &action, nullptr) != 0 || ::getrlimit(RLIMIT_RTTIME, &present) != 0)
         return false;
-    // Half of it for the warning, so that there is time to heed it.
+    // The warning comes at half the limit, so that there is time to act on it.
     const rlimit wanted{std::min(present.rlim_cur, limit / 2), std::min(present.rlim_max, limit)};
     return ::setrlimit(RLIMIT_RTTIME, &wanted) == 0;
 }
 
-/// Whoever grants priority here.
+/// The D-Bus service that grants real-time priority.
 struct Granter {
     QDBusConnection bus;
     QString service, path, interface;
@@ -124,7 +125,7 @@ void ask(pid_t thread) {
 } // namespace
 
 void RealtimePriority::request(pid_t thread) {
-    // A bus may be slow to answer, or never do.
+    // On a thread of its own, since a bus may respond slowly or never.
     static OperationQueue queue(1, "realtime");
     queue.add(std::make_shared<Operation>([thread] { ask(thread); }));
 }

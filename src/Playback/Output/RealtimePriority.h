@@ -4,14 +4,14 @@
 
 namespace tamsy {
 
-/// Real-time priority for the threads that feed a device, as desktops grant it: by RealtimeKit on
-/// the system bus (`org.freedesktop.RealtimeKit1`), in a sandbox by its portal
-/// (`org.freedesktop.portal.Realtime`). A thread that runs too long without a pause goes back to
-/// normal priority.
+/// Real-time priority for the threads that feed a device. It is granted by RealtimeKit on the
+/// system bus (`org.freedesktop.RealtimeKit1`), or in a Flatpak by the portal
+/// (`org.freedesktop.portal.Realtime`). If such a thread runs too long without blocking, all of
+/// them return to normal priority.
 class RealtimePriority {
   public:
-    /// Asks for it and returns at once; a refusal costs a line in the log. `thread` is the system's
-    /// number of a thread of this process. Any thread.
+    /// Requests it in the background; a failure is only logged. `thread` is the ID (`gettid`) of a
+    /// thread of this process. Any thread.
     static void request(pid_t thread);
 };
 

@@ -6,7 +6,7 @@
 namespace tamsy {
 
 void describeStreamsToSoundServers() {
-    // In a Flatpak the icon goes by the package's name.
+    // In a Flatpak the icon has the package's name.
     const char* package = std::getenv("FLATPAK_ID");
     const std::string icon = package != nullptr ? package : "tamsy-music";
     const std::string forPulse =

@@ -2,13 +2,13 @@
 
 namespace tamsy {
 
-/// How long a sound server's buffer is, in milliseconds: a machine that is busy elsewhere for 80 ms
-/// must not be heard. More would be heard as a slow answer, and cut from the end of a track.
+/// The sound server's buffer, in milliseconds. It prevents underruns on a machine that is busy for
+/// 80 ms; a longer one would delay the controls and cut off the end of a track.
 inline constexpr int serverBufferLength = 180;
 
-/// Tells the sound servers' own libraries, by their environment variables, what our streams are and
-/// how much of them to hold, unless the user has told them something else. To be called before a
-/// sound library is loaded, and before there are threads that read the environment.
+/// Sets the environment variables that describe our streams, and their latency, to the libraries of
+/// PulseAudio and PipeWire. Variables that the user has set stay. Call this before a sound library
+/// is loaded and before there are threads that read the environment.
 void describeStreamsToSoundServers();
 
 } // namespace tamsy

@@ -11,7 +11,7 @@ namespace {
 /// The size of the output buffer, in frames.
 constexpr std::size_t blockFrames = 4096;
 
-/// No sound is recorded at lower rates, and one input frame would become hundreds.
+/// Nothing is recorded at lower rates, and one input frame would become hundreds.
 constexpr std::uint32_t lowestRate = 100;
 
 /// If restart points were further apart, in input frames, a seek would decode too much. All usual

@@ -34,8 +34,8 @@ class Resampler {
     [[nodiscard]] std::uint64_t outputFrames(std::uint64_t inputFrames) const;
 
     /// A restart at a multiple of this, in input frames, gives the same output frames as conversion
-    /// from the start of the file. 1 if such frames are too far apart: a restart may then shift the
-    /// sound by a fraction of a frame.
+    /// from the start of the file. 1 if such restart points are too far apart: a restart may then
+    /// shift the sound by a fraction of a frame.
     [[nodiscard]] std::uint64_t alignment() const { return alignment_; }
 
     /// How many input frames before a position its output depends on.
