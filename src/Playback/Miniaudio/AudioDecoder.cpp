@@ -18,11 +18,12 @@
 namespace tamsy {
 namespace {
 
-// How much one call may read. A sound file needs a fraction of it; it bounds the search through a
-// damaged one. A seek to the start of a Vorbis file reads its headers.
+// How much one call may read, in bytes. An intact file needs a fraction of it; it bounds the search
+// through a damaged one. Vorbis files get their headers' size on top, since a seek to the start
+// reads those.
 constexpr std::int64_t openingBudget = 1'048'576;
 constexpr std::int64_t readingBudget = 4'194'304;
-constexpr std::int64_t mpegReadingBudget = 33'554'432; // a tag between two songs holds a picture
+constexpr std::int64_t mpegReadingBudget = 33'554'432; // a tag between two songs may hold a picture
 constexpr std::int64_t seekingBudget = 16'777'216;
 
 /// The size of a decoded block, in frames.
@@ -85,14 +86,14 @@ ma_result AudioDecoder::open(const FileURL& url) {
         return resultOf(file_->error());
     seekingBudget_ = seekingBudget;
     const bool isKnown = isKnownContainer(*file_);
-    bool isUntried = isKnown; // by the fallback
+    bool isUntried = isKnown; // the fallback decoder may support the file
     const auto encodings =
         encodingsToTry(holdsMpegAudio(*file_) ? QByteArray("mp3") : url.pathExtension().toLower());
     for (auto encoding = encodings.begin(); encoding != encodings.end(); ++encoding) {
         if (std::find(encodings.begin(), encoding, *encoding) != encoding)
             continue;
-        // Almost anything holds something like an MPEG frame, so a container's own codec goes
-        // first.
+        // Almost any data contains something like an MPEG frame, so the fallback gets known
+        // containers first.
         if (*encoding == ma_encoding_format_mp3 && encoding != encodings.begin() &&
             std::exchange(isUntried, false) && openByFallback() == MA_SUCCESS)
             return MA_SUCCESS;
@@ -157,7 +158,7 @@ ma_result AudioDecoder::openByFallback() {
     return result;
 }
 
-/// Makes a decoder that `initialise` opens the one that is read.
+/// Replaces the decoder by one that `initialise` opens. After a failure the old one stays.
 template <typename Initialise>
 ma_result AudioDecoder::openWith(Initialise initialise) {
     auto decoder = std::make_unique<ma_decoder>();
@@ -170,8 +171,8 @@ ma_result AudioDecoder::openWith(Initialise initialise) {
     return MA_FORMAT_NOT_SUPPORTED;
 }
 
-/// Leaves the file to the fallback from `frame` on, if that knows it and has more there. Else all
-/// is as it was, if possible.
+/// Continues at `frame` with the fallback decoder, if that supports the file and has frames there.
+/// Otherwise returns false and restores the previous decoder, as far as it can seek back.
 bool AudioDecoder::fallBack(std::uint64_t frame) {
     if (!std::exchange(mayFallBack_, false))
         return false;
@@ -194,15 +195,15 @@ bool AudioDecoder::fallBack(std::uint64_t frame) {
     return false;
 }
 
-/// Whether the file told of more sound after `frame`, where its decoder has found no more.
+/// Whether the duration reaches past `frame`, where the decoder found the end.
 bool AudioDecoder::endsEarly(std::uint64_t frame) {
     constexpr double tolerance = 0.1; // in seconds
     return length() > static_cast<double>(frame) / sampleRate + tolerance;
 }
 
-/// Goes on after `frame`, where the decoder has found no more, if the file has more.
+/// Continues after `frame`, where the decoder found the end, if the file has more.
 void AudioDecoder::resume(std::uint64_t frame) {
-    if (scanner_) { // the header may tell of the first of several songs
+    if (scanner_) { // the header may describe only the first of several songs
         while (scanMore()) {
         }
         if (endsEarly(frame))
@@ -212,8 +213,8 @@ void AudioDecoder::resume(std::uint64_t frame) {
     }
 }
 
-/// Holds what the header tells against the last frame of the file; false if the decoder doesn't
-/// suit.
+/// Corrects the header's length by the file's last frame; false if the decoder can't handle the
+/// file.
 bool AudioDecoder::checkFlac() {
     isFlacUnchecked_ = false;
     const FlacHeader header = flacHeader(*decoder_);
@@ -223,7 +224,7 @@ bool AudioDecoder::checkFlac() {
         (end->lastFrame.sampleRate == 0 || end->lastFrame.sampleRate == header.sampleRate);
     if (isOneFormat)
         correctFlacSamples(*decoder_, end->samples);
-    // The decoder plays a file that changes its format as if it didn't, and needs a length to seek.
+    // The decoder ignores changes of format within a file, and needs a length to seek.
     return isOneFormat || (!end && header.samples > 0);
 }
 

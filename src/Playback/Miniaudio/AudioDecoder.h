@@ -20,8 +20,8 @@ namespace tamsy {
 class FileURL;
 
 /// An open file, decoded to stereo 32-bit float at 48,000 Hz. One thread at a time. No call takes
-/// longer than the file's size justifies: a decoder that is lost in a damaged file is stopped.
-/// Where it gives up before the end, the fallback goes on.
+/// longer than the file's size justifies: a decoder that is lost in a damaged file is stopped. If
+/// it stops before the end, the fallback decoder continues.
 class AudioDecoder {
   public:
     static constexpr ma_format format = ma_format_f32;
@@ -85,26 +85,26 @@ class AudioDecoder {
     enum class Kind { Other, Mpeg, Flac, Fallback };
 
     QByteArray path_;
-    std::unique_ptr<AudioFile> file_; // read by the scanner and by the MPEG decoder
+    std::unique_ptr<AudioFile> file_; // outlives its readers below
     std::unique_ptr<FileWindow> window_;
-    Decoder decoder_; // gives the file's own sample rate and channels
+    Decoder decoder_; // outputs the file's own sample rate and channels
     Kind kind_ = Kind::Other;
     std::optional<DownMix> mix_;
     std::optional<Resampler> resampler_;
-    std::vector<float> decoded_;             // a block in the file's format
-    std::span<const StereoFrame> converted_; // not yet read
-    std::uint64_t skippedFrames_ = 0;        // to drop of what is converted next
-    bool hasEnded_ = false;                  // nothing more is decoded
-    bool wasCutShort_ = false;               // the last seek, by its budget
-    bool isCut_ = false;                     // the decoder gave less than it was asked for
-    std::uint64_t nextFrame_ = 0;            // of the output
-    bool isLost_ = false;                    // nothing more is found from here on
-    std::int64_t seekingBudget_ = 0;
-    std::unique_ptr<MpegAudioScanner> scanner_; // while the scan isn't finished
-    std::size_t boundPoints_ = 0;               // of the scan, that the decoder knows
-    std::optional<double> scannedLength_;       // in seconds, where it was found on the way
+    std::vector<float> decoded_;                // a block in the file's format
+    std::span<const StereoFrame> converted_;    // not yet read
+    std::uint64_t skippedFrames_ = 0;           // to drop from what is converted next
+    bool hasEnded_ = false;                     // nothing more is decoded
+    bool wasCutShort_ = false;                  // the last seek spent its budget
+    bool isCut_ = false;                        // the decoder returned fewer frames than requested
+    std::uint64_t nextFrame_ = 0;               // of the output
+    bool isLost_ = false;                       // nothing more can be decoded
+    std::int64_t seekingBudget_ = 0;            // bytes
+    std::unique_ptr<MpegAudioScanner> scanner_; // until the scan is finished
+    std::size_t boundPoints_ = 0;               // seek points that the decoder has
+    std::optional<double> scannedLength_;       // in seconds, if the header has none
     bool isFlacUnchecked_ = false;              // its header's length may be wrong
-    bool mayFallBack_ = false; // what the decoder gives up on may be known elsewhere
+    bool mayFallBack_ = false;                  // the fallback decoder may support the file
 };
 
 } // namespace tamsy

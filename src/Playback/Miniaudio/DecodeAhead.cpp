@@ -173,16 +173,16 @@ class DecodeAhead::Worker {
             markEnd();
     }
 
-    /// A file may hold more than it tells.
+    /// Raises the duration if the file is longer than its header says.
     void followLength() {
-        constexpr double tolerance = 0.05; // seconds by which a header may round
+        constexpr double tolerance = 0.05; // seconds; headers round
         const double position = decoder_.place();
         if (shared_->length > 0 && position > shared_->length + tolerance)
             shared_->length = position;
     }
 
     void markEnd() {
-        // The length is to be right before the position reaches it.
+        // The duration must be right before the position reaches it.
         while (isScanning_ && !shared_->hasRequest) {
             isScanning_ = decoder_.scanMore();
             shared_->length = decoder_.length();

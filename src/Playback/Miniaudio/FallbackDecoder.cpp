@@ -130,13 +130,13 @@ bool isKnownContainer(const AudioFile& file) {
                                                      0x52463634}; // fLaC, OggS, RIFF, RF64
     std::array<std::byte, 4> start{};
     const auto first = ByteCursor(file.read(endOfLeadingTags(file), start)).readU32();
-    constexpr std::uint32_t flacFrame = 0xFFF8; // and a bit for how they are counted
+    constexpr std::uint32_t flacFrame = 0xFFF8; // the last bit is the blocking strategy, either one
     return first && (std::find(starts.begin(), starts.end(), *first) != starts.end() ||
                      (*first >> 17U) == flacFrame >> 1U);
 }
 
 bool holdsMpegAudio(const AudioFile& file) {
-    constexpr std::size_t enough = 512; // the format comes first but for small chunks
+    constexpr std::size_t enough = 512; // only small chunks precede the format
     constexpr std::string_view formatChunk = "fmt ";
     constexpr std::uint16_t mpeg = 0x50;
     constexpr std::uint16_t layer3 = 0x55;

@@ -7,11 +7,11 @@
 
 namespace tamsy {
 
-/// Whether a file, after any ID3v2 tags, begins as FLAC (with or without its header), Ogg or RIFF
-/// does: one of these that miniaudio refuses is worth a look by the fallback.
+/// Whether a file, after any ID3v2 tags, starts like FLAC (with or without its header), Ogg or
+/// RIFF. If miniaudio rejects such a file, the fallback decoder may support it.
 [[nodiscard]] bool isKnownContainer(const AudioFile& file);
 
-/// Whether a file is RIFF around MPEG audio.
+/// Whether a file, after any ID3v2 tags, is a RIFF file with MPEG audio.
 [[nodiscard]] bool holdsMpegAudio(const AudioFile& file);
 
 /// Opens a local file (a path in bytes) through the media module, which supports what miniaudio's

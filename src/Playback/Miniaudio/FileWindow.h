@@ -8,23 +8,23 @@
 
 namespace tamsy {
 
-/// A part of an open file as a file system of miniaudio's, which has no other file: a decoder that
-/// is given only the sound can't lose its way in the tags and junk around it. Reads are held to
-/// the thread's `ReadBudget`.
+/// A part of an open file, as the only file of a miniaudio file system: a decoder that sees only
+/// the audio can't get lost in the tags and junk around it. Reads count towards the thread's
+/// `ReadBudget`.
 class FileWindow {
   public:
-    /// From `start` to `end` in bytes of `file`, which must outlive this.
+    /// `start` and `end` are offsets in `file`, which must outlive this.
     FileWindow(const AudioFile& file, std::uint64_t start, std::uint64_t end);
     FileWindow(const FileWindow&) = delete;
     FileWindow& operator=(const FileWindow&) = delete;
 
-    /// For `ma_decoder_init_vfs`, with any name.
+    /// For `ma_decoder_init_vfs`, which may pass any path.
     [[nodiscard]] ma_vfs* fileSystem() { return &functions_; }
 
   private:
     struct Functions;
 
-    ma_vfs_callbacks functions_; // first: miniaudio takes the window's address for this
+    ma_vfs_callbacks functions_; // first, as miniaudio requires
     const AudioFile* file_;
     std::uint64_t start_;
     std::uint64_t size_;

@@ -13,7 +13,7 @@ struct Candidate {
     FlacFrameHeader header;
 };
 
-/// What looks like a frame's header: besides true ones, one in some megabytes of sound.
+/// Everything that looks like a frame header; some megabytes of audio contain one false one.
 std::vector<Candidate> candidatesIn(std::span<const std::byte> bytes) {
     std::vector<Candidate> found;
     const auto end = bytes.end();
@@ -26,8 +26,8 @@ std::vector<Candidate> candidatesIn(std::span<const std::byte> bytes) {
     return found;
 }
 
-/// Whether the first candidate is a frame up to a later one's start or to the end; the last frame
-/// of a cut file isn't, nor is what only looks like one.
+/// Whether the first candidate starts a complete frame, which ends at a later candidate or at the
+/// end. The truncated frame at the end of a cut file doesn't, nor does a false header.
 bool isWhole(std::span<const std::byte> bytes, std::span<const Candidate> candidates) {
     constexpr std::size_t enough = 4;
     const std::size_t start = candidates.front().offset;

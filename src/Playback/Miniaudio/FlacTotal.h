@@ -8,17 +8,17 @@
 
 namespace tamsy {
 
-/// Where a FLAC file (RFC 9639) really ends.
+/// The true end of a FLAC file (RFC 9639).
 struct FlacEnd {
-    std::uint64_t samples = 0; ///< a channel, in all
+    std::uint64_t samples = 0; ///< per channel, in the whole file
     FlacFrameHeader lastFrame;
 };
 
-/// Looks for the last whole frame of a file, in the last bytes of it: what the header tells is
-/// wrong where a transfer was cut off, or where an encoder couldn't go back to write it. Nothing
-/// if no frame ends there.
-/// @param blockSize samples in the frames, where all but the last have as many.
-/// @param maxFrameBytes of the stream's largest frame; 0 if it isn't known.
+/// Finds the last complete frame in the last bytes of a file, at most 1 MB. The header's length is
+/// wrong if a transfer was cut off, or if an encoder couldn't go back to write it. Nothing if no
+/// frame is found.
+/// @param blockSize samples per channel in all frames but the last, if it is constant.
+/// @param maxFrameBytes the size of the stream's largest frame; 0 if unknown.
 [[nodiscard]] std::optional<FlacEnd> findFlacEnd(const AudioFile& file, std::uint32_t blockSize,
                                                  std::uint32_t maxFrameBytes);
 

@@ -18,7 +18,7 @@ namespace tamsy {
 
 namespace {
 
-/// What the device plays.
+/// The file's frames with the volume applied, for the device.
 struct BridgeSound final : AudioRenderer {
     explicit BridgeSound(const FileURL& url) : file(url) {}
 
@@ -46,16 +46,16 @@ struct BridgePlayer {
     /// How long a sound server may take to open the device.
     static constexpr auto openLimit = std::chrono::seconds(2);
 
-    const std::shared_ptr<BridgeSound> sound; // with the device's thread, which may outlive this
+    const std::shared_ptr<BridgeSound> sound; // also the device thread's, which may outlive this
     OutputKeeper output;
     std::atomic<bool> isPlaying = false;
     const Clock::time_point openDeadline = Clock::now() + openLimit;
-    // What the caller has been told was done and isn't yet.
+    // Operations that were reported as done but aren't yet.
     bool isOpening = false;
     bool isDeviceOpening = true;
     bool isSeeking = false;
-    double soughtFrom = 0; // seconds
-    double anchor = 0;     // seconds, where the latest seek or stop went
+    double soughtFrom = 0; // seconds, the position to restore if the seek fails
+    double anchor = 0;     // seconds, the target of the latest seek or stop
 };
 
 namespace {
@@ -103,26 +103,26 @@ void setPosition(BridgePlayer& player, double seconds) {
     player.sound->positionSeconds = seconds;
 }
 
-/// About what is heard: the output produced without what the device holds of it.
+/// The approximate position that is heard: without the frames that the device has buffered.
 double heardPosition(const BridgePlayer& player) {
     const double held = static_cast<double>(player.output.heldFrames()) / AudioDecoder::sampleRate;
     return std::max(player.anchor, player.sound->positionSeconds - held);
 }
 
-/// Whether the device, which may be lost and replaced later, has yet to be opened.
+/// Whether the device hasn't been opened yet; one that is lost later doesn't count.
 bool isDeviceOpening(BridgePlayer& player) {
     player.isDeviceOpening = player.isDeviceOpening && !player.output.isOpen();
     return player.isDeviceOpening;
 }
 
-/// Whether opening the device has failed, or takes too long.
+/// Whether opening the device has failed or takes too long.
 bool hasNoDevice(BridgePlayer& player) {
     const bool isDone = player.output.wait(std::chrono::milliseconds(0));
     return isDeviceOpening(player) && (isDone || BridgePlayer::Clock::now() > player.openDeadline);
 }
 
-/// Starts the device; false if it can't be. One that doesn't answer in time starts as soon as it
-/// does.
+/// Starts the device; false if that fails. A slow one is started in the background, which counts as
+/// success.
 bool startDevice(BridgePlayer& player) {
     player.sound->file.setRunning(true);
     player.output.start();
@@ -133,8 +133,7 @@ bool startDevice(BridgePlayer& player) {
     return false;
 }
 
-/// Lets the device stop. One that doesn't answer in time stops as soon as it can, and nothing is
-/// heard of it meanwhile; false then.
+/// Waits for the device to stop; false if it takes longer than the timeout and stops later.
 bool waitForDevice(const BridgePlayer& player) {
     return player.output.wait(OutputKeeper::holdPatience);
 }
@@ -167,8 +166,8 @@ BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
 }
 
 void ma_destroyPlayer(BridgePlayer* player) {
-    const std::unique_ptr<BridgePlayer> owned(
-        player); // the device ends first: it reads the decoder
+    // The device is destroyed first, since it reads the decoder.
+    const std::unique_ptr<BridgePlayer> owned(player);
 }
 
 bool ma_play(BridgePlayer* player, BridgeErrorOut error) {

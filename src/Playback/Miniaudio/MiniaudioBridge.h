@@ -7,24 +7,25 @@ namespace tamsy {
 
 class FileURL;
 
-/// One open file on one output device. Made by `ma_createPlayer`, ended by `ma_destroyPlayer`; its
-/// caller owns it and calls the functions below on one thread, the interface thread. Stopped when
-/// fresh and after `ma_stop`, else playing or paused.
+/// One open file on one output device. Created by `ma_createPlayer`, destroyed by
+/// `ma_destroyPlayer`. The caller owns it and calls the functions below on the interface thread. It
+/// is stopped initially and after `ma_stop`, otherwise playing or paused.
 ///
-/// The device's own thread pulls frames from the decoder, which keeps them ready in memory. Opening
-/// and seeking wait 50 ms for a slow file; then they have succeeded for the time being, and the
-/// player is waiting. While it waits, and wherever the file owes frames, a running device plays
-/// silence that doesn't count; `ma_lookAtFileRaw` tells.
-/// A device whose sound server doesn't answer is waited for on a thread of its own: the caller goes
-/// on after 150 ms while it is opened or started, and after 80 ms while it stops. Opening fails
-/// after two seconds; a late start counts as a lost output. There is no end event: at the end of
-/// the file the device goes on playing silence and the position goes on rising past the duration.
+/// The device's thread pulls frames that the decoder keeps ready in memory. Opening and seeking
+/// wait 40 ms for a slow file; after that they report success, and the player waits. While it
+/// waits, and during an underrun, a running device plays silence that doesn't count;
+/// `ma_lookAtFileRaw` reports both, and late failures.
+///
+/// A slow sound server delays the caller by at most 150 ms when the device is opened or started,
+/// and by 80 ms when it stops. Opening fails after two seconds; a start that takes longer counts as
+/// a lost output. There is no end event: after the end of the file the device plays silence, and
+/// the position rises past the duration.
 struct BridgePlayer;
 
 /// What a player is doing.
 struct BridgeState {
     double durationSeconds = 0; // 0 while unknown; corrected if the file ends earlier
-    double positionSeconds = 0; // output produced since the last seek or stop, as far as heard
+    double positionSeconds = 0; // about what is heard; rises past the end
     bool isPlaying = false;     // whether the device was started and not stopped since
 };
 
@@ -44,7 +45,7 @@ using BridgeErrorOut = std::optional<BridgeError>*;
 [[nodiscard]] bool ma_isAvailable();
 
 /// Opens the file and the default output device, stopped. The output is always stereo 32-bit float
-/// at 48,000 Hz. If the file isn't open after 50 ms, opening continues in the background.
+/// at 48,000 Hz. If the file isn't open after 40 ms, opening continues in the background.
 /// @return the handle, or null with "Failed to open audio file" or "Failed to init audio device".
 [[nodiscard]] BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error);
 
@@ -85,23 +86,23 @@ void ma_getStateRaw(const void* player, double* durationSeconds, double* positio
 /// The state of a player's file.
 enum class BridgeFile {
     Ready,
-    Waiting,   // frames are owed, or the device is being opened
-    NotOpened, // opening file or device has failed after all: the player can only be destroyed
-    NotSought, // a seek has failed after all; told once, the position is what it was before
+    Waiting,   // frames are missing, or the device is still being opened
+    NotOpened, // file or device couldn't be opened: the player can only be destroyed
+    NotSought, // a seek failed later, and the position is restored; reported once
 };
 
 /// Call this regularly while a player waits. The error is that of the call that failed.
 [[nodiscard]] BridgeFile ma_lookAtFileRaw(void* player, BridgeErrorOut error);
 
-/// Whether the device has been opened by now.
+/// Whether the device has been opened, even if it was lost since.
 [[nodiscard]] bool ma_hasDeviceRaw(void* player);
 
-/// How a playing player's output is doing. A lost one is replaced as soon as there is another, and
-/// the sound goes on where it was.
+/// The state of a playing player's output. A lost device is replaced as soon as there is another;
+/// then playback resumes where it was.
 enum class BridgeOutput {
     There,
-    Lost,    // nothing has been heard for two seconds
-    GivenUp, // nor within a minute: only `ma_play` starts it again
+    Lost,    // no device for two seconds
+    GivenUp, // no device for a minute: it is no longer searched for, until `ma_play`
 };
 
 /// Never waits for the device.

@@ -25,11 +25,11 @@ ma_result openDevice(AudioRenderer& renderer, ma_device& device) {
     config.playback.channels = AudioDecoder::channels;
     config.dataCallback = ma_data_callback;
     config.pUserData = &renderer;
-    // With no list of backends and no context it goes through all of them until a device opens, and
-    // ends with one that runs in real time without any sound card.
+    // Without a list of backends it tries all of them until a device opens; the last one is silent
+    // and runs in real time without a sound card.
     const ma_result result = ma_device_init_ex(nullptr, 0, nullptr, &config, &device);
-    // What the device asks for is what it gets. Else a whole buffer would be kept in between, which
-    // the position would count and which the next stop would throw away.
+    // Otherwise miniaudio puts a buffer of its own in between, whose frames would count as played
+    // and be dropped at the next stop.
     if (result == MA_SUCCESS)
         device.noFixedSizedCallback = MA_TRUE;
     return result;
@@ -46,8 +46,8 @@ std::unique_ptr<MiniaudioDevice> MiniaudioDevice::open(AudioRenderer& renderer, 
     return device;
 }
 
-/// A running device's end waits for its thread to wake by itself, which it never does once the
-/// sound server has gone; stopping wakes it.
+/// Closing a running device waits for its thread, which never wakes up once the sound server is
+/// gone; stopping wakes it.
 MiniaudioDevice::~MiniaudioDevice() {
     static_cast<void>(ma_device_stop(&device_));
     ma_device_uninit(&device_);

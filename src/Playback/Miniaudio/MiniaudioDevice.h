@@ -12,9 +12,9 @@ namespace tamsy {
 /// The default output device through miniaudio: stereo float at 48,000 Hz.
 class MiniaudioDevice final : public AudioOutput {
   public:
-    /// Opens it. Where there is none, nothing, or if `maySilent` one that runs in real time all the
-    /// same. `result` outlives the device and takes the library's latest answer to opening and
-    /// starting.
+    /// Opens the device. If there is none: a silent one in real time if `maySilent`, otherwise
+    /// null. `renderer` and `result` must outlive it; `result` gets the library's result of opening
+    /// and of each start.
     [[nodiscard]] static std::unique_ptr<MiniaudioDevice>
     open(AudioRenderer& renderer, bool maySilent, std::atomic<ma_result>& result);
     ~MiniaudioDevice() override;
@@ -31,7 +31,7 @@ class MiniaudioDevice final : public AudioOutput {
     explicit MiniaudioDevice(std::atomic<ma_result>& result) : result_(result) {}
 
     std::atomic<ma_result>& result_;
-    ma_device device_{}; // opened before anybody sees this
+    ma_device device_{}; // initialised by `open`
     bool isRunning_ = false;
 };
 

@@ -29,7 +29,8 @@
 namespace tamsy {
 namespace {
 
-/// The output of a first frame that only describes the stream, which isn't decoded.
+/// The output frames of the first frame if it only describes the stream (Xing or Info), since the
+/// decoder skips it; otherwise 0.
 std::uint64_t tagFrameOutput(const ma_dr_mp3& mpeg, const MpegAudioScan& scan) {
     const bool firstFrameIsTag = mpeg.streamStartOffset >= scan.firstFrameEnd - scan.start;
     return firstFrameIsTag ? scan.firstFramePcmFrames : 0;
@@ -45,11 +46,10 @@ void bindMpegSeekTable(ma_decoder& decoder, const MpegAudioScan& scan) {
         ma_malloc(sizeof(ma_dr_mp3_seek_point) * (scan.points.size() + 1), nullptr));
     if (table == nullptr)
         return;
-    // The encoder's delay is dropped at the start alone, so positions behind it are told without
-    // it.
+    // The decoder drops the encoder delay only at the start; later positions don't include it.
     const std::uint64_t delay = mpeg.delayInPCMFrames;
     const std::uint64_t dropped = delay + tagFrameOutput(mpeg, scan);
-    // The first frame of a new start lacks what overlaps from the one before.
+    // The first frame after a restart lacks the overlap with the previous one.
     const std::uint32_t settling = 2 * scan.firstFramePcmFrames;
     ma_uint32 count = 0;
     table[count++] = {mpeg.streamStartOffset, 0, 0, 0};
@@ -144,7 +144,7 @@ void flushPulseStream(ma_device& device) {
     const auto& library = device.pContext->pulse;
     const auto flush = reinterpret_cast<ma_pa_stream_flush_proc>(library.pa_stream_flush);
     const auto release = reinterpret_cast<ma_pa_operation_unref_proc>(library.pa_operation_unref);
-    // Its place is ahead of all that the next start writes; nobody needs to wait for it.
+    // No need to wait: the server flushes before it gets what the next start writes.
     if (ma_pa_operation* operation = flush(stream, nullptr, nullptr))
         release(operation);
 }

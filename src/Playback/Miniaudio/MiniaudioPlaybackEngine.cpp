@@ -14,7 +14,7 @@ namespace tamsy {
 namespace {
 
 constexpr double minUpdateInterval = 0.05; // seconds
-constexpr int waitInterval = 20;           // milliseconds between two looks at a slow file
+constexpr int waitInterval = 20;           // milliseconds between checks of a slow file
 constexpr int outputInterval = 200;        // the same for a lost output
 
 void logFailure(QLatin1String call, const std::optional<BridgeError>& error) {
@@ -141,8 +141,8 @@ void MiniaudioPlaybackEngine::sendState() {
     isPlayingSubject_.send(playing);
 }
 
-/// A player whose output stays lost pauses where it is. It goes on by itself once there is another,
-/// unless that takes so long that the bridge has given up.
+/// While the output is lost, playback counts as paused. It resumes once there is another, unless
+/// the bridge gives up before.
 void MiniaudioPlaybackEngine::lookAtOutput() {
     const bool wasLost = outputTimer_.isActive();
     switch (ma_lookAtOutputRaw(handle_.get())) {

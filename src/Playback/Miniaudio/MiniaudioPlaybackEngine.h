@@ -46,9 +46,9 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
 
     std::unique_ptr<void, HandleDeleter> handle_; // the open player
     QBasicTimer timer_;                           // runs only while playing
-    QBasicTimer waitTimer_;                       // runs only while the file owes frames
+    QBasicTimer waitTimer_;                       // runs only while the player waits
     QBasicTimer outputTimer_;                     // runs only while a playing output is lost
-    bool playsWhenReady_ = false;                 // playing was held up by the file
+    bool playsWhenReady_ = false;                 // playback starts once the file is ready
     float currentVolume_ = 0.5F;                  // given to each new player
     double updateInterval_ = 0.2;                 // seconds
 };

@@ -2,17 +2,16 @@
 
 #include <miniaudio.h>
 
-// What miniaudio's PulseAudio backend knows and doesn't tell. Other backends' devices are left
-// alone.
+// Access to miniaudio's PulseAudio backend beyond its own interface. With other backends the
+// functions do nothing and return false.
 
 namespace tamsy {
 
-/// Makes the server throw away what it holds of a stopped device's sound, at the latest when the
-/// device is started again.
+/// Makes the server drop the frames that it has buffered for a stopped device, before it plays any
+/// new ones. Never waits.
 void flushPulseStream(ma_device& device);
 
-/// Whether the device's connection or stream has ended: the library goes on as if it hadn't. Never
-/// waits.
+/// Whether the device's connection or stream has ended, which miniaudio doesn't check. Never waits.
 [[nodiscard]] bool hasLostPulseServer(const ma_device& device);
 
 } // namespace tamsy

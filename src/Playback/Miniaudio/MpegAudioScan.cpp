@@ -13,20 +13,20 @@
 namespace tamsy {
 namespace {
 
-// Junk before the first frame: a cut stream starts within a frame, a tag whose size is wrong hides
-// its picture there.
+// Max junk before the first frame, in bytes: a cut stream starts within a frame, and a tag with a
+// wrong size leaves its picture there.
 constexpr std::uint64_t searchedBeforeAudio = 8'388'608;
-// Junk between and behind frames: a half-finished download still plays, a container with some audio
-// in it doesn't.
+// Max junk between and after frames, in bytes: an incomplete download still plays, but not a
+// container with some audio in it.
 constexpr std::uint64_t junkAllowance = 1'048'576;
 constexpr std::uint64_t junkLimit = 8 * junkAllowance;
 // Less than a second between two seek points, which decodes in a millisecond.
 constexpr std::uint64_t framesPerPoint = 32;
 
-/// A view of the file that reads ahead in large steps, in bytes.
+/// A view of the file that reads ahead in large steps. Positions are offsets in the file.
 class Window {
   public:
-    /// Up to `end`, in bytes.
+    /// Reads `step` bytes at a time, and nothing from `end` on.
     Window(const AudioFile& file, std::uint64_t end, std::size_t step = 65'536)
         : file_(file), end_(end), buffer_(step) {}
 
@@ -111,13 +111,12 @@ std::uint64_t junkLimitFor(std::uint64_t audioBytes) {
     return std::min(junkAllowance + audioBytes, junkLimit);
 }
 
-/// Where a tag at `position` ends, as they stand between songs that were put together; `position`
-/// if there is none.
+/// The end of a tag at `position`, as between joined songs; `position` if there is none.
 std::uint64_t endOfTag(Window& window, std::uint64_t position) {
     const auto bytes = window.at(position, ApeFooter::size);
     if (ByteCursor(bytes).readU24() == 0x494433U /* "ID3" */)
         return endOfLeadingTags(window.file(), position);
-    // Header and footer are alike, and the size counts one of them.
+    // Header and footer have the same format, and the size includes only one of them.
     const auto header = readApeFooter(bytes);
     return header ? position + header->itemBytes + 2 * ApeFooter::size : position;
 }
@@ -252,7 +251,7 @@ class MpegAudioScanner::Walk {
         scan_.pcmFrames += lastFrame_.pcmFrame;
     }
 
-    /// The decoder takes a frame that none follows for junk.
+    /// Uncounts the last frame: the decoder treats a frame that none follows as junk.
     void forgetLastFrame() {
         scan_.pcmFrames -= lastFrame_.pcmFrame;
         if (!scan_.points.empty() && scan_.points.back().byte == lastFrame_.byte)
@@ -284,13 +283,13 @@ class MpegAudioScanner::Walk {
     const AudioFile& file_;
     Window window_;
     State state_ = State::Walking;
-    std::uint64_t position_ = 0; // walked up to here, in bytes from the file's start
+    std::uint64_t position_ = 0; // offset up to which the file has been scanned
     MpegAudioScan scan_;
     std::uint64_t audioBytes_ = 0;
     std::uint64_t junkBytes_ = 0;
     std::uint64_t frames_ = 0;
     std::uint32_t kind_ = 0;
-    MpegSeekPoint lastFrame_; // where it starts, and what it comes to
+    MpegSeekPoint lastFrame_; // its offset, and the number of its output frames
     Reservoir reservoir_;
     std::optional<PendingPoint> pending_;
 };

@@ -8,33 +8,32 @@
 
 namespace tamsy {
 
-/// A position where decoding can start.
+/// A position where decoding can start. Output frames are counted from the first MPEG frame's.
 struct MpegSeekPoint {
-    std::uint64_t byte = 0; // offset of a frame in the file
-    std::uint64_t pcmFrame =
-        0; // the first output frame, counted from the first MPEG frame's output
+    std::uint64_t byte = 0;     // offset of an MPEG frame in the file
+    std::uint64_t pcmFrame = 0; // the first output frame from there
 };
 
 /// A summary of the frames in an MPEG audio file.
 struct MpegAudioScan {
-    std::vector<MpegSeekPoint> points; // rising; none is needed for the start
-    std::uint64_t start = 0, end = 0;  // of all frames, in bytes from the file's start
-    std::uint64_t firstFrameEnd = 0;   // bytes from the file's start
+    std::vector<MpegSeekPoint> points; // ascending; the start has none
+    std::uint64_t start = 0, end = 0;  // of the audio, offsets in the file
+    std::uint64_t firstFrameEnd = 0;   // offset in the file
     std::uint32_t firstFramePcmFrames = 0;
     std::uint64_t pcmFrames = 0; // output of all frames
 };
 
-/// Walks a file from frame to frame, by their headers alone, a piece at a time.
+/// Scans a file's MPEG frame headers, step by step.
 ///
-/// The decoder takes anything for MPEG audio and looks for frames until the file's end, so a file
-/// of zeros or a renamed film would hold up its caller for as long as reading it takes. Here a
-/// frame is looked for only in a bounded stretch behind the tags, and from there on the file may
-/// hold some damage, but no more than a damaged music file does. Tags between songs that were put
-/// together, and those at the file's end, are no damage.
+/// The decoder accepts anything as MPEG audio and searches for frames to the end of the file, so a
+/// file of zeros or a renamed film would block its caller while it reads all of it. The scan
+/// searches for the first frame only in a limited range after the tags, and accepts only as much
+/// damage as a damaged music file has. Tags between joined songs, and at the end of the file,
+/// aren't damage.
 ///
-/// A frame borrows data from those before it, so decoding that begins at a frame is silent until
-/// enough has gone by, up to a fifth of a second. The points say what comes out first, which makes
-/// seeks exact.
+/// A frame uses data of previous ones (the bit reservoir), so decoding from a frame is silent at
+/// first, for up to a fifth of a second. The seek points say which frame is output first, which
+/// makes seeks exact.
 class MpegAudioScanner {
   public:
     enum class State {
@@ -56,7 +55,8 @@ class MpegAudioScanner {
     /// scan would take long. Costs a few small reads.
     [[nodiscard]] bool hasMusicAhead();
 
-    /// The frames scanned so far. Their start and the end of the last are known with the first.
+    /// The frames scanned so far. `start` and the first frame's values are valid once a frame has
+    /// been found, `end` always.
     [[nodiscard]] const MpegAudioScan& scan() const;
 
     /// The output frames of the whole file, extrapolated from those scanned so far.

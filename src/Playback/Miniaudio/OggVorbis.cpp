@@ -16,7 +16,7 @@ namespace {
 using Bytes = ByteCursor::Bytes;
 using Packet = std::vector<std::byte>;
 
-constexpr std::size_t largestPacket = 67'108'864; // comments hold covers, a third larger than files
+constexpr std::size_t largestPacket = 67'108'864; // bytes; comments hold covers as Base64
 
 /// Reads packets from the pages at the start of a file.
 class PacketReader {
@@ -49,7 +49,7 @@ class PacketReader {
         return packet;
     }
 
-    /// Of the stream that the last packet belongs to.
+    /// The serial number of the last packet's stream.
     [[nodiscard]] std::uint32_t serialNumber() const { return serialNumber_; }
 
   private:
@@ -67,7 +67,7 @@ class PacketReader {
     std::uint64_t position_ = 0;
     std::uint32_t serialNumber_ = 0;
     std::array<std::byte, OggPageHeader::maxSize> header_{};
-    Bytes segments_; // of the page, those not taken yet
+    Bytes segments_; // the page's segment table, from the next packet on
 };
 
 /// A header packet's contents after its type and name.
@@ -90,9 +90,9 @@ bool commentsFit(Bytes body) {
            (body[walk.position()] & framingBit) != std::byte{0};
 }
 
-/// Whether the first page with sound stands further on than its packets can come to.
+/// Whether the first audio page's position is past what its packets can decode to.
 bool startsLate(const AudioFile& file, const VorbisStart& start) {
-    constexpr int maxPages = 4; // a packet may take some before it ends
+    constexpr int maxPages = 4; // a packet may span several
     std::uint64_t position = start.headerBytes, packets = 0;
     for (int i = 0; i < maxPages; ++i) {
         std::array<std::byte, OggPageHeader::maxSize> bytes{};
@@ -110,7 +110,7 @@ bool startsLate(const AudioFile& file, const VorbisStart& start) {
     return false;
 }
 
-/// Of the last page; nothing if none is found.
+/// The last page's serial number; nothing if no page is found.
 std::optional<std::uint32_t> lastSerialNumber(const AudioFile& file) {
     constexpr std::uint64_t largestPage = 65'536;
     const std::uint64_t start = file.size() - std::min(file.size(), largestPage);

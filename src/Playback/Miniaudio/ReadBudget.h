@@ -12,7 +12,7 @@ namespace tamsy {
 /// lock and allocates nothing.
 class ReadBudget {
   public:
-    /// The number of `bytes`; a smaller read counts as `minCost`.
+    /// Allows `bytes`; a read of fewer than `minCost` counts as `minCost`.
     explicit ReadBudget(std::int64_t bytes);
     ~ReadBudget();
     ReadBudget(const ReadBudget&) = delete;
@@ -23,7 +23,7 @@ class ReadBudget {
     /// Whether this thread's budget is spent.
     [[nodiscard]] static bool isSpent() { return left_ <= 0; }
 
-    /// Counts bytes that were read in another way; a block of few counts as one of `minCost`.
+    /// Counts bytes that were read in another way, at least `minCost`.
     static void take(std::size_t bytes);
 
     /// `std::fopen`; child processes don't inherit the file.

@@ -10,12 +10,13 @@
 namespace tamsy {
 namespace {
 
-/// Small pieces of a file, by their distance from a position back to the start.
+/// Reads small pieces of a file at a distance before the offset `end`.
 class Tail {
   public:
     Tail(const AudioFile& file, std::uint64_t end) : file_(file), end_(end) {}
 
-    /// The `count` bytes that begin `distance` before the end; fewer if the file has fewer.
+    /// `count` bytes from `distance` before the end on; fewer if the file ends earlier. Valid until
+    /// the next call.
     ByteCursor::Bytes at(std::uint64_t distance, std::size_t count) {
         if (distance > end_)
             return {};
