@@ -13,7 +13,7 @@ namespace {
 
 using Status = MediaPlayer::TimeControlStatus;
 
-/// The time scale of the player's times, a common multiple for films and music.
+/// The time scale of seek targets, in units per second: a multiple of usual film frame rates.
 constexpr double timeScale = 600;
 
 constexpr double minUpdateInterval = 0.05; // seconds

@@ -40,7 +40,7 @@ MediaDecoder::Block ChainedDecoder::decode() {
     const bool isLast = current_ + 1 == links_.size();
     if (!block.ended || isLast)
         return block;
-    if (!block.frames.empty()) // the next link's decoder takes their memory along
+    if (!block.frames.empty()) // they belong to the decoder that the next link replaces
         return {block.frames, false};
     return enter(current_ + 1) ? decoder_->decode() : Block{{}, true};
 }

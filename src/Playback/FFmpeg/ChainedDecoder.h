@@ -10,11 +10,11 @@
 
 namespace tamsy {
 
-/// The parts of a chained file, one after the other as one run of frames.
+/// Decodes the links of a chained file one after the other, as one stream.
 class ChainedDecoder : public MediaDecoder {
   public:
-    /// Opens each of `ranges` to learn its length; those that can't be opened are left out. Nothing
-    /// if none can.
+    /// Opens each of `ranges`, in order, to get its duration. Those that can't be opened or have no
+    /// known duration are skipped; null if none is left.
     [[nodiscard]] static std::unique_ptr<ChainedDecoder> open(const char* path,
                                                               const std::vector<FileRange>& ranges,
                                                               const std::atomic<bool>& abandoned);
@@ -26,8 +26,8 @@ class ChainedDecoder : public MediaDecoder {
   private:
     struct Link {
         FileRange range;
-        double start = 0; // seconds
-        double length = 0;
+        double start = 0;  // seconds
+        double length = 0; // seconds
     };
 
     ChainedDecoder(const char* path, const std::atomic<bool>& abandoned)
@@ -41,7 +41,8 @@ class ChainedDecoder : public MediaDecoder {
     std::unique_ptr<FFmpegDecoder> decoder_; // of the current link
 };
 
-/// Opens a local file, chained or not; nothing if it can't be played.
+/// Opens the local file at `path` (bytes), chained or not; null if it can't be played. Reads fail
+/// once `abandoned` is true; it must outlive the decoder.
 [[nodiscard]] std::unique_ptr<MediaDecoder> openMedia(const char* path,
                                                       const std::atomic<bool>& abandoned);
 

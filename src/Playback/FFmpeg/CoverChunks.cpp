@@ -14,7 +14,7 @@ namespace tamsy {
 namespace {
 
 struct Chunk {
-    std::string_view name; // in the finder's buffer, until it reads on
+    std::string_view name; // valid until the finder's next read
     std::int64_t nameOffset = 0;
     std::int64_t body = 0;
     std::int64_t end = 0;

@@ -15,7 +15,7 @@ extern "C" {
 namespace tamsy {
 namespace {
 
-/// The maximum number of packets per call, so that damage blocks nobody.
+/// The maximum number of packets per call, so that a call stays short in a damaged file.
 constexpr int packetsPerCall = 32;
 
 /// Frames per packet if the file doesn't say, as in the most common codec.
@@ -127,8 +127,8 @@ void FFmpegDecoder::feed() {
 }
 
 /// After a seek the demuxer estimates the times of FLAC in Ogg, and of ADPCM from a rounded byte
-/// rate; the packets have exact positions. Those of Speex don't: there the next page's first packet
-/// has a time that the file tells.
+/// rate; the packets have exact positions. Speex packets don't, so decoding waits for the next
+/// page, whose time is in the file.
 void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     const AVCodecParameters& parameters = file_->codecParameters();
     const auto bytesOf = [](const std::uint8_t* data, int size) {
@@ -161,7 +161,7 @@ void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     }
 }
 
-/// The number of the packet's first sample in the stream.
+/// The number of the frame's first sample in the stream.
 std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
     if (blockNumber_)
         return *blockNumber_ * frame.nb_samples;
@@ -188,7 +188,7 @@ double FFmpegDecoder::preRoll() const {
 void FFmpegDecoder::restartAt(double seconds) {
     const double units = seconds / av_q2d(file_->timeBase());
     file_->seek(firstTime() + static_cast<std::int64_t>(units));
-    // The decoder of Speex keeps what it knew of the sound before.
+    // Flushing doesn't reset the Speex decoder.
     if (codec_->codec_id == AV_CODEC_ID_SPEEX)
         codec_ = openCodec(*file_);
     else

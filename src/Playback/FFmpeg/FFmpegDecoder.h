@@ -17,7 +17,8 @@ namespace tamsy {
 /// Decodes a file on the calling thread.
 class FFmpegDecoder : public MediaDecoder {
   public:
-    /// `range` is the part of the file to play. Nothing if it or its codec can't be opened.
+    /// Opens the local file at `path` (bytes), or the part `range`; null if the file or its codec
+    /// can't be opened. Reads fail once `abandoned` is true; it must outlive the decoder.
     [[nodiscard]] static std::unique_ptr<FFmpegDecoder>
     open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range = {});
 
@@ -56,14 +57,15 @@ class FFmpegDecoder : public MediaDecoder {
     std::unique_ptr<AVFrame, FrameDeleter> frame_;
     FrameConverter converter_;
     std::optional<std::int64_t> origin_; // time stamp of the first sound, in the file's time base
-    std::optional<std::int64_t> firstSample_;   // its number in the file's first packet
+    std::optional<std::int64_t> firstSample_;   // its number in the stream
     std::optional<std::int64_t> firstOffset_;   // in bytes, of the file's first packet
-    std::optional<std::int64_t> restartOffset_; // and of the one where decoding was last begun
+    std::optional<std::int64_t> restartOffset_; // in bytes, of the first packet since the last seek
+    // Of the latest packet, only used until `position_` is known.
     bool isPositionKnown_ = true;
-    std::optional<std::int64_t> blockNumber_, sampleNumber_; // of the packet that decoding began at
-    std::int64_t restart_ = 0; // frames at the device's rate, where decoding was last begun
-    std::optional<std::int64_t> position_; // frames at the device's rate, where the next block is
-    std::optional<Block> pending_;         // found by a seek, given by the next `decode`
+    std::optional<std::int64_t> blockNumber_, sampleNumber_;
+    std::int64_t restart_ = 0;             // the first frame since the last seek, in output frames
+    std::optional<std::int64_t> position_; // of the next block, in output frames
+    std::optional<Block> pending_;         // decoded by a seek, returned by the next `decode`
 };
 
 } // namespace tamsy

@@ -14,7 +14,7 @@ struct AVIOContext;
 
 namespace tamsy {
 
-/// A part of a file, in bytes from where its sound's container begins.
+/// A part of a file, in bytes from the start of the container.
 struct FileRange {
     std::int64_t start = 0;
     std::int64_t end = INT64_MAX;
@@ -25,8 +25,8 @@ struct FileRange {
 /// container from the demuxer.
 class FileInput {
   public:
-    /// Opens a regular file, or a part of it; nothing for anything else. Reads fail once
-    /// `abandoned` is true.
+    /// Opens the regular file at `path` (bytes), or a part of it; null for anything else. Reads
+    /// fail once `abandoned` is true; it must outlive this.
     [[nodiscard]] static std::unique_ptr<FileInput>
     open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range = {});
     FileInput(const FileInput&) = delete;
@@ -42,8 +42,8 @@ class FileInput {
     [[nodiscard]] std::span<const std::byte> readAt(std::int64_t offset,
                                                     std::span<std::byte> target) const;
 
-    /// Makes the demuxer see the name "free", which containers give to unused space, in place of
-    /// the four bytes at each of `offsets`.
+    /// Replaces the four bytes at each of `offsets` by "free", the name of unused space in
+    /// containers, when the demuxer reads them.
     void hideNames(std::vector<std::int64_t> offsets) { hiddenNames_ = std::move(offsets); }
 
     /// The size in bytes; negative if unknown.
@@ -53,6 +53,7 @@ class FileInput {
     /// as sequential.
     void expectRandomReads(bool isRandom) const;
 
+    /// What the demuxer reads from; owned by this.
     [[nodiscard]] AVIOContext* context() const { return context_; }
 
   private:
@@ -65,10 +66,10 @@ class FileInput {
 
     int descriptor_;
     const std::atomic<bool>& abandoned_;
-    std::int64_t start_ = 0;       // bytes of the file that are left out
-    std::int64_t end_ = INT64_MAX; // bytes from there, of a part
-    std::int64_t offset_ = 0;      // bytes from there
-    std::int64_t allowed_ = INT64_MAX;
+    std::int64_t start_ = 0;           // bytes skipped at the start
+    std::int64_t end_ = INT64_MAX;     // bytes from `start_`
+    std::int64_t offset_ = 0;          // of the next read, in bytes from `start_`
+    std::int64_t allowed_ = INT64_MAX; // bytes
     std::vector<std::int64_t> hiddenNames_;
     AVIOContext* context_ = nullptr;
 };

@@ -43,8 +43,8 @@ class MediaBackend {
     [[nodiscard]] virtual std::unique_ptr<MediaDecoder>
     openFile(const char* path, const std::atomic<bool>& abandoned) = 0;
 
-    /// Opens the default device. Where there is none, nothing, or if `maySilent` a silent one in
-    /// real time. `renderer` must outlive the output.
+    /// Opens the default device. If there is none: a silent output if `maySilent`, otherwise null.
+    /// `renderer` must outlive the output.
     [[nodiscard]] virtual std::unique_ptr<AudioOutput> openOutput(AudioRenderer& renderer,
                                                                   bool maySilent) = 0;
 };

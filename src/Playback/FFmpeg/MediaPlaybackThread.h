@@ -14,13 +14,13 @@ namespace tamsy {
 /// The thread that decodes for one media player after another and owns the device, which stays open
 /// between files. The first file starts it. If it hangs in a file system that doesn't respond, it
 /// is abandoned when the next file comes, and replaced. All operations and the signal belong to the
-/// interface thread; none blocks.
+/// interface thread; only the destructor blocks.
 class MediaPlaybackThread : public QObject {
     Q_OBJECT
   public:
     MediaPlaybackThread();
 
-    /// Ends the thread. One that is stuck in a dead device or disk is abandoned after a moment.
+    /// Ends the thread. One that is stuck in a dead file system is abandoned after half a second.
     ~MediaPlaybackThread() override;
 
     /// Replaces the current file with the one at `path` (bytes), paused. Returns the item number
@@ -31,13 +31,13 @@ class MediaPlaybackThread : public QObject {
     void setRunning(std::uint64_t item, bool running);
     void seek(std::uint64_t item, std::uint64_t number, double seconds);
 
-    /// Linear gain, 0 to 1, for this and all later items.
+    /// Sets the linear gain, 0 to 1, for this and all later items.
     void setVolume(float volume);
 
     /// Whether there is an underrun: the file is read more slowly than it plays.
     [[nodiscard]] bool hasRunDry() const;
 
-    /// The ring's number of about the frame that is heard now.
+    /// The ring buffer's number of about the frame that is heard now.
     [[nodiscard]] std::uint64_t heardFrames() const;
 
   Q_SIGNALS:

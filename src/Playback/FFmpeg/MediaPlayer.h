@@ -32,11 +32,11 @@ class FileURL;
 class MediaPlayer : public QObject {
     Q_OBJECT
   public:
-    /// `Waiting` is meant to play but has no sound yet, or none for the moment.
+    /// `Waiting` should play but has no sound: it is about to start, has an underrun or no output.
     enum class TimeControlStatus { Paused = 0, Waiting = 1, Playing = 2 };
 
     /// Loads the file at `item`, paused at 0, in place of what `thread` played before. A file that
-    /// can't be played stays paused, with an unknown duration.
+    /// can't be played stays paused, with an unknown duration. `thread` must outlive this.
     MediaPlayer(MediaPlaybackThread& thread, const FileURL& item);
     ~MediaPlayer() override;
 

@@ -19,8 +19,7 @@ class PageWalk {
 
     [[nodiscard]] std::int64_t offset() const { return offset_; }
 
-    /// The page at the offset or the first one after it, and the offset moves there; nothing at the
-    /// end.
+    /// Moves the offset to the page there, or to the next one, and returns it; nothing at the end.
     std::optional<OggPageHeader> find() {
         constexpr std::size_t headerSize = OggPageHeader::maxSize;
         if (const auto page = parseOggPageHeader(read(headerSize)))
@@ -44,7 +43,8 @@ class PageWalk {
         offset_ += static_cast<std::int64_t>(page.size() + page.bodySize);
     }
 
-    /// The last page that fits `isWanted`, of those in the file's last bytes.
+    /// The last page in the file's last 64 KB that meets `isWanted`, which is called with the page
+    /// and the number of bytes from its start to the end of the file. Moves the offset.
     template <typename Predicate>
     std::optional<OggPageHeader> findLast(Predicate isWanted) {
         offset_ = std::max<std::int64_t>(0, input_.size() - static_cast<std::int64_t>(maxPageSize));
@@ -64,10 +64,10 @@ class PageWalk {
     void restart() { offset_ = 0; }
 
   private:
-    /// Nothing once too much was read: a file of nothing but empty pages would take for ever.
+    /// Returns nothing once too much has been read: a file of empty pages would take forever.
     std::span<const std::byte> read(std::size_t count) {
-        constexpr std::size_t leastBytes = 1024;              // small pages come together
-        constexpr std::size_t maxBytes = 20'000 * leastBytes; // of some 80 MB of music
+        constexpr std::size_t leastBytes = 1024;              // to read small pages together
+        constexpr std::size_t maxBytes = 20'000 * leastBytes; // for about 80 MB of music
         const auto from = static_cast<std::size_t>(std::max<std::int64_t>(0, offset_ - start_));
         if (offset_ >= start_ && from + count <= filled_.size())
             return filled_.subspan(from, count);
@@ -82,7 +82,7 @@ class PageWalk {
     const FileInput& input_;
     std::vector<std::byte> bytes_;
     std::int64_t offset_ = 0;
-    std::int64_t start_ = 0; // of what was read last
+    std::int64_t start_ = 0; // offset of `filled_`
     std::span<const std::byte> filled_;
     std::size_t readBytes_ = 0;
 };
@@ -127,14 +127,14 @@ std::vector<FileRange> findOggLinks(const FileInput& input) {
 }
 
 std::int64_t firstOggPosition(const FileInput& input, std::int64_t packetLength) {
-    constexpr int maxPages = 64; // headers hold pictures, but the first sound is looked for near
+    constexpr int maxPages = 64; // headers may hold a picture
     PageWalk walk(input);
     std::int64_t packets = 0;
     for (int i = 0; i < maxPages; ++i) {
         const auto page = walk.find();
         if (!page)
             break;
-        if (page->granule != 0) // those of headers are zero
+        if (page->granule != 0) // header pages have position 0
             packets += std::ranges::count_if(page->laces, [](std::byte lace) {
                 return lace != std::byte{OggPageHeader::fullLace};
             });

@@ -8,19 +8,19 @@
 
 namespace tamsy {
 
-/// The parts of an Ogg file (RFC 3533, 4) that was chained from several, one after the other: each
-/// has streams of its own and counts from its own start, as recordings of radio stations do. One
-/// part where there is no chain, and none where the file isn't Ogg.
+/// The links of a chained Ogg file (RFC 3533, 4), such as a recording of a radio station: files one
+/// after the other, each with its own streams and positions. One link if the file isn't chained,
+/// none if it isn't Ogg.
 ///
-/// A look at both ends tells whether there is a chain; only then the pages are walked through.
+/// The first and last pages show whether a file is chained; only then all page headers are read.
 [[nodiscard]] std::vector<FileRange> findOggLinks(const FileInput& input);
 
-/// The position at the start of a stream whose packets all come to `packetLength`: 0, unless it was
-/// cut out of a longer one.
+/// The position of a stream's start, in samples: 0, unless it was cut out of a longer stream. Each
+/// packet must decode to `packetLength` samples.
 [[nodiscard]] std::int64_t firstOggPosition(const FileInput& input, std::int64_t packetLength);
 
-/// The position at the end of the last page that tells one, in the units of its codec; nothing if
-/// none is found.
+/// The position at the end of the last page that has one, in the units of its codec; nothing if the
+/// last 64 KB contain none.
 [[nodiscard]] std::optional<std::int64_t> lastOggPosition(const FileInput& input);
 
 } // namespace tamsy

@@ -62,7 +62,7 @@ struct PacketDeleter {
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
 };
 
-/// Samples in a frame, as STREAMINFO tells first; 0 if it isn't there.
+/// The samples per frame from STREAMINFO, whose first field they are; 0 if it is missing.
 int flacBlockSize(const AVCodecParameters& codec) {
     return codec.extradata_size > 1 ? codec.extradata[0] << 8 | codec.extradata[1] : 0;
 }
@@ -132,7 +132,7 @@ AVRational PacketReader::timeBase() const {
 }
 
 double PacketReader::seekMargin() const {
-    constexpr double longestPage = 1.5; // muxers' limit is a second
+    constexpr double longestPage = 1.5; // seconds; muxers limit pages to one second
     return std::string_view(format_->iformat->name) == "ogg" ? longestPage : 0;
 }
 
@@ -177,7 +177,7 @@ void PacketReader::noteStart(std::int64_t timestamp) {
         std::string_view(format_->iformat->name) == "ogg" && format_->nb_streams == 1;
     const auto end = isOggStream ? lastOggPosition(*input_) : std::nullopt;
     const AVCodecParameters& codec = *stream_->codecpar;
-    if (codec.codec_id == AV_CODEC_ID_FLAC) // which the demuxer takes to start at zero
+    if (codec.codec_id == AV_CODEC_ID_FLAC) // the demuxer assumes that it starts at zero
         timestamp = isOggStream ? firstOggPosition(*input_, flacBlockSize(codec)) : 0;
     else if (codec.codec_id == AV_CODEC_ID_OPUS)
         timestamp += codec.initial_padding;

@@ -18,7 +18,8 @@ namespace tamsy {
 /// Reads the packets of a file's audio stream. Other streams are skipped.
 class PacketReader {
   public:
-    /// Opens the file or a part of it; nothing if it is no container that we play, holds no sound.
+    /// Opens the local file at `path` (bytes), or a part of it; null if its container isn't
+    /// supported or has no audio stream. Reads fail once `abandoned` is true; it must outlive this.
     [[nodiscard]] static std::unique_ptr<PacketReader>
     open(const char* path, const std::atomic<bool>& abandoned, const FileRange& range);
 
@@ -26,8 +27,8 @@ class PacketReader {
     /// `scanMore` has work left.
     [[nodiscard]] double duration() const { return duration_; }
 
-    /// Tells the time stamp of the first sound, in units of `timeBase`. The length of an Ogg stream
-    /// is counted from there to its last page, wherever it was cut out.
+    /// Sets the time stamp of the first sound, in units of `timeBase`. The duration of an Ogg
+    /// stream is counted from there to its last page, since it may be cut out of a longer one.
     void noteStart(std::int64_t timestamp);
 
     /// Does a step of the measuring that opening has left; false once nothing is left.

@@ -10,7 +10,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Between two looks at an output that sounds, and at a lost one.
+/// The interval for checking an output that plays, and a lost one.
 constexpr auto outputInterval = milliseconds(250);
 
 /// How soon to check again if the device should have taken frames but hasn't.
@@ -74,7 +74,8 @@ void PlaybackLoop::seek(const PlaybackRequest& request) {
     report(PlaybackReport::Kind::Sought, position);
 }
 
-/// Drops all sound, also what the output holds: what comes next follows at once.
+/// Drops all frames, including those that the output has buffered, so that the next ones are heard
+/// at once.
 void PlaybackLoop::discardSound() {
     pending_ = {};
     drained_ = false;
@@ -82,7 +83,8 @@ void PlaybackLoop::discardSound() {
     filling_ = true;
     run_ = 0;
     output_.flush();
-    // Without an answer in time it pulls some of the new frames before it drops what it has.
+    // An output that isn't held in time still reads from the ring buffer and drops the discarded
+    // frames itself. It may flush some of the new ones, too.
     const bool isHeld = output_.wait(OutputKeeper::holdPatience);
     ring_.discardUnread();
     if (isHeld)

@@ -19,12 +19,12 @@ struct PlaybackReport {
     enum class Kind {
         Opened,  // `position` is 0, `duration` may be not finite
         Failed,  // the file can't be played
-        Started, // sound has begun to flow, or flows again
-        Lost,    // the output has vanished; another is looked for
+        Started, // the output plays, or plays again after a loss
+        Lost,    // the output is lost; another is searched for
         Sought,  // `seek` is done
         Scanned, // `duration` was an estimate and is exact now
-        Ended,   // all sound has been played; `position` is the true length
-        Unheard, // no other has come
+        Ended,   // all frames have been played; `position` is the true duration
+        Unheard, // no other output was found
     };
     Kind kind = Kind::Failed;
     std::uint64_t item = 0;
@@ -34,14 +34,15 @@ struct PlaybackReport {
     std::uint64_t frame = 0;
 };
 
-/// The work of the playback thread: opens what is wanted, keeps the ring filled, tells how it went.
-/// Nobody else touches the decoder, so it needs no lock, and whatever a slow disk does holds up
-/// nobody but this thread.
+/// The work of the playback thread: opens the requested file, keeps the ring buffer filled and
+/// sends reports. Only this thread uses the decoder, so it needs no lock, and a slow disk blocks
+/// only this thread.
 class PlaybackLoop {
   public:
     using BackendSource = std::function<MediaBackend*()>;
     using Listener = std::function<void(const PlaybackReport&)>;
 
+    /// Both functions are called on the playback thread. The references must outlive this.
     PlaybackLoop(PlaybackRequests& requests, OutputKeeper& output, FrameRing& ring,
                  BackendSource backendSource, Listener listener);
 
@@ -81,11 +82,11 @@ class PlaybackLoop {
     bool scanning_ = false;
     bool drained_ = false;
     bool endReported_ = false;
-    double anchorPosition_ = 0; // seconds, the position of the frame below
-    std::uint64_t anchorFrame_ =
-        0; // the ring buffer's number of the first frame since the last seek
-    OutputKeeper::State seen_ =
-        OutputKeeper::State::Held; // of the output, when it was last looked at
+    // Of the first frame since the last seek: its position in seconds, and its number in the ring
+    // buffer.
+    double anchorPosition_ = 0;
+    std::uint64_t anchorFrame_ = 0;
+    OutputKeeper::State seen_ = OutputKeeper::State::Held; // the output's state at the last check
 };
 
 } // namespace tamsy

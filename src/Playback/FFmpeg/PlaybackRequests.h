@@ -67,7 +67,7 @@ class PlaybackRequests {
     void replaceItem(const QByteArray& path);
 
     OutputKeeper& output_;
-    mutable std::mutex mutex_; // guards what follows, and the start of the output
+    mutable std::mutex mutex_; // guards everything below, and the start of the output
     std::condition_variable changed_;
     PlaybackRequest request_;
     bool isChanged_ = false;

@@ -22,7 +22,7 @@ void wake(Object* /*changed*/, void* loop) {
     pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0);
 }
 
-/// Lets an operation that nobody waits for take its course.
+/// Releases an operation without waiting for it.
 void forget(pa_operation* operation) {
     if (operation)
         pa_operation_unref(operation);
@@ -128,13 +128,13 @@ bool PulseOutput::start() {
     isRunning_ = true;
     hasBegun_ = false;
     pa_mainloop_api_once(pa_threaded_mainloop_get_api(loop_.get()), &beginSound, this);
-    // A server that doesn't answer plays nothing.
+    // Wait for the server, since one that doesn't respond plays nothing.
     while (!hasBegun_ && isConnected())
         pa_threaded_mainloop_wait(loop_.get());
     return isConnected();
 }
 
-/// On the loop's thread, which alone pulls frames.
+/// Runs on the loop's thread, the only one that pulls frames.
 void PulseOutput::beginSound(pa_mainloop_api* /*loop*/, void* output) {
     auto* self = static_cast<PulseOutput*>(output);
     const std::size_t writable = pa_stream_writable_size(self->stream_.get());
@@ -169,7 +169,7 @@ bool PulseOutput::isConnected() const {
            pa_stream_get_state(stream_.get()) == PA_STREAM_READY;
 }
 
-/// Of a held stream the server asks for frames too; it gets them with the next start.
+/// The server requests frames for a held stream too; it gets them at the next start.
 void PulseOutput::pullFrames(pa_stream* /*stream*/, std::size_t bytes, void* output) {
     auto* self = static_cast<PulseOutput*>(output);
     if (self->isRunning_)

@@ -9,11 +9,12 @@
 
 namespace tamsy {
 
-/// The default output of a PulseAudio server, or of one that speaks its protocol. The server keeps
-/// a held stream's sound, and drops it when it is flushed.
+/// The default output of a PulseAudio server, or of another with its protocol, such as PipeWire.
+/// While the stream is held the server keeps the buffered frames; a flush drops them.
 class PulseOutput final : public AudioOutput {
   public:
-    /// Connects to the server, however long it takes to answer; nothing if there is none.
+    /// Connects to the server, without a timeout; null if there is none. `renderer` must outlive
+    /// the output.
     [[nodiscard]] static std::unique_ptr<PulseOutput> open(AudioRenderer& renderer);
     ~PulseOutput() override;
     PulseOutput(const PulseOutput&) = delete;
@@ -46,12 +47,12 @@ class PulseOutput final : public AudioOutput {
     static void pullFrames(pa_stream* stream, std::size_t bytes, void* output);
 
     AudioRenderer& renderer_;
-    // The loop's thread holds its lock while it works; all below is used under it.
+    // Everything below is guarded by the loop's lock, which its thread holds during callbacks.
     std::unique_ptr<pa_threaded_mainloop, LoopEnd> loop_;
     std::unique_ptr<pa_context, ContextEnd> context_;
     std::unique_ptr<pa_stream, StreamEnd> stream_;
     bool isRunning_ = false;
-    bool hasBegun_ = false; // the server has answered the latest start
+    bool hasBegun_ = false; // the server has confirmed the latest start
 };
 
 } // namespace tamsy

@@ -58,8 +58,8 @@ class RawAacWalk {
     std::int64_t frames_ = 0;    // scanned so far
     std::uint32_t kind_ = 0;
     std::uint32_t sampleRate_ = 1;
-    std::int64_t sampledBytes_ = 0;   // of the frames behind the estimate
-    std::int64_t sampledSamples_ = 0; // in them
+    std::int64_t sampledBytes_ = 0;   // of the frames that the estimate is based on
+    std::int64_t sampledSamples_ = 0; // of the same frames
 };
 
 } // namespace tamsy

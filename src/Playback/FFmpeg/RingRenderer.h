@@ -7,8 +7,8 @@
 
 namespace tamsy {
 
-/// Plays the ring into the device's buffers, with the gain applied. Nothing
-/// here takes a lock or memory.
+/// Copies frames from the ring buffer to the device, with the gain applied. Takes no lock and
+/// allocates nothing.
 class RingRenderer : public AudioRenderer {
   public:
     void render(std::span<StereoFrame> frames) noexcept override;

@@ -15,14 +15,14 @@
 namespace tamsy {
 namespace {
 
-/// SDL keeps two or three of them: 85 to 128 ms.
+/// Frames per callback. SDL buffers two or three times as many, 85 to 128 ms.
 constexpr Uint16 periodFrames = 2048;
 
 std::mutex subsystemMutex; // guards the count below, and SDL's opening and closing
 int openDevices = 0;
 
-/// Starts SDL's audio on the first of its drivers that finds a device; nothing to do while one is
-/// open. PulseAudio's is left out: whoever gets here has found no server.
+/// Starts SDL's audio with the first driver that works, unless a device is open already. The
+/// PulseAudio driver isn't tried, since no server was found.
 bool enterSubsystem() {
     if (openDevices > 0)
         return true;
@@ -48,7 +48,7 @@ void fill(void* renderer, Uint8* bytes, int size) {
 void ignoreMessage(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
                    const char* /*format*/, ...) {}
 
-/// ALSA writes dozens of lines to standard error while it finds that there is no card.
+/// Stops ALSA from writing dozens of lines to standard error if there is no sound card.
 void silenceALSA() {
     using SetHandler = int (*)(decltype(&ignoreMessage));
     void* alsa = ::dlopen("libasound.so.2", RTLD_LAZY | RTLD_NOLOAD);

@@ -7,8 +7,8 @@
 
 namespace tamsy {
 
-/// The default device of a machine without a PulseAudio server, through SDL's audio. SDL can't keep
-/// a device's sound, so a held device is closed, which also lets the sound card sleep.
+/// The default device through SDL, for machines without a PulseAudio server. SDL can't keep
+/// buffered frames, so `hold` closes the device, which also lets the sound card sleep.
 class SDLAudioOutput final : public AudioOutput {
   public:
     /// Opens the default device; null if there is none.
@@ -29,7 +29,7 @@ class SDLAudioOutput final : public AudioOutput {
     void closeDevice();
 
     AudioRenderer& renderer_;
-    std::uint32_t device_ = 0; // SDL's number of the device, 0 for none
+    std::uint32_t device_ = 0; // SDL's number of the device; 0 if it is closed
 };
 
 } // namespace tamsy

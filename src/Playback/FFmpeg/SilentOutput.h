@@ -6,8 +6,8 @@
 
 namespace tamsy {
 
-/// Stands in where there is no sound device: takes the frames at the pace of the clock, which it
-/// never falls behind for good, on a thread of its own, and lets nobody hear them.
+/// Stands in for a missing sound device: pulls frames in real time, on a thread of its own, and
+/// discards them. It catches up after a delay.
 class SilentOutput final : public AudioOutput {
   public:
     /// `renderer` must outlive the output.
@@ -21,7 +21,7 @@ class SilentOutput final : public AudioOutput {
 
   private:
     AudioRenderer& renderer_;
-    std::jthread thread_; // while it is not held
+    std::jthread thread_; // runs unless held
 };
 
 } // namespace tamsy
