@@ -1,8 +1,13 @@
 #include "Views/Library/FolderDrop.h"
 
+#include "Platform/Storage/Bookmark.h"
+#include "Platform/Threads/Answers.h"
 #include "Views/Library/LocalAddress.h"
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
+#include <optional>
 #include <utility>
 
 #include <sys/stat.h>
@@ -11,6 +16,9 @@
 namespace tamsy {
 namespace {
 
+/// How many addresses are taken for folders if their file system doesn't answer.
+constexpr qsizetype maxUnchecked = 8;
+
 /// Opens the folder by its bytes: Qt's file classes would decode the name.
 bool isFolder(const QByteArray& path) {
     struct stat status {};
@@ -18,14 +26,25 @@ bool isFolder(const QByteArray& path) {
            ::access(path.constData(), R_OK | X_OK) == 0;
 }
 
-QList<FileURL> foldersAmong(const QList<QUrl>& urls) {
-    QList<FileURL> folders;
-    for (const QUrl& url : urls) {
-        const auto address = localAddress(url);
-        if (address && isFolder(address->path()) && !folders.contains(*address))
-            folders.append(*address);
-    }
-    return folders;
+/// The folders among `addresses`; nothing if their file systems don't answer in time.
+std::optional<QList<FileURL>> foldersAmong(const QList<FileURL>& addresses,
+                                           std::chrono::milliseconds limit) {
+    const std::function<QList<FileURL>()> ask = [addresses] {
+        QList<FileURL> folders;
+        for (const FileURL& address : addresses)
+            if (isFolder(address.path()) && !folders.contains(address))
+                folders.append(address);
+        return folders;
+    };
+    return answersWithin<QList<FileURL>>(limit, {ask}).front();
+}
+
+QList<FileURL> localAddresses(const QList<QUrl>& urls) {
+    QList<FileURL> addresses;
+    for (const QUrl& url : urls)
+        if (const auto address = localAddress(url))
+            addresses.append(*address);
+    return addresses;
 }
 
 } // namespace
@@ -36,16 +55,19 @@ void FolderDrop::setLibrary(LibraryViewModel* library) {
 }
 
 bool FolderDrop::holdsFolder(const QList<QUrl>& urls) {
-    return std::ranges::any_of(urls, [](const QUrl& url) {
-        const auto address = localAddress(url);
-        return address && isFolder(address->path());
-    });
+    const QList<FileURL> addresses = localAddresses(urls);
+    const auto folders = foldersAmong(addresses, Bookmark::patience);
+    // A sleeping disk may hold some.
+    return folders ? !folders->isEmpty() : !addresses.isEmpty();
 }
 
 void FolderDrop::add(const QList<QUrl>& urls) const {
     if (!library_)
         return;
-    for (const FileURL& url : foldersAmong(urls)) {
+    const QList<FileURL> addresses = localAddresses(urls);
+    const auto folders = foldersAmong(addresses, Bookmark::patience);
+    for (const FileURL& url :
+         folders.value_or(addresses.first(std::min(addresses.size(), maxUnchecked)))) {
         const auto isIt = [&url](const AudioFolder& folder) { return folder.url == url; };
         if (std::ranges::none_of(std::as_const(*library_).folders(), isIt))
             library_->addFolder(url);
