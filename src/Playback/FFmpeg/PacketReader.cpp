@@ -191,7 +191,8 @@ double PacketReader::measure() {
         return 0;
     const bool isWalked = isRawAac(*format_) && startWalk(*packet);
     const std::int64_t length = isWalked ? walk_->duration() : readThrough(*packet);
-    if (isWalked && walk_->state() == RawAacWalk::State::Done)
+    // One that gave up knows only the file's first part.
+    if (!isWalked || walk_->state() == RawAacWalk::State::Done)
         walk_.reset();
     seek(0);
     return inSeconds(length);

@@ -106,6 +106,14 @@ TEST(Decoder, PlaysADamagedFileAsFarAsItGoes) {
     const auto scratched = open(fileWith("scratched.m4a", sound));
     ASSERT_TRUE(scratched);
     EXPECT_NEAR(static_cast<double>(take(*scratched).size()) / mediaSampleRate, 10, 1);
+
+    QByteArray raw = bytesOf(soundFile({"constant.aac"}));
+    raw.replace(raw.size() / 2, 3000, QByteArray(3000, '\x55'));
+    const auto interrupted = open(fileWith("interrupted.aac", raw));
+    ASSERT_TRUE(interrupted);
+    while (interrupted->scanMore()) {
+    }
+    EXPECT_NEAR(interrupted->duration(), 10, 1);
 }
 
 TEST(Decoder, RefusesQuicklyWhatIsNoMusic) {
