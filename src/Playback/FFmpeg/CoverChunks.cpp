@@ -43,8 +43,9 @@ class Finder {
     enum class Layout { Atom, Chunk };
 
     std::optional<Chunk> chunkAt(std::int64_t offset, std::int64_t end, Layout layout) {
-        if (offset >= end || chunksLeft_-- == 0)
+        if (offset >= end || chunksLeft_ == 0)
             return std::nullopt;
+        --chunksLeft_;
         ByteCursor cursor(file_.readAt(offset, header_));
         std::int64_t size = 0;
         std::int64_t nameOffset = offset;
