@@ -34,6 +34,7 @@ class FFmpegAndOutputs : public MediaBackend {
 } // namespace tamsy
 
 extern "C" [[gnu::visibility("default")]] tamsy::MediaBackend* tamsyMediaBackend() {
-    static tamsy::FFmpegAndOutputs backend;
+    // Never destroyed: a thread that is stuck in a file or a sound server may use it at exit.
+    static auto& backend = *new tamsy::FFmpegAndOutputs;
     return &backend;
 }

@@ -125,8 +125,9 @@ void ask(pid_t thread) {
 } // namespace
 
 void RealtimePriority::request(pid_t thread) {
-    // On a thread of its own, since a bus may respond slowly or never.
-    static OperationQueue queue(1, "realtime");
+    // On a thread of its own, since a bus may respond slowly or never. Never destroyed: a thread
+    // that is stuck in a sound server may ask while the program ends.
+    static auto& queue = *new OperationQueue(1, "realtime");
     queue.add(std::make_shared<Operation>([thread] { ask(thread); }));
 }
 
