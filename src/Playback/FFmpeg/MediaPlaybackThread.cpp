@@ -17,7 +17,7 @@ constexpr auto stuckLimit = std::chrono::milliseconds(200);
 
 /// The maximum number of threads that hang in dead file systems; then new items wait for one of
 /// them.
-constexpr int maxStuckThreads = 8;
+constexpr std::size_t maxStuckThreads = 8;
 
 constexpr auto endLimit = std::chrono::milliseconds(500);
 
@@ -112,9 +112,10 @@ std::uint64_t MediaPlaybackThread::setItem(const QByteArray& path) {
 }
 
 void MediaPlaybackThread::replaceStuckThread() {
-    if (shared_->requests.isTaken() || stuckThreads_ == maxStuckThreads)
+    std::erase_if(stuckThreads_, [](const auto& stuck) { return stuck.expired(); });
+    if (shared_->requests.isTaken() || stuckThreads_.size() == maxStuckThreads)
         return;
-    ++stuckThreads_;
+    stuckThreads_.push_back(shared_);
     const std::shared_ptr<Shared> stuck = std::exchange(shared_, std::make_shared<Shared>(this));
     stuck->reports.close();
     thread_.detach();

@@ -8,6 +8,7 @@
 #include <future>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace tamsy {
 
@@ -52,8 +53,8 @@ class MediaPlaybackThread : public QObject {
     std::shared_ptr<Shared> shared_;
     std::future<void> finished_;
     std::thread thread_;
-    QTimer stuckTimer_; // started by a new item
-    int stuckThreads_ = 0;
+    QTimer stuckTimer_;                               // started by a new item
+    std::vector<std::weak_ptr<Shared>> stuckThreads_; // expired once they have ended
     float volume_ = 1;
 };
 

@@ -73,7 +73,7 @@ void PlaybackRequests::takeOver(PlaybackRequests& stuck) {
 
 bool PlaybackRequests::isTaken() const {
     const std::scoped_lock lock(mutex_);
-    return !isChanged_;
+    return takenItem_ == request_.item;
 }
 
 PlaybackRequest PlaybackRequests::wait(Clock::time_point deadline) {
@@ -86,6 +86,7 @@ PlaybackRequest PlaybackRequests::wait(Clock::time_point deadline) {
     if (isChanged_)
         abandoned_ = request_.quit;
     isChanged_ = false;
+    takenItem_ = request_.item;
     return request_;
 }
 

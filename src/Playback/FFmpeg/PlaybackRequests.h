@@ -47,7 +47,7 @@ class PlaybackRequests {
     /// thread end.
     void takeOver(PlaybackRequests& stuck);
 
-    /// Whether the playback thread has seen the latest change.
+    /// Whether the playback thread has taken the latest item.
     [[nodiscard]] bool isTaken() const;
 
     // Playback thread.
@@ -70,6 +70,7 @@ class PlaybackRequests {
     mutable std::mutex mutex_; // guards everything below, and the start of the output
     std::condition_variable changed_;
     PlaybackRequest request_;
+    std::uint64_t takenItem_ = 0;
     bool isChanged_ = false;
     std::atomic<bool> abandoned_ = false;
 };

@@ -52,5 +52,17 @@ TEST(PlaybackLoop, TellsThatNothingIsHeardWhereNoOutputOpens) {
     thread.join();
 }
 
+TEST(PlaybackRequests, CountAnItemAsTakenWhateverElseIsAskedOfIt) {
+    OutputKeeper output(std::make_shared<RingRenderer>(), [](auto&&...) { return nullptr; });
+    PlaybackRequests requests(output);
+    const std::uint64_t item = requests.setItem("any");
+    EXPECT_FALSE(requests.isTaken());
+    EXPECT_EQ(requests.wait({}).item, item);
+    requests.setRunning(item, true); // while the thread opens the file
+    EXPECT_TRUE(requests.isTaken());
+    EXPECT_NE(requests.setItem("next"), item);
+    EXPECT_FALSE(requests.isTaken());
+}
+
 } // namespace
 } // namespace tamsy::test
