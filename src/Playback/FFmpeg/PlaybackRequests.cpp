@@ -55,7 +55,7 @@ void PlaybackRequests::seek(std::uint64_t item, std::uint64_t number, double sec
 
 void PlaybackRequests::quit() {
     change([&] {
-        output_.hold();
+        output_.end(); // the playback thread may never come back to do it
         abandoned_ = true;
         request_.quit = true;
     });

@@ -280,10 +280,12 @@ OutputKeeper::OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opene
 }
 
 OutputKeeper::~OutputKeeper() {
-    const bool doesAnswer = wait(0ms);
-    change([](Shared& shared) { shared.wanted.quit = true; });
     std::unique_lock lock(shared_->mutex);
-    if (doesAnswer)
+    const bool mayAnswer = shared_->wanted.quit || shared_->done == shared_->wanted.number;
+    lock.unlock();
+    end();
+    lock.lock();
+    if (mayAnswer)
         shared_->changed.wait_for(lock, holdPatience, [this] { return shared_->hasEnded; });
 }
 
@@ -319,6 +321,14 @@ void OutputKeeper::flush() {
     change([](Shared& shared) {
         shared.wanted.isRunning = false;
         ++shared.wanted.flushes;
+        shared.state = State::Held;
+    });
+}
+
+void OutputKeeper::end() {
+    change([](Shared& shared) {
+        shared.wanted.isRunning = false;
+        shared.wanted.quit = true;
         shared.state = State::Held;
     });
 }

@@ -1,9 +1,11 @@
 #include "Playback/FFmpeg/PlaybackLoop.h"
 #include "Playback/FFmpeg/RingRenderer.h"
+#include "Playback/FFmpeg/SilentOutput.h"
 #include "Playback/TestAudio.h"
 
 #include <array>
 #include <thread>
+#include <vector>
 
 namespace tamsy::test {
 namespace {
@@ -50,6 +52,20 @@ TEST(PlaybackLoop, TellsThatNothingIsHeardWhereNoOutputOpens) {
     EXPECT_TRUE(waitUntil([&] { return isLost.load(); }, 5000));
     requests.quit();
     thread.join();
+}
+
+TEST(PlaybackRequests, LeaveNoOutputToAbandonedThreads) {
+    const auto open = [](AudioRenderer& renderer, bool /*maySilent*/) {
+        return std::make_unique<SilentOutput>(renderer);
+    };
+    constexpr std::size_t moreThanMayHang = 9;
+    std::vector<std::unique_ptr<OutputKeeper>> outputs;
+    while (outputs.size() < moreThanMayHang) {
+        outputs.push_back(std::make_unique<OutputKeeper>(std::make_shared<RingRenderer>(), open));
+        outputs.back()->open();
+        EXPECT_TRUE(waitUntil([&] { return outputs.back()->isOpen(); })) << outputs.size();
+        PlaybackRequests(*outputs.back()).quit();
+    }
 }
 
 TEST(PlaybackRequests, CountAnItemAsTakenWhateverElseIsAskedOfIt) {
