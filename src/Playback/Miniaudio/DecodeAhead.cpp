@@ -46,7 +46,7 @@ struct DecodeAhead::Shared {
     std::atomic<bool> isPending = true; // the ring buffer's frames aren't the wanted ones yet
     std::atomic<double> length = 0;
     std::atomic<double> endPosition = 0;
-    std::atomic<bool> hasRequest = false;
+    std::atomic<bool> hasRequest = false; // that the thread hasn't taken; changed under the lock
 
     mutable std::mutex mutex; // guards everything below; never locked by the device's thread
     mutable std::condition_variable changed;
@@ -108,7 +108,6 @@ class DecodeAhead::Worker {
     void seek(const Request& request) {
         const MusicRead reading;
         soughtNumber_ = request.number;
-        shared_->hasRequest = false;
         // Some decoders reject a position past the end. Seeking to the end instead makes a slider
         // at the far right end the track with all of them.
         while (decoder_.isUnscanned(request.target) && !shared_->hasRequest) {
@@ -207,7 +206,10 @@ class DecodeAhead::Worker {
         } else {
             shared_->changed.wait_for(lock, timeToRefill(), isWanted);
         }
-        return shared_->isAbandoned ? std::nullopt : std::optional(shared_->request);
+        if (shared_->isAbandoned)
+            return std::nullopt;
+        shared_->hasRequest = false;
+        return shared_->request;
     }
 
     [[nodiscard]] std::chrono::milliseconds timeToRefill() const {
@@ -240,8 +242,10 @@ DecodeAhead::DecodeAhead(const FileURL& url) : shared_(std::make_shared<Shared>(
 }
 
 DecodeAhead::~DecodeAhead() {
-    shared_->hasRequest = true;
-    shared_->change([this] { shared_->isAbandoned = true; });
+    shared_->change([this] {
+        shared_->hasRequest = true;
+        shared_->isAbandoned = true;
+    });
 }
 
 std::optional<ma_result> DecodeAhead::opened() const {
@@ -257,9 +261,11 @@ std::optional<ma_result> DecodeAhead::waitUntilOpened() const {
 
 void DecodeAhead::seek(double seconds, double returnTo) {
     shared_->isPending.store(true, std::memory_order_release);
-    shared_->hasRequest = true;
     shared_->ring.skipWritten();
-    shared_->change([&] { shared_->request = {shared_->request.number + 1, seconds, returnTo}; });
+    shared_->change([&] {
+        shared_->hasRequest = true;
+        shared_->request = {shared_->request.number + 1, seconds, returnTo};
+    });
 }
 
 std::optional<ma_result> DecodeAhead::sought() const {
