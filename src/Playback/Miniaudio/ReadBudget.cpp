@@ -2,17 +2,16 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace tamsy {
 
 thread_local std::int64_t ReadBudget::left_ = unlimited;
 
-ReadBudget::ReadBudget(std::int64_t bytes) {
-    left_ = bytes;
-}
+ReadBudget::ReadBudget(std::int64_t bytes) : outer_(std::exchange(left_, bytes)) {}
 
 ReadBudget::~ReadBudget() {
-    left_ = unlimited;
+    left_ = outer_;
 }
 
 std::FILE* ReadBudget::open(const char* path, const char* mode) {

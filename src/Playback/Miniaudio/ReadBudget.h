@@ -8,8 +8,8 @@ namespace tamsy {
 
 /// Limits how much the decoders may read on this thread while it lives. A decoder that is lost in a
 /// damaged file searches to the end of the file, for seconds or minutes. Once the budget is spent,
-/// every read reports the end of the file, so the search ends at once. Budgets don't nest. Takes no
-/// lock and allocates nothing.
+/// every read reports the end of the file, so the search ends at once. A budget within another
+/// suspends that one. Takes no lock and allocates nothing.
 class ReadBudget {
   public:
     /// Allows `bytes`; a read of fewer than `minCost` counts as `minCost`.
@@ -39,6 +39,7 @@ class ReadBudget {
   private:
     static constexpr std::int64_t unlimited = INT64_MAX;
     static thread_local std::int64_t left_;
+    const std::int64_t outer_; // what is left of the budget around this one
 };
 
 } // namespace tamsy
