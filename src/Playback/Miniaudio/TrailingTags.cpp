@@ -49,7 +49,8 @@ std::uint64_t tagSizeBefore(const AudioFile& file, std::uint64_t end) {
         const auto digits = tail.at(lyricsEnd + lyricsDigits, lyricsDigits);
         const auto* const first = reinterpret_cast<const char*>(digits.data());
         std::uint64_t size = 0;
-        if (std::from_chars(first, first + digits.size(), size).ptr == first + lyricsDigits)
+        if (digits.size() == lyricsDigits &&
+            std::from_chars(first, first + lyricsDigits, size).ptr == first + lyricsDigits)
             return size + lyricsDigits + lyricsEnd;
     }
     return 0;
