@@ -155,7 +155,7 @@ bool AudioDecoder::fallBack(std::uint64_t frame) {
         return false;
     Decoder previous = std::exchange(decoder_, nullptr);
     const Kind kind = kind_;
-    const bool hadEnded = hasEnded_;
+    const bool hadEnded = hasEnded_ && converted_.empty();
     if (openByFallback() == MA_SUCCESS && seekToFrame(frame) == MA_SUCCESS) {
         convertMore();
         if (!converted_.empty() || !hasEnded_) {

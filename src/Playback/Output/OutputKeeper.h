@@ -56,7 +56,8 @@ class OutputKeeper {
     /// Holds the output and drops its buffered frames.
     void flush();
 
-    /// Closes the output and ends the thread. Call nothing but `wait` and the destructor after that.
+    /// Closes the output and ends the thread. Call nothing but `wait` and the destructor after
+    /// that.
     void end();
 
     /// Waits until the wanted state is reached, or couldn't be; false if that takes longer than
