@@ -14,10 +14,13 @@ using namespace std::string_literals;
 
 namespace {
 
-// In processor time, since the machine may be busy. The limit is to find endless readers; an
-// instrumented build takes ten times as long.
+// In processor time, since the machine may be busy. The limit is to find endless readers.
 constexpr double secondsToScan = 0.3;
-constexpr double secondsToReadAll = 3;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr double secondsToReadAll = 8;
+#else
+constexpr double secondsToReadAll = 2;
+#endif
 
 // The limit for the texts of a file, in UTF-16 units.
 constexpr qsizetype lengthToScan = qsizetype{256} * 1024;
