@@ -39,8 +39,8 @@ class Surroundings {
         if (!isSet("TAMSY_SOUND_SERVER_PID")) {
             // Devices then run silently in real time.
             set("PULSE_SERVER", "unix:/nonexistent");
-            set("ALSA_CONFIG_PATH", "/dev/null");
         }
+        set("ALSA_CONFIG_PATH", "/dev/null"); // the way out when a private server has ended
         if (!isSet("TAMSY_PRIVATE_DISPLAY")) {
             set("QT_QPA_PLATFORM", "offscreen");
             ::unsetenv("DISPLAY");
