@@ -1,5 +1,6 @@
 #include "Tamsy_MusicApp.h"
 
+#include "Platform/Desktop/MissingPackages.h"
 #include "Platform/Threads/InterfaceThread.h"
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Controls/Appearance.h"
@@ -59,7 +60,7 @@ bool Tamsy_MusicApp::openMainWindow() {
          {QStringLiteral("player"), QVariant::fromValue(&player_)},
          {QStringLiteral("lyricsFontSize"), QVariant::fromValue(&lyricsFontSizePoints_)},
          {QStringLiteral("folderPanel"), QVariant::fromValue(&folderPanel_)}});
-    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/MainWindow.qml")));
+    loadMainWindow();
     QQuickWindow* window = mainWindow();
     if (window == nullptr)
         return false;
@@ -70,7 +71,29 @@ bool Tamsy_MusicApp::openMainWindow() {
     return true;
 }
 
+void Tamsy_MusicApp::loadMainWindow() {
+    QStringList errors;
+    QString package;
+    engine_.setOutputWarningsToStandardError(false);
+    const QMetaObject::Connection collecting =
+        connect(&engine_, &QQmlEngine::warnings, this, [&](const QList<QQmlError>& found) {
+            for (const QQmlError& error : found) {
+                errors.append(error.toString());
+                if (package.isEmpty())
+                    package = packageOfMissingModule(error.description());
+            }
+        });
+    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/MainWindow.qml")));
+    disconnect(collecting);
+    engine_.setOutputWarningsToStandardError(true);
+    if (!package.isEmpty())
+        errors = {QStringLiteral("[Start] no window: install ") + package};
+    for (const QString& error : std::as_const(errors))
+        qWarning("%s", qUtf8Printable(error));
+}
+
 void Tamsy_MusicApp::joinDesktop() {
+    reportMissingPackages();
     desktop_ = std::make_unique<DesktopIntegration>(
         player_, library_,
         RemoteControls::Program{.raise = [this] { raiseMainWindow({}); },

@@ -31,7 +31,7 @@ class Tamsy_MusicApp : public QObject {
     explicit Tamsy_MusicApp(UserDefaults& defaults, QObject* parent = nullptr);
     ~Tamsy_MusicApp() override;
 
-    /// Opens the main window. False if it can't be made.
+    /// Opens the main window. False, and why on standard error, if it can't be made.
     [[nodiscard]] bool openMainWindow();
 
     /// Brings the main window to the front, with the token that another start was given to do so,
@@ -41,6 +41,9 @@ class Tamsy_MusicApp : public QObject {
     [[nodiscard]] QQuickWindow* mainWindow() const;
 
   private:
+    /// Loads the main window. What stops it is said in one line if it is a package that is missing.
+    void loadMainWindow();
+
     /// Once the window has shown its first frame, which nothing of it may delay.
     void joinDesktop();
 
