@@ -5,6 +5,7 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Views/Controls/Appearance.h"
 #include "Views/Controls/CoverProvider.h"
+#include "Views/Controls/DecorationPalette.h"
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
 #include <QCoreApplication>
@@ -114,6 +115,7 @@ void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {
     connect(window, &QWindow::heightChanged, this, &Tamsy_MusicApp::noteWindowState);
     connect(window, &QWindow::visibilityChanged, this, &Tamsy_MusicApp::noteWindowState);
     connect(window, SIGNAL(sidebarWidthChanged()), this, SLOT(noteWindowState()));
+    const DecorationPalette colors(*window);
     window->setVisibility(stored && stored->isMaximized ? QWindow::Maximized : QWindow::Windowed);
 }
 

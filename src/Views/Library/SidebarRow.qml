@@ -71,11 +71,11 @@ Item {
         onChosen: row.selectRequested()
         onPressed: mouse => {
             if (mouse.button === Qt.RightButton)
-                menu.popup();
+                menu.popup(pointer, mouse.x, mouse.y);
         }
-        onPressAndHold: {
+        onPressAndHold: mouse => {
             if (isFinger)
-                menu.popup();
+                menu.popup(pointer, mouse.x, mouse.y); // where a finger is there is no pointer
         }
     }
     ElisionTip {

@@ -3,6 +3,7 @@
 #include "Platform/Desktop/Visibility.h"
 #include "ViewModels/LibraryViewModel.h"
 #include "ViewModels/PlayerViewModel.h"
+#include "Views/Controls/DecorationPalette.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -66,7 +67,10 @@ void NowPlayingWindowController::makeKeyAndOrderFront() {
     if (window_.isNull())
         return;
     window_->setWindowStates(window_->windowStates() & ~Qt::WindowMinimized);
-    window_->setVisible(true);
+    {
+        const DecorationPalette dark(*window_);
+        window_->setVisible(true);
+    }
     window_->raise();
     window_->requestActivate();
 }
