@@ -46,9 +46,9 @@ class Tour:
     def size(self):
         return "{2} × {3}".format(*self.window.place())
 
-    def picture(self, name):
+    def picture(self, name, window=None):
         self.pictures.mkdir(parents=True, exist_ok=True)
-        self.window.save_picture(self.pictures / f"{name}.png")
+        (window or self.window).save_picture(self.pictures / f"{name}.png")
 
     # What is seen
 
@@ -176,6 +176,51 @@ class Tour:
         self.say(sorted(shown) == sorted(expected), f"seen: {'、'.join(shown)}")
         self.picture("search")
 
+    def open_now_playing(self, title):
+        print("A click on the title in the bar.")
+        self.window.click(self.window.find(title, BUTTON))
+        self.large = Window(self.program, besides=self.window)
+        good = wait_for(lambda: self.large.find("曲目列表", BUTTON)) and title in self.large.names("label")
+        self.say(good, "seen: a window of its own, {2} × {3}".format(*self.large.place()))
+        time.sleep(1)
+        self.picture("now-playing", self.large)
+
+    def follow_lyrics(self, title):
+        print("A click on the lyrics.")
+        self.large.click(self.large.find("歌词", BUTTON))
+        text = next(r.sidecar_lyrics for r in LIBRARY if r.title == title)
+        lines = [(int(minute) * 60 + float(second), words)
+                 for minute, second, words in re.findall(r"^\[(\d+):([\d.]+)\](.*)$", text, re.MULTILINE)]
+        for _ in range(2):
+            time.sleep(3)
+            before = self.time_shown()[0]
+            seen = wait_for(lambda: self.large.selected("list item"), 2)
+            # The display shows whole seconds.
+            due = [words for (start, words), (end, _) in zip(lines, lines[1:] + [(1e9, "")])
+                   if start < self.time_shown()[0] + 1 and end > before - 0.5]
+            self.say(seen in due, f"seen: “{seen}” at {before} s")
+        self.picture("lyrics", self.large)
+
+    def pick(self, title):
+        print(f"A click on the list, another on “{title}” in it.")
+        self.large.click(self.large.find("曲目列表", BUTTON))
+        row = wait_for(lambda: self.large.find(title + " ", ("list item",)))
+        time.sleep(MOMENT)
+        self.picture("picker", self.large)
+        clicked = time.monotonic()
+        self.large.click(row)
+        self.hear(title, 0, 4, clicked)
+        key("ctrl+w")
+        self.say(wait_for(lambda: not self.large.is_up(), 2), "Ctrl+W closed the window")
+        self.see(title)
+
+    def darken(self):
+        print("The desktop turns dark.")
+        with profile.dark_desktop():
+            wait_for(lambda: self.window.look().mean() < 80, 3)
+            self.say(self.window.look().mean() < 80, f"seen: the window at {self.window.look().mean() / 2.55:.0f} % of white")
+            self.picture("dark")
+
     def quit(self):
         print("Ctrl+Q.")
         start = time.monotonic()
@@ -191,9 +236,12 @@ class Tour:
         self.play("潮汐来信", 6)
         self.picture("playing")
         self.pause_and_go_on("潮汐来信")
-        self.seek("潮汐来信", 0.6)
+        self.seek("潮汐来信", 0.4)
+        self.open_now_playing("潮汐来信")
+        self.follow_lyrics("潮汐来信")
         rows = self.titles()
-        self.next_by_key(rows[(rows.index("潮汐来信") + 1) % len(rows)])
+        self.pick(rows[(rows.index("潮汐来信") + 2) % len(rows)])
+        self.next_by_key(rows[(rows.index("潮汐来信") + 3) % len(rows)])
         self.window.click(self.window.find("City Lights", ("list item",)))
         self.search("odd", ["Paper Lanterns", "Untitled Sketch No. 4"])
         self.play("Untitled Sketch No. 4", 4)
@@ -202,6 +250,7 @@ class Tour:
         time.sleep(MOMENT)
         self.silence(0.5)
         self.play_by_remote_control("Untitled Sketch No. 4")
+        self.darken()
         self.quit()
 
     def close(self):

@@ -1,11 +1,14 @@
 """The settings of somebody who has added folders before and not looked into them yet."""
 import base64
+import contextlib
 import json
 import os
 import time
 import uuid
 from pathlib import Path
 from urllib.parse import quote
+
+from gi.repository import Gio, GLib
 
 DOCUMENT = "FolderLibraryService.Bookmarks"
 _EPOCH = 978307200  # 2001-01-01 in seconds since 1970-01-01
@@ -33,3 +36,27 @@ def write(folders):
 def stored_tracks():
     """How many tracks the document holds, folder by folder."""
     return [len(entry.get("tracks", [])) for entry in json.loads(store().read_text(encoding="utf-8"))]
+
+
+@contextlib.contextmanager
+def dark_desktop():
+    """Meanwhile the desktop's settings say that windows are to be dark."""
+    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+    name = "org.freedesktop.portal.Desktop"
+
+    def call(method, *arguments):
+        signature = "(su)" if len(arguments) == 2 else "(s)"
+        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                      GLib.Variant(signature, arguments), None, Gio.DBusCallFlags.NONE, -1)
+
+    def say(scheme):
+        time.sleep(0.3)  # who owns a name goes around first
+        setting = ("org.freedesktop.appearance", "color-scheme", GLib.Variant("u", scheme))
+        bus.emit_signal(None, "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings",
+                        "SettingChanged", GLib.Variant("(ssv)", setting))
+
+    call("RequestName", name, 0)
+    say(1)
+    yield
+    say(0)
+    call("ReleaseName", name)

@@ -93,6 +93,11 @@ class Window:
     def names(self, role):
         return [part.get_name() for part in self.walk() if part.get_role_name() == role]
 
+    def selected(self, role):
+        """The name of the part with this role that is selected."""
+        return next((part.get_name() for part in self.walk() if part.get_role_name() == role
+                     and part.get_state_set().contains(Atspi.StateType.SELECTED)), None)
+
     def find(self, name, roles=()):
         """The first part with this name, or the beginning of it, and one of the roles if any are given."""
         return next((part for part in self.walk() if part.get_name().startswith(name)
