@@ -64,6 +64,12 @@ deb: ## builds a Debian package in build/deb
 	@cpack --config build/release/CPackConfig.cmake -B build/deb
 	@lintian --fail-on error build/deb/*.deb
 
+.PHONY: releases
+releases: ## builds, installs and plays the package on fresh systems of each Debian release; as root
+	@tools/setup demo deb releases
+	@tools/check-flatpak
+	@tools/check-releases
+
 .PHONY: lint
 lint: ## checks format, layers, words, commit subjects, QML and C++ without running anything
 	@tools/setup build run test lint
