@@ -10,25 +10,24 @@ using namespace tamsy;
 
 namespace {
 
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalPath = u"/org/freedesktop/portal/desktop"_qs;
 
 /// Plays the desktop's settings.
 class SettingsPortal : public QDBusVirtualObject {
   public:
     explicit SettingsPortal(uint scheme) : scheme_(scheme) {
         EXPECT_TRUE(bus_.registerVirtualObject(portalPath, this));
-        EXPECT_TRUE(bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+        EXPECT_TRUE(bus_.registerService(u"org.freedesktop.portal.Desktop"_qs));
     }
     ~SettingsPortal() override {
-        bus_.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop"));
+        bus_.unregisterService(u"org.freedesktop.portal.Desktop"_qs);
         bus_.unregisterObject(portalPath);
     }
 
     void change(const QString& group, uint scheme) {
         QDBusMessage signal = QDBusMessage::createSignal(
-            portalPath, QStringLiteral("org.freedesktop.portal.Settings"),
-            QStringLiteral("SettingChanged"));
-        signal.setArguments({group, QStringLiteral("color-scheme"), wrapped(scheme)});
+            portalPath, u"org.freedesktop.portal.Settings"_qs, u"SettingChanged"_qs);
+        signal.setArguments({group, u"color-scheme"_qs, wrapped(scheme)});
         bus_.send(signal);
     }
 
@@ -43,7 +42,7 @@ class SettingsPortal : public QDBusVirtualObject {
     static QVariant wrapped(uint scheme) { return QVariant::fromValue(QDBusVariant(scheme)); }
 
     QDBusConnection bus_ =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("settings"));
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"settings"_qs);
     uint scheme_;
 };
 
@@ -51,10 +50,10 @@ TEST(ColorScheme, FollowsTheDesktopWhileItRuns) {
     SettingsPortal portal(1);
     ColorScheme scheme;
     EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
-    portal.change(QStringLiteral("another.group"), 0);
-    portal.change(QStringLiteral("org.freedesktop.appearance"), 2); // prefers light
+    portal.change(u"another.group"_qs, 0);
+    portal.change(u"org.freedesktop.appearance"_qs, 2); // prefers light
     EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
-    portal.change(QStringLiteral("org.freedesktop.appearance"), 1);
+    portal.change(u"org.freedesktop.appearance"_qs, 1);
     EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
 }
 

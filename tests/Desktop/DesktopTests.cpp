@@ -26,14 +26,13 @@ constexpr qint64 farAway = std::numeric_limits<qint64>::max();
 class DesktopTest : public testing::Test, protected LibraryFixture {
   protected:
     void SetUp() override {
-        add(QStringLiteral("音乐"),
-            {QStringLiteral("一~甲~丙"), QStringLiteral("二"), QStringLiteral("三")});
+        add(u"音乐"_qs, {u"一~甲~丙"_qs, u"二"_qs, u"三"_qs});
         tracks = library->folders().constFirst().tracks;
         fake->loadedDuration = 100;
         player.attachLibrary(library.get());
         desktop.emplace(player, *library,
-                        RemoteControls::Program{[this] { wishes.append(QStringLiteral("raise")); },
-                                                [this] { wishes.append(QStringLiteral("quit")); }});
+                        RemoteControls::Program{[this] { wishes.append(u"raise"_qs); },
+                                                [this] { wishes.append(u"quit"_qs); }});
         ASSERT_TRUE(
             QTest::qWaitFor([&] { return client.interface()->isServiceRegistered(busName); }));
     }
@@ -52,8 +51,7 @@ class DesktopTest : public testing::Test, protected LibraryFixture {
     /// What playerctl prints when it is given these words; "failed" if it does.
     static std::string playerctl(const QString& words) {
         QProcess process;
-        process.start(QStringLiteral("playerctl"),
-                      QStringList(QStringLiteral("--player=tamsy-music")) + words.split(u' '));
+        process.start(u"playerctl"_qs, QStringList(u"--player=tamsy-music"_qs) + words.split(u' '));
         EXPECT_TRUE(
             QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 20000));
         QTest::qWait(20); // the values' hop
@@ -79,22 +77,21 @@ class DesktopTest : public testing::Test, protected LibraryFixture {
     TrackList tracks;
     QStringList wishes;
     QDBusConnection client =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("client"));
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"client"_qs);
     std::optional<DesktopIntegration> desktop;
 };
 
 TEST_F(DesktopTest, ShowsWhatIsPlayedToARealClient) {
-    EXPECT_EQ(playerctl(QStringLiteral("status")), "Stopped");
+    EXPECT_EQ(playerctl(u"status"_qs), "Stopped");
     const ThumbnailFiles thumbnails(ThumbnailFiles::applicationSupportDirectory());
     thumbnails.write(QImage(8, 8, QImage::Format_RGB32), tracks.at(0).url, "512");
     play(0);
     fake->advance(2.5);
     const QByteArray picture =
         FileURL::fromPath(thumbnails.diskPath(player.currentURL(), "512")).absoluteString();
-    EXPECT_EQ(playerctl(QStringLiteral(
-                  "metadata --format {{status}}|{{title}}|{{artist}}|{{album}}|{{mpris:length}}|"
-                  "{{duration(position)}}|{{volume}}|{{loop}}|{{shuffle}}|{{xesam:url}}|{{mpris:"
-                  "artUrl}}")),
+    EXPECT_EQ(playerctl(u"metadata --format {{status}}|{{title}}|{{artist}}|{{album}}|"
+                        "{{mpris:length}}|{{duration(position)}}|{{volume}}|{{loop}}|{{shuffle}}|"
+                        "{{xesam:url}}|{{mpris:artUrl}}"_qs),
               "Playing|一~甲~丙|甲|丙|100000000|0:02|0.5|None|false|" +
                   player.currentAddress().toStdString() + "|" + picture.toStdString());
 }
@@ -112,7 +109,7 @@ TEST_F(DesktopTest, LooksForWhatIsPlayedOnlyWhenItMayHaveChanged) {
     desktop.reset();
     QDBusConnection::sessionBus().interface()->unregisterService(busName);
     CountedControls controls(player, *library, {});
-    const MprisService service(controls, {{}, {}, {}, QStringLiteral("tamsy-music")});
+    const MprisService service(controls, {{}, {}, {}, u"tamsy-music"_qs});
     ASSERT_TRUE(QTest::qWaitFor([&] { return client.interface()->isServiceRegistered(busName); }));
     const auto track = [&] { return controls.state().track.value_or(MediaTrack()); };
     player.play(tracks.at(0).url);
@@ -123,7 +120,7 @@ TEST_F(DesktopTest, LooksForWhatIsPlayedOnlyWhenItMayHaveChanged) {
     const FileURL cover = track().artwork;
     EXPECT_TRUE(QFile::remove(QFile::decodeName(cover.path())));
     EXPECT_EQ(track().artwork, cover) << "no file is looked at for each question";
-    EXPECT_EQ(track().artist, QStringLiteral("甲"));
+    EXPECT_EQ(track().artist, u"甲"_qs);
     EXPECT_TRUE(controls.state().canSkip);
     library->removeFolder(library->folders().constFirst().id);
     ASSERT_TRUE(QTest::qWaitFor([this] { return library->folders().isEmpty(); }));
@@ -131,7 +128,7 @@ TEST_F(DesktopTest, LooksForWhatIsPlayedOnlyWhenItMayHaveChanged) {
     EXPECT_TRUE(track().artist.isEmpty());
     EXPECT_FALSE(controls.state().canSkip);
     controls.questions = 0;
-    EXPECT_EQ(error(mpris::propertiesInterface, QStringLiteral("Get"),
+    EXPECT_EQ(error(mpris::propertiesInterface, u"Get"_qs,
                     {QString(mpris::playerInterface), QString(mpris::positionProperty)}),
               "");
     EXPECT_EQ(controls.questions, 0) << "the position, which panels poll, is no work";
@@ -172,10 +169,10 @@ TEST_F(DesktopTest, DoesWhatARealClientAsksFor) {
         fake->calls.clear();
         playerctl(QString::fromUtf8(row.command));
         EXPECT_EQ(fake->calls, row.calls) << row.command;
-        EXPECT_EQ(playerctl(QStringLiteral("status")), row.status) << row.command;
+        EXPECT_EQ(playerctl(u"status"_qs), row.status) << row.command;
     }
     EXPECT_TRUE(player.shuffleEnabled());
-    EXPECT_EQ(playerctl(QStringLiteral("loop")), "None");
+    EXPECT_EQ(playerctl(u"loop"_qs), "None");
 }
 
 TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
@@ -230,7 +227,7 @@ TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
             << what;
         EXPECT_EQ(fake->calls, row.calls) << what;
     }
-    EXPECT_EQ(wishes, (QStringList{QStringLiteral("raise"), QStringLiteral("quit")}));
+    EXPECT_EQ(wishes, (QStringList{u"raise"_qs, u"quit"_qs}));
     EXPECT_FALSE(player.shuffleEnabled());
 }
 
@@ -240,9 +237,8 @@ TEST_F(DesktopTest, TellsWhatHasChangedAndNothingElse) {
     listener.hear([&] { play(1); }); // its title stays when its tags have been read
     QStringList keys = listener.changes.back().keys();
     ASSERT_EQ(listener.changes.size(), 1U);
-    EXPECT_EQ(keys, (QStringList{QStringLiteral("CanPause"), QStringLiteral("CanPlay"),
-                                 QStringLiteral("CanSeek"), QStringLiteral("Metadata"),
-                                 QStringLiteral("PlaybackStatus")}));
+    EXPECT_EQ(keys, (QStringList{u"CanPause"_qs, u"CanPlay"_qs, u"CanSeek"_qs, u"Metadata"_qs,
+                                 u"PlaybackStatus"_qs}));
     EXPECT_THAT(listener.jumps, ElementsAre(0));
 
     listener.hear([&] {
@@ -256,12 +252,11 @@ TEST_F(DesktopTest, TellsWhatHasChangedAndNothingElse) {
     EXPECT_THAT(listener.jumps, ElementsAre(30'000'000));
 
     listener.hear([&] { player.setVolume(0.25F); });
-    EXPECT_THAT(listener.changes, ElementsAre(QVariantMap{{QStringLiteral("Volume"), 0.25}}));
+    EXPECT_THAT(listener.changes, ElementsAre(QVariantMap{{u"Volume"_qs, 0.25}}));
 
-    listener.hear([&] { library->setSearchText(QStringLiteral("nothing has that")); });
+    listener.hear([&] { library->setSearchText(u"nothing has that"_qs); });
     EXPECT_THAT(listener.changes,
-                ElementsAre(QVariantMap{{QStringLiteral("CanGoNext"), false},
-                                        {QStringLiteral("CanGoPrevious"), false}}));
+                ElementsAre(QVariantMap{{u"CanGoNext"_qs, false}, {u"CanGoPrevious"_qs, false}}));
 
     // The same track from the start: no property differs, but the position does.
     listener.hear([&] { player.play(player.currentURL()); });
@@ -287,24 +282,22 @@ TEST_F(DesktopTest, TakesANameOfItsOwnBesideAnotherProgram) {
     QDBusConnection::sessionBus().interface()->unregisterService(busName);
     ASSERT_TRUE(client.registerService(busName));
     desktop.emplace(player, *library, RemoteControls::Program{});
-    const QString own =
-        busName + QStringLiteral(".instance%1").arg(QCoreApplication::applicationPid());
+    const QString own = busName + u".instance%1"_qs.arg(QCoreApplication::applicationPid());
     EXPECT_TRUE(QTest::qWaitFor([&] { return client.interface()->isServiceRegistered(own); }));
     EXPECT_TRUE(client.unregisterService(busName));
 }
 
 TEST_F(DesktopTest, OutlivesABusThatGoesAwayAndOneThatWasNeverThere) {
     QProcess daemon;
-    daemon.start(QStringLiteral("dbus-daemon"),
-                 {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                  QStringLiteral("--nopidfile"), QStringLiteral("--print-address")});
+    daemon.start(u"dbus-daemon"_qs,
+                 {u"--session"_qs, u"--nofork"_qs, u"--nopidfile"_qs, u"--print-address"_qs});
     ASSERT_TRUE(QTest::qWaitFor([&] { return daemon.canReadLine(); }));
     const QString address = QString::fromUtf8(daemon.readLine().trimmed());
     RemoteControls controls(player, *library, {});
-    for (const QString& bus : {address, QStringLiteral("unix:path=/nowhere")}) {
+    for (const QString& bus : {address, u"unix:path=/nowhere"_qs}) {
         const auto connection = QDBusConnection::connectToBus(bus, bus);
-        MprisService mprisService(controls, {{}, {}, {}, QStringLiteral("x")}, connection);
-        SleepInhibitor inhibitor(QStringLiteral("a"), QStringLiteral("b"), connection);
+        MprisService mprisService(controls, {{}, {}, {}, u"x"_qs}, connection);
+        SleepInhibitor inhibitor(u"a"_qs, u"b"_qs, connection);
         inhibitor.setInhibiting(true);
         daemon.kill();
         EXPECT_TRUE(QTest::qWaitFor([&] { return !connection.isConnected(); }));

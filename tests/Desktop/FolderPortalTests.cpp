@@ -15,8 +15,8 @@ using namespace tamsy;
 
 namespace {
 
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString portalService = u"org.freedesktop.portal.Desktop"_qs;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_qs;
 
 enum class Manner { Answers, Cancels, Refuses, KeepsSilent, ShowsNothing, EndsWithoutAnswer };
 
@@ -40,17 +40,16 @@ class Portal : public QDBusVirtualObject {
         if (manner == Manner::KeepsSilent)
             return true;
         // An old portal's path, which follows no token.
-        const QString handle = portalPath + QStringLiteral("/request/of_its_own");
+        const QString handle = portalPath + u"/request/of_its_own"_qs;
         bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
         if (manner == Manner::EndsWithoutAnswer)
             return QDBusConnection(bus).unregisterService(portalService);
         QDBusMessage response = QDBusMessage::createTargetedSignal(
-            call.service(), handle, QStringLiteral("org.freedesktop.portal.Request"),
-            QStringLiteral("Response"));
+            call.service(), handle, u"org.freedesktop.portal.Request"_qs, u"Response"_qs);
         response << (manner == Manner::Cancels        ? 1U
                      : manner == Manner::ShowsNothing ? 2U
                                                       : 0U)
-                 << QVariantMap{{QStringLiteral("uris"), QStringList{chosen}}};
+                 << QVariantMap{{u"uris"_qs, QStringList{chosen}}};
         QTest::qWait(50); // the user takes a moment
         return bus.send(response);
     }
@@ -71,12 +70,10 @@ class FolderPortalTest : public testing::TestWithParam<Manner> {
         bus.unregisterService(portalService);
     }
     void open(const QByteArray& startFolder = "/music") {
-        panel.open({QStringLiteral("title"), QStringLiteral("accept"),
-                    FileURL::fromPath(startFolder), nullptr});
+        panel.open({u"title"_qs, u"accept"_qs, FileURL::fromPath(startFolder), nullptr});
     }
 
-    QDBusConnection bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("folders"));
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"folders"_qs);
     Portal portal;
     FolderPortal panel;
     QSignalSpy unavailable{&panel, &FolderPortal::unavailable};
@@ -85,20 +82,20 @@ class FolderPortalTest : public testing::TestWithParam<Manner> {
 };
 
 TEST_F(FolderPortalTest, PassesFolderNamesAsBytes) {
-    portal.chosen = QStringLiteral("file:///music/%d6%D0/");
+    portal.chosen = u"file:///music/%d6%D0/"_qs;
     open("/music/\xD6\xD0");
     ASSERT_TRUE(QTest::qWaitFor([&] { return finished == 1; }));
     EXPECT_EQ(last, FileURL::fromPath("/music/\xD6\xD0"));
-    EXPECT_EQ(portal.options.value(QStringLiteral("current_folder")).toByteArray(),
+    EXPECT_EQ(portal.options.value(u"current_folder"_qs).toByteArray(),
               QByteArray("/music/\xD6\xD0\0", 10));
-    EXPECT_EQ(portal.options.value(QStringLiteral("accept_label")), QStringLiteral("accept"));
-    EXPECT_EQ(portal.options.value(QStringLiteral("directory")), true);
+    EXPECT_EQ(portal.options.value(u"accept_label"_qs), u"accept"_qs);
+    EXPECT_EQ(portal.options.value(u"directory"_qs), true);
     EXPECT_EQ(unavailable.count(), 0);
 }
 
 TEST_P(FolderPortalTest, WithoutAnAnswerThereIsNoFolder) {
     portal.manner = GetParam();
-    portal.chosen = QStringLiteral("file:///music");
+    portal.chosen = u"file:///music"_qs;
     open();
     const bool isUnavailable =
         portal.manner != Manner::Cancels && portal.manner != Manner::EndsWithoutAnswer;
@@ -108,8 +105,7 @@ TEST_P(FolderPortalTest, WithoutAnAnswerThereIsNoFolder) {
     EXPECT_FALSE(panel.isOpen());
     // A portal that wakes up late must not show a second panel.
     if (portal.manner == Manner::KeepsSilent) {
-        EXPECT_TRUE(
-            QTest::qWaitFor([&] { return portal.calls.contains(QStringLiteral("Close")); }));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return portal.calls.contains(u"Close"_qs); }));
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace tamsy {
 
-const QString busName = QStringLiteral("org.mpris.MediaPlayer2.tamsy-music");
+const QString busName = u"org.mpris.MediaPlayer2.tamsy-music"_qs;
 
 /// What a panel would hear.
 class Listener : public QObject {
@@ -20,11 +20,10 @@ class Listener : public QObject {
 
   public:
     explicit Listener(QDBusConnection bus) {
-        bus.connect(busName, mpris::objectPath, mpris::propertiesInterface,
-                    QStringLiteral("PropertiesChanged"), this,
-                    SLOT(change(QString, QVariantMap, QStringList)));
-        bus.connect(busName, mpris::objectPath, mpris::playerInterface, QStringLiteral("Seeked"),
-                    this, SLOT(jump(qlonglong)));
+        bus.connect(busName, mpris::objectPath, mpris::propertiesInterface, u"PropertiesChanged"_qs,
+                    this, SLOT(change(QString, QVariantMap, QStringList)));
+        bus.connect(busName, mpris::objectPath, mpris::playerInterface, u"Seeked"_qs, this,
+                    SLOT(jump(qlonglong)));
     }
     std::vector<QVariantMap> changes;
     std::vector<qlonglong> jumps;

@@ -31,7 +31,7 @@ class Inhibitors : public QDBusVirtualObject {
             answer = {
                 QVariant::fromValue(QDBusObjectPath("/org/freedesktop/portal/desktop/request/1"))};
         } else if (message.member() == QLatin1String("Inhibit")) {
-            EXPECT_EQ(message.arguments().constFirst().toString(), QStringLiteral("idle"));
+            EXPECT_EQ(message.arguments().constFirst().toString(), u"idle"_qs);
             std::array<int, 2> ends{};
             EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK), 0);
             answer = {QVariant::fromValue(QDBusUnixFileDescriptor(ends[1]))};
@@ -68,9 +68,9 @@ class SleepInhibitorTest : public testing::Test {
     }
 
     QDBusConnection bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("inhibitors"));
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"inhibitors"_qs);
     Inhibitors inhibitors;
-    SleepInhibitor inhibitor{QStringLiteral("Tamsy Music"), QStringLiteral("播放")};
+    SleepInhibitor inhibitor{u"Tamsy Music"_qs, u"播放"_qs};
 
   private:
     QString name_;
@@ -78,27 +78,24 @@ class SleepInhibitorTest : public testing::Test {
 };
 
 TEST_F(SleepInhibitorTest, AsksThePortalOnceAndTakesItBackSomeTimeAfterThePause) {
-    offer(QStringLiteral("org.freedesktop.portal.Desktop"),
-          QStringLiteral("/org/freedesktop/portal/desktop"));
+    offer(u"org.freedesktop.portal.Desktop"_qs, u"/org/freedesktop/portal/desktop"_qs);
     inhibitor.setInhibiting(true);
     ASSERT_TRUE(waitFor(1));
-    EXPECT_EQ(inhibitors.calls.constLast(),
-              QStringLiteral("Inhibit sua{sv} /org/freedesktop/portal/desktop"));
+    EXPECT_EQ(inhibitors.calls.constLast(), u"Inhibit sua{sv} /org/freedesktop/portal/desktop"_qs);
     inhibitor.setInhibiting(false); // the step to the next track
     inhibitor.setInhibiting(true);
     QTest::qWait(1200);
     EXPECT_EQ(inhibitors.calls.size(), 1);
     inhibitor.setInhibiting(false);
     ASSERT_TRUE(waitFor(2));
-    EXPECT_EQ(inhibitors.calls.constLast(),
-              QStringLiteral("Close  /org/freedesktop/portal/desktop/request/1"));
+    EXPECT_EQ(inhibitors.calls.constLast(), u"Close  /org/freedesktop/portal/desktop/request/1"_qs);
 }
 
 TEST_F(SleepInhibitorTest, TurnsToTheLoginManagerWhereThereIsNoPortal) {
-    offer(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"));
+    offer(u"org.freedesktop.login1"_qs, u"/org/freedesktop/login1"_qs);
     inhibitor.setInhibiting(true);
     ASSERT_TRUE(waitFor(1));
-    EXPECT_EQ(inhibitors.calls.constLast(), QStringLiteral("Inhibit ssss /org/freedesktop/login1"));
+    EXPECT_EQ(inhibitors.calls.constLast(), u"Inhibit ssss /org/freedesktop/login1"_qs);
     QTest::qWait(100);
     EXPECT_TRUE(inhibitors.isLockHeld());
     inhibitor.setInhibiting(false);

@@ -31,7 +31,7 @@ class SlowMount {
     }
     ~SlowMount() {
         hang(false);
-        QProcess::execute(QStringLiteral("fusermount3"), {QStringLiteral("-uz"), point_.path()});
+        QProcess::execute(u"fusermount3"_qs, {u"-uz"_qs, point_.path()});
         program_.kill(); // it would wait for files that are open still
         program_.waitForFinished();
     }

@@ -20,9 +20,7 @@ class SlowFiles : public SlowMount {
 };
 
 qsizetype threadCount() {
-    return QDir(QStringLiteral("/proc/self/task"))
-        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-        .size();
+    return QDir(u"/proc/self/task"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
 }
 
 class SlowFile : public testing::Test {

@@ -14,7 +14,7 @@ namespace {
 TEST(TimeText, ShowsZeroForInvalidPositionsAndNeverOverflows) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     for (const double none : {-0.1, -5.0, infinity, std::numeric_limits<double>::quiet_NaN()})
-        EXPECT_EQ(timeString(none), QStringLiteral("0:00")) << none;
+        EXPECT_EQ(timeString(none), u"0:00"_qs) << none;
     EXPECT_EQ(roundedSeconds(1e300), std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(roundedSeconds(-1e300), std::numeric_limits<std::int64_t>::min());
 }

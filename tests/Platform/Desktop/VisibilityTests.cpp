@@ -108,18 +108,17 @@ TEST_F(VisibilityTest, AnyWindowInViewIsEnough) {
 
 TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
     ASSERT_TRUE(becomesVisible(true));
-    const QString xdotool = QStringLiteral("xdotool");
-    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("1")});
+    const QString xdotool = u"xdotool"_qs;
+    run(xdotool, {u"set_desktop"_qs, u"1"_qs});
     EXPECT_TRUE(becomesVisible(false));
-    run(xdotool, {QStringLiteral("set_desktop"), QStringLiteral("0")});
+    run(xdotool, {u"set_desktop"_qs, u"0"_qs});
     EXPECT_TRUE(becomesVisible(true));
 
     // Some window managers only report the desktop and leave the window mapped.
     const auto moveTo = [&](const char* desktop) {
-        const QString property = QStringLiteral("_NET_WM_DESKTOP");
-        run(QStringLiteral("xprop"),
-            {QStringLiteral("-id"), QString::number(window.winId()), QStringLiteral("-f"), property,
-             QStringLiteral("32c"), QStringLiteral("-set"), property, QLatin1String(desktop)});
+        const QString property = u"_NET_WM_DESKTOP"_qs;
+        run(u"xprop"_qs, {u"-id"_qs, QString::number(window.winId()), u"-f"_qs, property, u"32c"_qs,
+                          u"-set"_qs, property, QLatin1String(desktop)});
     };
     moveTo("2");
     EXPECT_TRUE(becomesVisible(false));
@@ -154,8 +153,7 @@ TEST_F(VisibilityTest, AWindowBelowALargerOneOfOursIsNotDrawn) {
     };
     ASSERT_TRUE(waitFor([&] { return visibility.canBeSeen(larger); }));
     const auto bringUp = [](const Window& chosen) {
-        run(QStringLiteral("xdotool"),
-            {QStringLiteral("windowactivate"), QString::number(chosen.winId())});
+        run(u"xdotool"_qs, {u"windowactivate"_qs, QString::number(chosen.winId())});
     };
     bringUp(larger);
     ASSERT_TRUE(isSeen(false));
