@@ -78,7 +78,7 @@ TEST_F(CurrentArtworkTest, SkippingThroughManyTracksEndsWithTheLastOnesTitleAndC
     QTest::qWait(100); // nothing is left that could still come
     EXPECT_EQ(reads, readsSoFar);
     EXPECT_EQ(shown(), 200);
-    EXPECT_EQ(player.currentTitle(), QStringLiteral("200"));
+    EXPECT_EQ(player.currentTitle(), u"200"_qs);
 }
 
 TEST_F(CurrentArtworkTest, TheFormerCoverStaysUntilTheNewOneComes) {

@@ -49,7 +49,7 @@ class LibraryFixture {
         QDir root(directory.path());
         root.mkdir(name);
         for (const QString& file : files) {
-            QFile created(root.filePath(name + QLatin1Char('/') + file + QStringLiteral(".mp3")));
+            QFile created(root.filePath(name + QLatin1Char('/') + file + u".mp3"_qs));
             EXPECT_TRUE(created.open(QIODevice::WriteOnly));
         }
         return FileURL::fromPath(root.filePath(name).toUtf8());

@@ -17,36 +17,34 @@ std::vector<QString> titles(const TrackList& tracks) {
 
 TEST(LibraryViewModel, FindsAQueryInTitleArtistOrAlbum) {
     LibraryFixture fixture;
-    const QStringList files{QStringLiteral("Blue Train~John Coltrane~Blue Train"),
-                            QStringLiteral("Élan~Été~"), QStringLiteral("潮汐来信~林屿~南岸以南"),
-                            QStringLiteral("Straße~~CITY POP"),
-                            QStringLiteral(u"か\u3099~CAFE\u0301~İSTANBUL Ａ")};
-    fixture.add(QStringLiteral("m"), files);
+    const QStringList files{u"Blue Train~John Coltrane~Blue Train"_qs, u"Élan~Été~"_qs,
+                            u"潮汐来信~林屿~南岸以南"_qs, u"Straße~~CITY POP"_qs,
+                            u"か\u3099~CAFE\u0301~İSTANBUL Ａ"_qs};
+    fixture.add(u"m"_qs, files);
     struct Row {
         QString query;
         std::vector<QString> found;
     };
-    const std::vector<QString> all{QStringLiteral("Blue Train"), QStringLiteral("Élan"),
-                                   QStringLiteral("潮汐来信"), QStringLiteral("Straße"),
-                                   QStringLiteral(u"か\u3099")};
+    const std::vector<QString> all{u"Blue Train"_qs, u"Élan"_qs, u"潮汐来信"_qs, u"Straße"_qs,
+                                   u"か\u3099"_qs};
     const Row rows[] = {
         {{}, all},
-        {QStringLiteral(u" \n\u3000\t"), all},
-        {QStringLiteral("  blue TRAIN "), {all[0]}},
-        {QStringLiteral("coltrane"), {all[0]}},
-        {QStringLiteral("blue  train"), {}},
-        {QStringLiteral("ÉLAN"), {all[1]}},
-        {QStringLiteral(u"E\u0301LAN"), {all[1]}}, // typed in two pieces
-        {QStringLiteral("cafe"), {}},              // diacritics count
-        {QStringLiteral("café"), {all[4]}},
-        {QStringLiteral(u"か"), {}}, // が in two pieces
-        {QStringLiteral("が"), {all[4]}},
-        {QStringLiteral("i̇stanbul"), {all[4]}},
-        {QStringLiteral("ａ"), {all[4]}},
-        {QStringLiteral("strasse"), {}}, // lower-casing is not folding
-        {QStringLiteral("city pop"), {all[3]}},
-        {QStringLiteral("林屿"), {all[2]}},
-        {QStringLiteral("mp3"), {}},
+        {u" \n\u3000\t"_qs, all},
+        {u"  blue TRAIN "_qs, {all[0]}},
+        {u"coltrane"_qs, {all[0]}},
+        {u"blue  train"_qs, {}},
+        {u"ÉLAN"_qs, {all[1]}},
+        {u"E\u0301LAN"_qs, {all[1]}}, // typed in two pieces
+        {u"cafe"_qs, {}},             // diacritics count
+        {u"café"_qs, {all[4]}},
+        {u"か"_qs, {}}, // が in two pieces
+        {u"が"_qs, {all[4]}},
+        {u"i̇stanbul"_qs, {all[4]}},
+        {u"ａ"_qs, {all[4]}},
+        {u"strasse"_qs, {}}, // lower-casing is not folding
+        {u"city pop"_qs, {all[3]}},
+        {u"林屿"_qs, {all[2]}},
+        {u"mp3"_qs, {}},
     };
     for (const Row& row : rows) {
         fixture.library->setSearchText(row.query);
@@ -63,22 +61,22 @@ TEST(LibraryViewModel, KeepsTheSelectionOfFolders) {
     library.addFolderViaPanel(); // cancelled
     EXPECT_TRUE(library.folders().isEmpty());
 
-    fixture.add(QStringLiteral("a"), {QStringLiteral("1"), QStringLiteral("2")});
-    fixture.add(QStringLiteral("b"), {QStringLiteral("3")});
+    fixture.add(u"a"_qs, {u"1"_qs, u"2"_qs});
+    fixture.add(u"b"_qs, {u"3"_qs});
     const QUuid a = library.folders().at(0).id;
     const QUuid b = library.folders().at(1).id;
     EXPECT_EQ(library.selectedFolderId(), a); // the first one stays
     EXPECT_EQ(library.allTracks().size(), 3);
     library.removeFolder(b);
     EXPECT_EQ(library.selectedFolderId(), a);
-    fixture.add(QStringLiteral("c"), {QStringLiteral("4")});
+    fixture.add(u"c"_qs, {u"4"_qs});
     library.removeFolder(a);
     EXPECT_TRUE(library.selectedFolderId().isNull());
     EXPECT_EQ(library.selectedFolder(), nullptr); // none in its place
-    fixture.add(QStringLiteral("d"), {});
+    fixture.add(u"d"_qs, {});
     EXPECT_EQ(library.selectedFolderId(),
               library.folders().constFirst().id); // the first, not the new one
-    EXPECT_EQ(library.selectedFolder()->displayName, QStringLiteral("c"));
+    EXPECT_EQ(library.selectedFolder()->displayName, u"c"_qs);
 }
 
 } // namespace

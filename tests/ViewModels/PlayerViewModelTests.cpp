@@ -63,7 +63,7 @@ class PlayerViewModelTest : public testing::Test, protected LibraryFixture {
     }
 
     void SetUp() override {
-        add(QStringLiteral("m"), {QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")});
+        add(u"m"_qs, {u"1"_qs, u"2"_qs, u"3"_qs});
         player.attachLibrary(library.get());
     }
 
@@ -116,7 +116,7 @@ TEST_F(PlayerViewModelTest, DropsTheTitleOfAFileThatWasLeft) {
     QSignalSpy titles(&player, &PlayerViewModel::currentTitleChanged);
     player.play(url(0));
     player.play(url(2));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == QStringLiteral("3"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == u"3"_qs; }));
     EXPECT_EQ(titles.size(), 1);
 }
 
@@ -219,7 +219,7 @@ TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
     player.toggleRepeatOne();
     EXPECT_FALSE(player.shuffleEnabled());
     start(1);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == QStringLiteral("2"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return player.currentTitle() == u"2"_qs; }));
     advance(300ms);
     QSignalSpy titles(&player, &PlayerViewModel::currentTitleChanged);
     engine->currentTimeSubject_.send(9.9);
@@ -234,7 +234,7 @@ TEST_F(PlayerViewModelTest, RepeatsOneTrackWithoutStartingItAnew) {
 
 TEST_F(PlayerViewModelTest, StepsThroughTheListThatTheUserSees) {
     start(2);
-    library->setSearchText(QStringLiteral("2")); // takes effect at the very next step
+    library->setSearchText(u"2"_qs); // takes effect at the very next step
     player.next();
     EXPECT_EQ(player.currentURL().lastPathComponent(), "2.mp3");
     player.toggleShuffle();
@@ -242,7 +242,7 @@ TEST_F(PlayerViewModelTest, StepsThroughTheListThatTheUserSees) {
     player.next(); // from the whole folder, also from what the list doesn't show
     EXPECT_FALSE(player.currentURL() == before);
     player.toggleShuffle();
-    library->setSearchText(QStringLiteral("none"));
+    library->setSearchText(u"none"_qs);
     engine->calls.clear();
     player.next();
     EXPECT_THAT(engine->calls, Not(Contains("stop"))); // nothing to play, so it plays on

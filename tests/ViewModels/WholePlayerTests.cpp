@@ -16,8 +16,8 @@ namespace {
 class WholePlayerTest : public testing::TestWithParam<double>, protected LibraryFixture {
   protected:
     void fill(const std::vector<QByteArray>& names) {
-        QDir(directory.path()).mkdir(QStringLiteral("music"));
-        const QByteArray folder = QFile::encodeName(directory.filePath(QStringLiteral("music")));
+        QDir(directory.path()).mkdir(u"music"_qs);
+        const QByteArray folder = QFile::encodeName(directory.filePath(u"music"_qs));
         for (const QByteArray& name : names)
             QFile::copy(QFile::decodeName(testAudio(name).path()),
                         QFile::decodeName(folder + '/' + name));

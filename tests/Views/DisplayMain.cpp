@@ -8,7 +8,7 @@
 
 /// For tests whose windows are drawn by a graphics driver.
 int main(int argc, char** argv) {
-    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    QQuickStyle::setStyle(u"Fusion"_qs);
     QGuiApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     const int status = RUN_ALL_TESTS();

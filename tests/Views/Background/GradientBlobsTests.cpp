@@ -95,7 +95,7 @@ TEST_F(ArtworkGradientModelTest, ColorsFollowTheCoverButNotDuringASeek) {
     model.setIsSeeking(true);
     model.setImage(cover(QColor(0x33, 0x66, 0x99))); // the first one comes at once
     EXPECT_EQ(colors.count(), 1);
-    EXPECT_EQ(model.firstColor().name(), QStringLiteral("#0e5ead"));
+    EXPECT_EQ(model.firstColor().name(), u"#0e5ead"_qs);
     model.setImage(cover(Qt::darkRed));
     EXPECT_EQ(colors.count(), 1);
     model.setIsSeeking(false);

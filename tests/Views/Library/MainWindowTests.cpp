@@ -38,21 +38,20 @@ class MainWindowTest : public testing::Test, protected LibraryFixture {
     void SetUp() override {
         QStringList names;
         for (int i = 0; i < 40; ++i)
-            names.append(QStringLiteral("歌 %1").arg(i, 2, 10, QLatin1Char('0')));
-        add(QStringLiteral("音乐"), names);
+            names.append(u"歌 %1"_qs.arg(i, 2, 10, QLatin1Char('0')));
+        add(u"音乐"_qs, names);
         open();
     }
 
     void open() {
         fake->loadedDuration = 100;
-        engine.addImageProvider(QStringLiteral("covers"), new CoverProvider);
-        engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        engine.setInitialProperties(
-            {{QStringLiteral("library"), QVariant::fromValue(library.get())},
-             {QStringLiteral("player"), QVariant::fromValue(&player)},
-             {QStringLiteral("lyricsFontSize"), QVariant::fromValue(&lyricsFontSize)},
-             {QStringLiteral("folderPanel"), QVariant::fromValue(&folderPanel)}});
-        engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Tamsy/MainWindow.qml")));
+        engine.addImageProvider(u"covers"_qs, new CoverProvider);
+        engine.addImportPath(u"qrc:/qt/qml"_qs);
+        engine.setInitialProperties({{u"library"_qs, QVariant::fromValue(library.get())},
+                                     {u"player"_qs, QVariant::fromValue(&player)},
+                                     {u"lyricsFontSize"_qs, QVariant::fromValue(&lyricsFontSize)},
+                                     {u"folderPanel"_qs, QVariant::fromValue(&folderPanel)}});
+        engine.load(QUrl(u"qrc:/qt/qml/Tamsy/MainWindow.qml"_qs));
         window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
         ASSERT_NE(window, nullptr);
         window->show();
@@ -168,7 +167,7 @@ TEST_F(MainWindowTest, SearchFiltersAtEachKeyAndNeverPlays) {
     settle();
     for (const char* key : {"3", " ", "9"})
         QTest::keyClick(window, *key);
-    EXPECT_EQ(library->searchText(), QStringLiteral("3 9"));
+    EXPECT_EQ(library->searchText(), u"3 9"_qs);
     press(Qt::Key_Backspace);
     press(Qt::Key_Backspace);
     EXPECT_EQ(library->filteredTracks().size(), 13);
@@ -181,10 +180,10 @@ TEST_F(MainWindowTest, CoversComeThoughTheListChangesWhileTheyLoad) {
     QStringList names;
     for (int i = 0; i < 40; ++i)
         names.append(QString::number(i));
-    add(QStringLiteral("b"), names);
+    add(u"b"_qs, names);
     // No operation can finish before the event loop runs, so all rows but three are still waiting.
     library->setSelectedFolderId(library->folders().constLast().id);
-    library->setSearchText(QStringLiteral("1"));
+    library->setSearchText(u"1"_qs);
     library->setSearchText({});
     EXPECT_TRUE(QTest::qWaitFor([this] { return coversMissing() == 0; })) << coversMissing();
     EXPECT_GT(shownRows().size(), 10);
@@ -192,7 +191,7 @@ TEST_F(MainWindowTest, CoversComeThoughTheListChangesWhileTheyLoad) {
 
 TEST_F(MainWindowTest, AFingerScrollsAndATapPlays) {
     QPointingDevice* screen = QTest::createTouchDevice();
-    const QString name = QStringLiteral("歌 08   0:01");
+    const QString name = u"歌 08   0:01"_qs;
     const double top = itemNamed(accessible(window), name)->mapToScene({}).y();
     QTest::touchEvent(window, screen).press(0, row(8));
     for (int step = 1; step <= 10; ++step) {
@@ -225,8 +224,8 @@ TEST_F(MainWindowTest, AFingerScrollsAndATapPlays) {
 }
 
 TEST_F(MainWindowTest, TheSidebarIsDraggedAndGivesWayInANarrowWindow) {
-    const QQuickItem* folders = itemNamed(accessible(window), QStringLiteral("文件夹"));
-    const QQuickItem* title = itemNamed(accessible(window), QStringLiteral("歌曲"));
+    const QQuickItem* folders = itemNamed(accessible(window), u"文件夹"_qs);
+    const QQuickItem* title = itemNamed(accessible(window), u"歌曲"_qs);
     window->resize(920, 720);
     QTest::qWait(20);
     EXPECT_LT(folders->width(), 260);
@@ -255,7 +254,7 @@ TEST_F(MainWindowTest, TheSidebarIsDraggedAndGivesWayInANarrowWindow) {
 }
 
 TEST_F(MainWindowTest, ATipOverCutTextWaitsLikeTheOthers) {
-    add(QStringLiteral("b"), {QString(200, u'w')});
+    add(u"b"_qs, {QString(200, u'w')});
     library->setSelectedFolderId(library->folders().constLast().id);
     settle();
     QTest::mouseMove(window, row(0) + QPoint(0, 60));
@@ -312,7 +311,7 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
     QWheelEvent turn({550, 703}, {550, 703}, {}, {0, 120}, {}, {}, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(window, &turn);
     EXPECT_THAT(fake->calls, Contains("seek 15"));
-    focus(QStringLiteral("播放位置"));
+    focus(u"播放位置"_qs);
     press(Qt::Key_Right);
     EXPECT_THAT(fake->calls, Contains("seek 20"));
 }
@@ -320,7 +319,7 @@ TEST_F(MainWindowTest, TheSliderSeeksOnTheUsersMovesOnly) {
 TEST_F(MainWindowTest, TheKeyboardReachesButtonsAndMenus) {
     click(row(0));
     settle();
-    focus(QStringLiteral("播放 / 暂停"));
+    focus(u"播放 / 暂停"_qs);
     press(Qt::Key_Return);
     EXPECT_THAT(fake->calls, ElementsAre("pause"));
     press(Qt::Key_F10); // the first menu, then the second one's last item
@@ -339,7 +338,7 @@ TEST_F(MainWindowTest, TheSidebarKeepsTheSelectedFolderInFrontOfTheBar) {
         names.append(QString(QChar(u'a' + i)));
         add(names.back(), {});
     }
-    focus(QStringLiteral("文件夹"));
+    focus(u"文件夹"_qs);
     press(Qt::Key_End);
     QTest::qWait(50);
     const QQuickItem* last = itemNamed(accessible(window), names.back());
@@ -354,26 +353,26 @@ TEST_F(MainWindowTest, TheSidebarKeepsTheSelectedFolderInFrontOfTheBar) {
 }
 
 TEST_F(MainWindowTest, TheSidebarsMenuActsOnTheClickedFolder) {
-    add(QStringLiteral("b"), {QStringLiteral("x")});
+    add(u"b"_qs, {u"x"_qs});
     settle();
     click({60, 88});
-    EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
+    EXPECT_EQ(library->selectedFolder()->displayName, u"b"_qs);
     QTest::mouseClick(window, Qt::RightButton, {}, {60, 56}); // the other one
     QTest::qWait(200);
     press(Qt::Key_Down);
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     ASSERT_TRUE(QTest::qWaitFor([&] { return library->folders().size() == 1; }));
-    EXPECT_EQ(library->selectedFolder()->displayName, QStringLiteral("b"));
+    EXPECT_EQ(library->selectedFolder()->displayName, u"b"_qs);
     press(Qt::Key_Plus, Qt::ControlModifier);
     EXPECT_EQ(lyricsFontSize.points(), 50);
 }
 
 TEST_F(MainWindowTest, DroppedFoldersAreAddedOnceAndNothingElse) {
-    const FileURL folder = makeFolder(QStringLiteral("新 %41"), {QStringLiteral("x")});
+    const FileURL folder = makeFolder(u"新 %41"_qs, {u"x"_qs});
     const auto address = [](const FileURL& url) { return QUrl::fromEncoded(url.absoluteString()); };
     const QList<QUrl> others = {address(folder.appending("x.mp3")), address(folder.appending("y")),
-                                QUrl(QStringLiteral("smb://server/share")),
+                                QUrl(u"smb://server/share"_qs),
                                 address(library->folders().constFirst().url)};
     const auto drop = [this](const QList<QUrl>& urls) {
         QMimeData data;

@@ -21,7 +21,7 @@ class LyricsPanelModelTest : public testing::Test {
         QFile file(directory.filePath(name + QLatin1String(other)));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
-        return FileURL::fromPath(directory.filePath(name + QStringLiteral(".flac")).toUtf8());
+        return FileURL::fromPath(directory.filePath(name + u".flac"_qs).toUtf8());
     }
 
     void load(const FileURL& url) {
@@ -35,7 +35,7 @@ class LyricsPanelModelTest : public testing::Test {
 };
 
 TEST_F(LyricsPanelModelTest, TheMarkFollowsTheTime) {
-    load(song(QStringLiteral("a"), "[00:01]a\n[00:02]b\n[00:02]c\n[00:05]d\n"));
+    load(song(u"a"_qs, "[00:01]a\n[00:02]b\n[00:02]c\n[00:05]d\n"));
     ASSERT_EQ(panel.count(), 4);
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const std::pair<double, int> rows[] = {
@@ -49,7 +49,7 @@ TEST_F(LyricsPanelModelTest, TheMarkFollowsTheTime) {
 }
 
 TEST_F(LyricsPanelModelTest, LooksAtTheTimeOnlySoOften) {
-    load(song(QStringLiteral("b"), "[00:01]a\n[00:02]b\n[00:03]c\n"));
+    load(song(u"b"_qs, "[00:01]a\n[00:02]b\n[00:03]c\n"));
     panel.handleTime(1, 16);
     panel.handleTime(2, 16.125);
     EXPECT_EQ(panel.currentLyricIndex(), 0); // more than 0.15 s must have passed
@@ -61,7 +61,7 @@ TEST_F(LyricsPanelModelTest, LooksAtTheTimeOnlySoOften) {
 
 TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
     const QByteArray comments("\0\0\0\0\1\0\0\0\x0E\0\0\0LYRICS=one\ntwo", 26);
-    load(song(QStringLiteral("c"), QByteArray("fLaC\x84\0\0\x1A", 8) + comments, ".flac"));
+    load(song(u"c"_qs, QByteArray("fLaC\x84\0\0\x1A", 8) + comments, ".flac"));
     EXPECT_EQ(panel.count(), 2);
     EXPECT_FALSE(panel.isSynced());
     panel.handleTime(1000, 100);
@@ -73,24 +73,23 @@ TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
 }
 
 TEST_F(LyricsPanelModelTest, ShowsNoControlCharacterAndNoEndlessLine) {
-    load(song(QStringLiteral("f"),
-              QByteArray("[00:01]a\tb\0\1c\0\n[00:02]", 22) + QByteArray(500'000, 'x')));
+    load(song(u"f"_qs, QByteArray("[00:01]a\tb\0\1c\0\n[00:02]", 22) + QByteArray(500'000, 'x')));
     const auto shown = [this](int row) { return panel.data(panel.index(row), 0).toString(); };
-    EXPECT_EQ(shown(0), QStringLiteral("a\tbc"));
+    EXPECT_EQ(shown(0), u"a\tbc"_qs);
     EXPECT_EQ(shown(1).size(), 10'001);
 }
 
 TEST_F(LyricsPanelModelTest, TheOldLinesStayUntilTheNewOnesCome) {
-    load(song(QStringLiteral("d"), "[00:01]a\n[00:02]b\n"));
+    load(song(u"d"_qs, "[00:01]a\n[00:02]b\n"));
     panel.updateCurrentLyricIndex(2);
-    panel.loadLyrics(song(QStringLiteral("e"), "[00:01]x\n"));
+    panel.loadLyrics(song(u"e"_qs, "[00:01]x\n"));
     panel.resetIndex();
     EXPECT_EQ(panel.count(), 2);
     EXPECT_EQ(panel.currentLyricIndex(), 0);
     EXPECT_EQ(panel.shownLyricIndex(), 1); // a look at the time follows soon
     ASSERT_TRUE(QTest::qWaitFor([this] { return panel.count() == 1; }));
     EXPECT_EQ(panel.shownLyricIndex(), 0);
-    load(song(QStringLiteral("d"), "[00:01]a\n[00:02]b\n"));
+    load(song(u"d"_qs, "[00:01]a\n[00:02]b\n"));
     panel.updateCurrentLyricIndex(2);
     panel.resetIndex();
     EXPECT_TRUE(QTest::qWaitFor([this] { return panel.shownLyricIndex() == 0; }, 400));

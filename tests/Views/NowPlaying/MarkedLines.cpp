@@ -21,10 +21,9 @@ constexpr double between = 0.61; // seconds
 
 /// The file under another name, with lyrics beside it: the line `n` belongs to `n` times `between`.
 FileURL withLyrics(const FileURL& audio, const QTemporaryDir& directory, double seconds) {
-    const QString link =
-        directory.filePath(QStringLiteral("song.") + QString::fromUtf8(audio.pathExtension()));
+    const QString link = directory.filePath(u"song."_qs + QString::fromUtf8(audio.pathExtension()));
     QFile::link(QFile::decodeName(audio.path()), link);
-    QFile sidecar(directory.filePath(QStringLiteral("song.lrc")));
+    QFile sidecar(directory.filePath(u"song.lrc"_qs));
     if (!sidecar.open(QIODevice::WriteOnly))
         return {};
     for (int line = 0; line * between < seconds; ++line) {

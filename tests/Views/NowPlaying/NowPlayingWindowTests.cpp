@@ -25,18 +25,17 @@ using testing::Not;
 
 namespace {
 
-const QString timeBar = QStringLiteral("播放位置");
-const QString volumeBar = QStringLiteral("音量");
+const QString timeBar = u"播放位置"_qs;
+const QString volumeBar = u"音量"_qs;
 
 /// The real window over a folder of three tracks and an engine without sound.
 class NowPlayingWindowTest : public testing::Test, protected LibraryFixture {
   protected:
     void SetUp() override {
         fake->loadedDuration = 100;
-        add(QStringLiteral("音乐"),
-            {QStringLiteral("a~artist"), QStringLiteral("b"), QStringLiteral("c")});
+        add(u"音乐"_qs, {u"a~artist"_qs, u"b"_qs, u"c"_qs});
         player.attachLibrary(library.get());
-        qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        qmlEngine.addImportPath(u"qrc:/qt/qml"_qs);
         player.play(library->filteredTracks().at(0).url);
         show();
     }
@@ -99,7 +98,7 @@ TEST_F(NowPlayingWindowTest, TheFormFollowsTheWidthAlone) {
         EXPECT_EQ(item(timeBar)->width(), row) << width;
         EXPECT_EQ(item(volumeBar)->width(), row - 32) << width;
     }
-    click(QStringLiteral("歌词"));
+    click(u"歌词"_qs);
     QTest::qWait(350);
     EXPECT_EQ(item(timeBar)->width(), 400); // though the column is 600 wide
     EXPECT_NEAR(item(timeBar)->mapToScene({200, 0}).x(), 300, 1);
@@ -109,7 +108,7 @@ TEST_F(NowPlayingWindowTest, ADragSeeksOnceAtItsEnd) {
     drag(timeBar, {0.2, 0.25, 0.5});
     EXPECT_TRUE(player.isSeeking());
     EXPECT_THAT(fake->calls, IsEmpty());
-    EXPECT_NE(item(QStringLiteral("0:50")), nullptr);
+    EXPECT_NE(item(u"0:50"_qs), nullptr);
     testing::internal::CaptureStdout();
     drop(timeBar, 1.5); // outside: the very end
     EXPECT_THAT(testing::internal::GetCapturedStdout(),
@@ -130,10 +129,10 @@ TEST_F(NowPlayingWindowTest, TheVolumeChangesAtTheDragsEndOnly) {
 
 TEST_F(NowPlayingWindowTest, ButtonsAndKeysActAndTheLogTellsTheStateAfterwards) {
     testing::internal::CaptureStdout();
-    click(QStringLiteral("播放 / 暂停"));
-    click(QStringLiteral("随机播放"));
-    click(QStringLiteral("单曲循环"));
-    click(QStringLiteral("单曲循环"));
+    click(u"播放 / 暂停"_qs);
+    click(u"随机播放"_qs);
+    click(u"单曲循环"_qs);
+    click(u"单曲循环"_qs);
     const std::string log = testing::internal::GetCapturedStdout();
     EXPECT_THAT(log, HasSubstr("[NowPlaying] tap play/pause -> paused\n"));
     EXPECT_THAT(log, HasSubstr("[NowPlaying] tap shuffle -> ON\n"));
@@ -155,32 +154,32 @@ TEST_F(NowPlayingWindowTest, ButtonsAndKeysActAndTheLogTellsTheStateAfterwards) 
 
 TEST_F(NowPlayingWindowTest, ClosedItIsKeptWithItsState) {
     QQuickWindow* const first = window;
-    click(QStringLiteral("歌词"));
-    EXPECT_NE(item(QStringLiteral("artist")), nullptr);
+    click(u"歌词"_qs);
+    EXPECT_NE(item(u"artist"_qs), nullptr);
     QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(first->isVisible());
     testing::internal::CaptureStdout();
     show();
     EXPECT_THAT(testing::internal::GetCapturedStdout(), Not(HasSubstr("body onAppear")));
     EXPECT_EQ(window, first);
-    EXPECT_NE(item(QStringLiteral("暂无歌词")), nullptr);
+    EXPECT_NE(item(u"暂无歌词"_qs), nullptr);
 }
 
 TEST_F(NowPlayingWindowTest, ThePickerFollowsTheLibraryAndPlays) {
-    click(QStringLiteral("曲目列表"));
+    click(u"曲目列表"_qs);
     QTest::qWait(250);
-    ASSERT_NE(item(QStringLiteral("选择歌曲")), nullptr);
-    library->setSearchText(QStringLiteral("nothing has this"));
-    EXPECT_NE(item(QStringLiteral("没有符合搜索条件的歌曲")), nullptr);
+    ASSERT_NE(item(u"选择歌曲"_qs), nullptr);
+    library->setSearchText(u"nothing has this"_qs);
+    EXPECT_NE(item(u"没有符合搜索条件的歌曲"_qs), nullptr);
     library->setSearchText({});
     QTest::qWait(50);
-    click(QStringLiteral("b  0:01"));
+    click(u"b  0:01"_qs);
     EXPECT_EQ(player.currentURL(), library->filteredTracks().at(1).url);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return item(QStringLiteral("选择歌曲")) == nullptr; }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(u"选择歌曲"_qs) == nullptr; }));
 }
 
 TEST_F(NowPlayingWindowTest, TheSheetLeavesShortcutsAliveAndPlaysOnceForADoubleClick) {
-    click(QStringLiteral("曲目列表"));
+    click(u"曲目列表"_qs);
     QTest::qWait(250);
     fake->calls.clear();
     QTest::keyClick(window, Qt::Key_Right, Qt::ControlModifier);
@@ -190,7 +189,7 @@ TEST_F(NowPlayingWindowTest, TheSheetLeavesShortcutsAliveAndPlaysOnceForADoubleC
     fake->calls.clear();
     QTest::keyClick(window, Qt::Key_Space);
     EXPECT_THAT(fake->calls, IsEmpty()); // it is the focused control's
-    const QQuickItem* target = item(QStringLiteral("c  0:01"));
+    const QQuickItem* target = item(u"c  0:01"_qs);
     ASSERT_NE(target, nullptr);
     const QPoint place = at(target, 0.5);
     for (int press = 0; press < 2; ++press)
@@ -198,8 +197,8 @@ TEST_F(NowPlayingWindowTest, TheSheetLeavesShortcutsAliveAndPlaysOnceForADoubleC
     EXPECT_EQ(std::ranges::count_if(
                   fake->calls, [](const std::string& call) { return call.starts_with("load"); }),
               1);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return item(QStringLiteral("选择歌曲")) == nullptr; }));
-    click(QStringLiteral("曲目列表"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(u"选择歌曲"_qs) == nullptr; }));
+    click(u"曲目列表"_qs);
     QTest::qWait(250);
     QTest::keyClick(window, Qt::Key_W, Qt::ControlModifier);
     EXPECT_FALSE(window->isVisible());
@@ -216,10 +215,10 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     }
     sidecar.close();
     window->resize(1200, 800);
-    click(QStringLiteral("歌词"));
+    click(u"歌词"_qs);
     player.play(track.url);
     const auto topOf = [this](int line) {
-        const QString name = QString::number(line) + QStringLiteral(" short");
+        const QString name = QString::number(line) + u" short"_qs;
         const QQuickItem* row = item(name);
         return row == nullptr ? -1.0 : row->mapToScene({0, 0}).y();
     };
@@ -237,10 +236,10 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
         QTest::qWait(5);
     }
     EXPECT_TRUE(comesToTheTop(70));
-    click(QStringLiteral("歌词"));
+    click(u"歌词"_qs);
     QTest::qWait(300);
     fake->currentTimeSubject_.send(70.6); // so that the next look at the time has to wait
-    click(QStringLiteral("歌词"));
+    click(u"歌词"_qs);
     EXPECT_TRUE(comesToTheTop(70));
     // The lyrics are read anew meanwhile, which nobody may see.
     EXPECT_FALSE(QTest::qWaitFor([&] { return std::abs(topOf(70) - 300) > 1; }, 500));
@@ -261,7 +260,7 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
         for (int i = 0; i < 20; ++i)
             (lyricsFontSize.*step)();
         const auto fits = [&, size = size] {
-            const double height = item(QStringLiteral("10 short"))->height();
+            const double height = item(u"10 short"_qs)->height();
             return std::abs(topOf(11) - topOf(10) - height - size * 48 / 46) < 1;
         };
         EXPECT_TRUE(QTest::qWaitFor(fits, 1000) && comesToTheTop(10)) << size;
@@ -274,7 +273,7 @@ TEST_F(NowPlayingWindowTest, PlainLinesStandStill) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("ID3\3\0\0\0\0\0\x16USLT\0\0\0\x0C\0\0\0zho\0one\ntwo", 32);
     file.close();
-    click(QStringLiteral("歌词"));
+    click(u"歌词"_qs);
     player.play(track.url);
     const auto row = [this](const char* line) { return item(QLatin1String(line)); };
     ASSERT_TRUE(QTest::qWaitFor([&] { return row("two") != nullptr; }));
