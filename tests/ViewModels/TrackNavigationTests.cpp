@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <set>
+#include <tuple>
 
 using namespace tamsy;
 using namespace tamsy::navigation;
@@ -26,11 +27,7 @@ AudioFolder folder(const char* names) {
 }
 
 TEST(TrackEnd, IsSeenFromPositionAndDurationWhilePlaying) {
-    struct Row {
-        double time, duration;
-        bool playing, ended;
-    };
-    const Row rows[] = {
+    const std::tuple<double, double, bool, bool> rows[] = {
         {9.0, 9.15, true, false}, // 0.1500000000000003 in binary
         {0.0, 0.15, true, true},
         {0.0, 0.1500001, true, false},
@@ -40,29 +37,22 @@ TEST(TrackEnd, IsSeenFromPositionAndDurationWhilePlaying) {
         {9.9, -1, true, false},
         {0, std::numeric_limits<double>::quiet_NaN(), true, false},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(trackHasEnded(row.time, row.duration, row.playing), row.ended)
-            << row.time << ' ' << row.duration;
+    for (const auto& [time, duration, playing, ended] : rows)
+        EXPECT_EQ(trackHasEnded(time, duration, playing), ended) << time << ' ' << duration;
 }
 
 TEST(StepInList, WrapsRoundAndFindsItsWayIn) {
-    struct Row {
-        const char* list;
-        int step;
-        char current; // 0 for none
-        char expected;
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, int, char, char> rows[] = {
+        // the list, the step, the current track or '-', and the next one
         {"abc", 1, 'a', 'b'},  {"abc", 1, 'c', 'a'}, {"abc", -1, 'a', 'c'}, {"abc", 1, 'x', 'a'},
-        {"abc", -1, 'x', 'c'}, {"abc", 1, 0, 'a'},   {"abc", -1, 0, 'c'},   {"a", 1, 'a', 'a'},
+        {"abc", -1, 'x', 'c'}, {"abc", 1, '-', 'a'}, {"abc", -1, '-', 'c'}, {"a", 1, 'a', 'a'},
         {"abac", 1, 'a', 'b'}, // the first occurrence counts
     };
-    for (const Row& row : rows) {
-        const TrackList list = tracks(row.list);
-        const auto step =
-            stepInList(list, row.current == 0 ? FileURL() : url(row.current), row.step);
+    for (const auto& [names, by, current, expected] : rows) {
+        const TrackList list = tracks(names);
+        const auto step = stepInList(list, current == '-' ? FileURL() : url(current), by);
         ASSERT_TRUE(step);
-        EXPECT_EQ(list.at(step->to).url, url(row.expected)) << row.list << row.current << row.step;
+        EXPECT_EQ(list.at(step->to).url, url(expected)) << names << current << by;
     }
     EXPECT_FALSE(stepInList({}, url('a'), 1));
 }
