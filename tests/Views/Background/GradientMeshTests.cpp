@@ -84,52 +84,6 @@ TEST(GradientSceneTest, TheClosedFormIsTheLayersOneAfterAnother) {
     }
 }
 
-/// Every place that the corners are the worst guide to: the middles of a triangle and of its edges.
-double worstBetweenCorners(const GradientScene& scene, const GradientMesh& mesh) {
-    const auto vertices = mesh.vertices();
-    const auto indices = mesh.indices();
-    std::vector<GradientVertex> places;
-    for (std::size_t i = 0; i < indices.size(); i += 3) {
-        const GradientVertex* corners[] = {&vertices[indices[i]], &vertices[indices[i + 1]],
-                                           &vertices[indices[i + 2]]};
-        constexpr float third = 1.0F / 3;
-        constexpr std::array<float, 3> shares[] = {
-            {third, third, third}, {0.5F, 0.5F, 0}, {0, 0.5F, 0.5F}, {0.5F, 0, 0.5F}};
-        for (const auto& share : shares) {
-            GradientVertex place;
-            for (std::size_t corner = 0; corner < 3; ++corner) {
-                place.x += share[corner] * corners[corner]->x;
-                place.y += share[corner] * corners[corner]->y;
-                for (std::size_t part = 0; part < 3; ++part)
-                    place.color[part] += share[corner] * corners[corner]->color[part];
-            }
-            places.push_back(place);
-        }
-    }
-    std::vector<GradientVertex> exact = places;
-    scene.color(exact);
-    double worst = 0;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        for (std::size_t part = 0; part < 3; ++part)
-            worst = std::max<double>(worst, std::abs(places[i].color[part] - exact[i].color[part]));
-    }
-    return worst * 255;
-}
-
-TEST(GradientMeshTest, ColorsBetweenCornersAreTheScenes) {
-    GradientMesh mesh;
-    quint32 seed = 0;
-    for (const QSizeF area : {QSizeF(1200, 800), QSizeF(999, 700), QSizeF(480, 900),
-                              QSizeF(3840, 2160), QSizeF(300, 200), QSizeF(2000, 250)}) {
-        for (int round = 0; round < 3; ++round) {
-            const GradientScene shown = scene(area, ++seed);
-            mesh.build(shown);
-            EXPECT_LE(worstBetweenCorners(shown, mesh), 2)
-                << area.width() << " x " << area.height() << ", seed " << seed;
-        }
-    }
-}
-
 TEST(GradientMeshTest, TrianglesTileTheAreaAndMeetAtWholeEdges) {
     using Place = std::pair<float, float>;
     GradientMesh mesh;
