@@ -1,5 +1,4 @@
 #include "Formats/ByteCursor.h"
-#include "Utils/LyricsFontSettings.h"
 #include "Utils/TimeText.h"
 
 #include <gtest/gtest.h>
@@ -17,12 +16,6 @@ TEST(TimeText, ShowsZeroForInvalidPositionsAndNeverOverflows) {
         EXPECT_EQ(timeString(none), u"0:00"_qs) << none;
     EXPECT_EQ(roundedSeconds(1e300), std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(roundedSeconds(-1e300), std::numeric_limits<std::int64_t>::min());
-}
-
-TEST(LyricsFontSettings, ClampsTheSize) {
-    EXPECT_EQ(LyricsFontSettings::clamp(98), 96);
-    EXPECT_EQ(LyricsFontSettings::clamp(22), 24);
-    EXPECT_EQ(LyricsFontSettings::clamp(50), 50);
 }
 
 TEST(ByteCursor, NeverReadsPastItsBytes) {

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QtEndian>
+#include <gmock/gmock.h>
 
 #include <sys/stat.h>
 
@@ -158,26 +159,22 @@ auto parsed(const char* hexadecimal) {
 }
 
 TEST(MpegFrameHeader, TellsItsFrame) {
-    struct Row {
-        const char* bytes;
-        std::uint32_t frameBytes, pcmFrames, sideInfoStart, sideInfoBytes;
+    // The frame's bytes, its samples, and where its side information starts and how long it is.
+    const std::pair<const char*, std::array<std::uint32_t, 4>> rows[] = {
+        {"FFFB9000", {417, 1152, 4, 32}}, // 1, layer III, 128 kbit/s, 44.1 kHz
+        {"FFFA92C0", {418, 1152, 6, 17}}, // with padding and checksum, mono
+        {"FFF38000", {208, 576, 4, 17}},  // 2, layer III, 64 kbit/s, 22.05 kHz
+        {"FFE340C0", {208, 576, 4, 9}},   // 2.5, 32 kbit/s, 11.025 kHz, mono
+        {"FFFDC400", {768, 1152, 0, 0}},  // 1, layer II, 256 kbit/s, 48 kHz
+        {"FFFFC200", {420, 384, 0, 0}},   // 1, layer I, 384 kbit/s, 44.1 kHz
+        {"FFFB0000", {0, 1152, 4, 32}},   // free format
     };
-    const Row rows[] = {
-        {"FFFB9000", 417, 1152, 4, 32}, // 1, layer III, 128 kbit/s, 44.1 kHz
-        {"FFFA92C0", 418, 1152, 6, 17}, // with padding and checksum, mono
-        {"FFF38000", 208, 576, 4, 17},  // 2, layer III, 64 kbit/s, 22.05 kHz
-        {"FFE340C0", 208, 576, 4, 9},   // 2.5, 32 kbit/s, 11.025 kHz, mono
-        {"FFFDC400", 768, 1152, 0, 0},  // 1, layer II, 256 kbit/s, 48 kHz
-        {"FFFFC200", 420, 384, 0, 0},   // 1, layer I, 384 kbit/s, 44.1 kHz
-        {"FFFB0000", 0, 1152, 4, 32},   // free format
-    };
-    for (const Row& row : rows) {
-        const auto header = parsed(row.bytes);
+    for (const auto& [bytes, numbers] : rows) {
+        const auto header = parsed(bytes);
         ASSERT_TRUE(header);
-        EXPECT_EQ(header->frameBytes, row.frameBytes);
-        EXPECT_EQ(header->pcmFrames, row.pcmFrames);
-        EXPECT_EQ(header->sideInfoStart, row.sideInfoBytes != 0 ? row.sideInfoStart : 0);
-        EXPECT_EQ(header->sideInfoBytes, row.sideInfoBytes);
+        EXPECT_THAT(numbers, testing::ElementsAre(header->frameBytes, header->pcmFrames,
+                                                  header->sideInfoStart, header->sideInfoBytes))
+            << bytes;
     }
     for (const char* none : {"FFEB9000", "FFF99000", "FFFBF000", "FFFB9C00", "FF1B9000"})
         EXPECT_FALSE(parsed(none)) << none;

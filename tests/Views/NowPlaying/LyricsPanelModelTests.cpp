@@ -48,17 +48,6 @@ TEST_F(LyricsPanelModelTest, TheMarkFollowsTheTime) {
     }
 }
 
-TEST_F(LyricsPanelModelTest, LooksAtTheTimeOnlySoOften) {
-    load(song(u"b"_qs, "[00:01]a\n[00:02]b\n[00:03]c\n"));
-    panel.handleTime(1, 16);
-    panel.handleTime(2, 16.125);
-    EXPECT_EQ(panel.currentLyricIndex(), 0); // more than 0.15 s must have passed
-    panel.handleTime(2, 16.25);
-    EXPECT_EQ(panel.currentLyricIndex(), 1);
-    panel.handleTime(3, 16.375);
-    EXPECT_EQ(panel.currentLyricIndex(), 1);
-}
-
 TEST_F(LyricsPanelModelTest, PlainLyricsAndNoneHaveNoMark) {
     const QByteArray comments("\0\0\0\0\1\0\0\0\x0E\0\0\0LYRICS=one\ntwo", 26);
     load(song(u"c"_qs, QByteArray("fLaC\x84\0\0\x1A", 8) + comments, ".flac"));
