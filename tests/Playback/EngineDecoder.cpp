@@ -93,7 +93,7 @@ std::unique_ptr<EngineDecoder> EngineDecoder::openWithSecond(const FileURL& url)
 }
 
 std::vector<StereoFrame> EngineDecoder::take(std::size_t count) {
-    constexpr std::size_t block = 4096;
+    constexpr std::size_t block = 480; // as a device asks
     std::vector<StereoFrame> frames;
     for (bool isMore = true; isMore && frames.size() < count;) {
         const std::size_t before = frames.size();

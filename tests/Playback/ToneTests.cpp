@@ -79,14 +79,6 @@ TEST_P(Tones, AClickStaysInItsPlaceAndASeekChangesNoSample) {
     }
 }
 
-TEST_P(Tones, PassUntouchedAtTheDevicesOwnRate) {
-    const Signal signal = tone(12'345.6, mediaSampleRate);
-    const Frames frames = decode(fileOf(waveFile(signal, 30'000, mediaSampleRate)));
-    ASSERT_EQ(frames.size(), 30'000U);
-    for (std::size_t i = 0; i < frames.size(); ++i)
-        ASSERT_EQ(frames[i].left, static_cast<float>(signal(static_cast<std::int64_t>(i)))) << i;
-}
-
 INSTANTIATE_TEST_SUITE_P(Engines, Tones,
                          testing::Values<Decoding>(decodeWithFirstEngine, decodeWithSecondEngine),
                          [](const auto& row) { return row.index == 0 ? "First" : "Second"; });

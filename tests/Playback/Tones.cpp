@@ -1,12 +1,10 @@
 #include "Playback/Tones.h"
 
-#include "Playback/FFmpeg/MediaBackendModule.h"
-#include "Playback/Miniaudio/AudioDecoder.h"
+#include "Playback/EngineDecoder.h"
 
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -65,6 +63,11 @@ void transform(Spectrum& values) {
     }
 }
 
+Frames decode(const std::unique_ptr<EngineDecoder>& decoder, double start, std::size_t count) {
+    const bool isReady = decoder && (start == 0 || decoder->seek(start));
+    return isReady ? decoder->take(count) : Frames();
+}
+
 } // namespace
 
 Signal tone(double hertz, int sampleRate) {
@@ -101,37 +104,11 @@ QByteArray waveFile(const Signal& signal, std::int64_t frames, int sampleRate, i
 }
 
 Frames decodeWithFirstEngine(const FileURL& url, double start, std::size_t count) {
-    AudioDecoder decoder;
-    if (decoder.open(url) != MA_SUCCESS || (start > 0 && decoder.seek(start) != MA_SUCCESS))
-        return {};
-    Frames frames;
-    constexpr std::size_t block = 480; // as a device asks
-    for (bool isMore = true; isMore && frames.size() < count;) {
-        const std::size_t before = frames.size();
-        frames.resize(before + block);
-        frames.resize(before + decoder.read(frames.data() + before, block));
-        isMore = frames.size() == before + block;
-    }
-    frames.resize(std::min(frames.size(), count));
-    return frames;
+    return decode(EngineDecoder::openWithFirst(url), start, count);
 }
 
 Frames decodeWithSecondEngine(const FileURL& url, double start, std::size_t count) {
-    const std::atomic<bool> abandoned = false;
-    MediaBackend* backend = loadMediaBackend();
-    const auto decoder = backend ? backend->openFile(url.path().constData(), abandoned) : nullptr;
-    if (!decoder)
-        return {};
-    if (start > 0)
-        decoder->seek(start);
-    Frames frames;
-    for (bool ended = false; !ended && frames.size() < count;) {
-        const MediaDecoder::Block block = decoder->decode();
-        frames.insert(frames.end(), block.frames.begin(), block.frames.end());
-        ended = block.ended;
-    }
-    frames.resize(std::min(frames.size(), count));
-    return frames;
+    return decode(EngineDecoder::openWithSecond(url), start, count);
 }
 
 Purity purity(std::span<const StereoFrame> frames, double hertz) {
