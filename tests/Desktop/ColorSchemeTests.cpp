@@ -1,48 +1,30 @@
+#include "Desktop/PlayedService.h"
 #include "Platform/Desktop/ColorScheme.h"
-
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <QTest>
-#include <gtest/gtest.h>
 
 using namespace tamsy;
 
 namespace {
 
-const QString portalPath = u"/org/freedesktop/portal/desktop"_qs;
-
 /// Plays the desktop's settings.
-class SettingsPortal : public QDBusVirtualObject {
+class SettingsPortal : public PlayedService {
   public:
-    explicit SettingsPortal(uint scheme) : scheme_(scheme) {
-        EXPECT_TRUE(bus_.registerVirtualObject(portalPath, this));
-        EXPECT_TRUE(bus_.registerService(u"org.freedesktop.portal.Desktop"_qs));
-    }
-    ~SettingsPortal() override {
-        bus_.unregisterService(u"org.freedesktop.portal.Desktop"_qs);
-        bus_.unregisterObject(portalPath);
-    }
+    explicit SettingsPortal(uint scheme) : scheme_(scheme) { offer(); }
 
     void change(const QString& group, uint scheme) {
         QDBusMessage signal = QDBusMessage::createSignal(
             portalPath, u"org.freedesktop.portal.Settings"_qs, u"SettingChanged"_qs);
         signal.setArguments({group, u"color-scheme"_qs, wrapped(scheme)});
-        bus_.send(signal);
+        bus.send(signal);
     }
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        return bus.send(message.createReply(
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& asked) override {
+        return asked.send(message.createReply(
             QVariant::fromValue(QDBusVariant(wrapped(scheme_))))); // one wrapping more
     }
 
   private:
     static QVariant wrapped(uint scheme) { return QVariant::fromValue(QDBusVariant(scheme)); }
 
-    QDBusConnection bus_ =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"settings"_qs);
     uint scheme_;
 };
 

@@ -1,13 +1,11 @@
+#include "Desktop/PlayedService.h"
 #include "Platform/Desktop/FolderPortal.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
-#include <QDBusVirtualObject>
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
-#include <gtest/gtest.h>
 
 #include <sys/xattr.h>
 
@@ -15,35 +13,30 @@ using namespace tamsy;
 
 namespace {
 
-const QString portalService = u"org.freedesktop.portal.Desktop"_qs;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_qs;
-
 enum class Manner { Answers, Cancels, Refuses, KeepsSilent, ShowsNothing, EndsWithoutAnswer };
 
 /// A portal that behaves as it is told to.
-class Portal : public QDBusVirtualObject {
+class Portal : public PlayedService {
   public:
     Manner manner = Manner::Answers;
     QString chosen;
     QVariantMap options;
     QStringList calls;
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& call, const QDBusConnection& bus) override {
+    bool handleMessage(const QDBusMessage& call, const QDBusConnection& asked) override {
         calls.append(call.member());
         if (call.member() == QLatin1String("Close"))
             return true;
         options = qdbus_cast<QVariantMap>(call.arguments().value(2));
         if (manner == Manner::Refuses)
-            return bus.send(call.createErrorReply(QDBusError::UnknownInterface, QString()));
+            return asked.send(call.createErrorReply(QDBusError::UnknownInterface, QString()));
         if (manner == Manner::KeepsSilent)
             return true;
         // An old portal's path, which follows no token.
         const QString handle = portalPath + u"/request/of_its_own"_qs;
-        bus.send(call.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
+        asked.send(call.createReply(QVariant::fromValue(QDBusObjectPath(handle))));
         if (manner == Manner::EndsWithoutAnswer)
-            return QDBusConnection(bus).unregisterService(portalService);
+            return bus.unregisterService(portalService);
         QDBusMessage response = QDBusMessage::createTargetedSignal(
             call.service(), handle, u"org.freedesktop.portal.Request"_qs, u"Response"_qs);
         response << (manner == Manner::Cancels        ? 1U
@@ -51,29 +44,23 @@ class Portal : public QDBusVirtualObject {
                                                       : 0U)
                  << QVariantMap{{u"uris"_qs, QStringList{chosen}}};
         QTest::qWait(50); // the user takes a moment
-        return bus.send(response);
+        return asked.send(response);
     }
 };
 
 class FolderPortalTest : public testing::TestWithParam<Manner> {
   protected:
     void SetUp() override {
-        ASSERT_TRUE(bus.registerVirtualObject(portalPath, &portal, QDBusConnection::SubPath));
-        ASSERT_TRUE(bus.registerService(portalService));
+        portal.offer();
         QObject::connect(&panel, &FolderPortal::finished, [this](const auto& folder) {
             ++finished;
             last = folder;
         });
     }
-    void TearDown() override {
-        bus.unregisterObject(portalPath, QDBusConnection::UnregisterTree);
-        bus.unregisterService(portalService);
-    }
     void open(const QByteArray& startFolder = "/music") {
         panel.open({u"title"_qs, u"accept"_qs, FileURL::fromPath(startFolder), nullptr});
     }
 
-    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"folders"_qs);
     Portal portal;
     FolderPortal panel;
     QSignalSpy unavailable{&panel, &FolderPortal::unavailable};

@@ -1,10 +1,7 @@
+#include "Desktop/PlayedService.h"
 #include "Platform/Desktop/SleepInhibitor.h"
 
-#include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusVirtualObject>
-#include <QTest>
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,14 +13,14 @@ using namespace tamsy;
 namespace {
 
 /// Plays either service: notes what it is asked for, and whether it is still asked for it.
-class Inhibitors : public QDBusVirtualObject {
+class Inhibitors : public PlayedService {
   public:
+    ~Inhibitors() override { ::close(pipeEnd); }
+
     QStringList calls;
     int pipeEnd = -1; // ends when the lock is closed
 
-    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& asked) override {
         calls.append(message.member() + QLatin1Char(' ') + message.signature() + QLatin1Char(' ') +
                      message.path());
         QVariantList answer;
@@ -38,7 +35,7 @@ class Inhibitors : public QDBusVirtualObject {
             ::close(ends[1]);
             pipeEnd = ends[0];
         }
-        bus.send(message.createReply(answer));
+        asked.send(message.createReply(answer));
         return true;
     }
 
@@ -51,34 +48,16 @@ class Inhibitors : public QDBusVirtualObject {
 
 class SleepInhibitorTest : public testing::Test {
   protected:
-    /// Puts the service on the bus for this test.
-    void offer(const QString& name, const QString& path) {
-        ASSERT_TRUE(bus.registerVirtualObject(path, &inhibitors, QDBusConnection::SubPath));
-        ASSERT_TRUE(bus.registerService(name));
-        name_ = name;
-        path_ = path;
-    }
-    void TearDown() override {
-        bus.unregisterObject(path_, QDBusConnection::UnregisterTree);
-        bus.unregisterService(name_);
-        ::close(inhibitors.pipeEnd);
-    }
     bool waitFor(qsizetype count) {
         return QTest::qWaitFor([&] { return inhibitors.calls.size() == count; });
     }
 
-    QDBusConnection bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"inhibitors"_qs);
     Inhibitors inhibitors;
     SleepInhibitor inhibitor{u"Tamsy Music"_qs, u"播放"_qs};
-
-  private:
-    QString name_;
-    QString path_;
 };
 
 TEST_F(SleepInhibitorTest, AsksThePortalOnceAndTakesItBackSomeTimeAfterThePause) {
-    offer(u"org.freedesktop.portal.Desktop"_qs, u"/org/freedesktop/portal/desktop"_qs);
+    inhibitors.offer();
     inhibitor.setInhibiting(true);
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(inhibitors.calls.constLast(), u"Inhibit sua{sv} /org/freedesktop/portal/desktop"_qs);
@@ -92,7 +71,7 @@ TEST_F(SleepInhibitorTest, AsksThePortalOnceAndTakesItBackSomeTimeAfterThePause)
 }
 
 TEST_F(SleepInhibitorTest, TurnsToTheLoginManagerWhereThereIsNoPortal) {
-    offer(u"org.freedesktop.login1"_qs, u"/org/freedesktop/login1"_qs);
+    inhibitors.offer(u"org.freedesktop.login1"_qs, u"/org/freedesktop/login1"_qs);
     inhibitor.setInhibiting(true);
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(inhibitors.calls.constLast(), u"Inhibit ssss /org/freedesktop/login1"_qs);
