@@ -25,9 +25,10 @@ bool fails() {
     return true;
 }
 
-template <typename Function>
-Function* systemCall(const char* name) {
-    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+template <typename Result, typename... Arguments>
+Result systemCall(const char* name, Arguments... arguments) {
+    using Function = Result(Arguments...);
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name))(arguments...);
 }
 
 } // namespace
@@ -51,65 +52,60 @@ int open(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return fails() ? -1 : systemCall<int(const char*, int, ...)>("open")(path, flags, mode);
+    return fails() ? -1 : systemCall<int>("open", path, flags, mode);
 }
 
 int openat(int directory, const char* path, int flags, ...) {
-    return fails() ? -1
-                   : systemCall<int(int, const char*, int, ...)>("openat")(directory, path, flags);
+    return fails() ? -1 : systemCall<int>("openat", directory, path, flags);
 }
 
 int close(int descriptor) {
-    const int result = systemCall<int(int)>("close")(descriptor); // closes in any case
+    const int result = systemCall<int>("close", descriptor); // closes in any case
     return fails() ? -1 : result;
 }
 
 ssize_t pread(int descriptor, void* target, size_t size, off_t offset) {
-    return fails() ? -1
-                   : systemCall<ssize_t(int, void*, size_t, off_t)>("pread")(descriptor, target,
-                                                                             size, offset);
+    return fails() ? -1 : systemCall<ssize_t>("pread", descriptor, target, size, offset);
 }
 
 ssize_t write(int descriptor, const void* bytes, size_t size) {
-    return fails()
-               ? -1
-               : systemCall<ssize_t(int, const void*, size_t)>("write")(descriptor, bytes, size);
+    return fails() ? -1 : systemCall<ssize_t>("write", descriptor, bytes, size);
 }
 
 int fsync(int descriptor) {
-    return fails() ? -1 : systemCall<int(int)>("fsync")(descriptor);
+    return fails() ? -1 : systemCall<int>("fsync", descriptor);
 }
 
 int fstat(int descriptor, struct stat* status) noexcept {
-    return fails() ? -1 : systemCall<int(int, struct stat*)>("fstat")(descriptor, status);
+    return fails() ? -1 : systemCall<int>("fstat", descriptor, status);
 }
 
 int lstat(const char* path, struct stat* status) noexcept {
-    return fails() ? -1 : systemCall<int(const char*, struct stat*)>("lstat")(path, status);
+    return fails() ? -1 : systemCall<int>("lstat", path, status);
 }
 
 int access(const char* path, int mode) noexcept {
-    return fails() ? -1 : systemCall<int(const char*, int)>("access")(path, mode);
+    return fails() ? -1 : systemCall<int>("access", path, mode);
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {
-    return fails() ? -1 : systemCall<int(const char*, mode_t)>("mkdir")(path, mode);
+    return fails() ? -1 : systemCall<int>("mkdir", path, mode);
 }
 
 int mkostemp(char* path, int flags) {
-    return fails() ? -1 : systemCall<int(char*, int)>("mkostemp")(path, flags);
+    return fails() ? -1 : systemCall<int>("mkostemp", path, flags);
 }
 
 int link(const char* from, const char* to) noexcept {
-    return fails() ? -1 : systemCall<int(const char*, const char*)>("link")(from, to);
+    return fails() ? -1 : systemCall<int>("link", from, to);
 }
 
 int unlink(const char* path) noexcept {
-    return fails() ? -1 : systemCall<int(const char*)>("unlink")(path);
+    return fails() ? -1 : systemCall<int>("unlink", path);
 }
 
 int rename(const char* from, const char* to) noexcept {
-    return fails() ? -1 : systemCall<int(const char*, const char*)>("rename")(from, to);
+    return fails() ? -1 : systemCall<int>("rename", from, to);
 }
 }
 // NOLINTEND(*-vararg,*-function-size,readability-inconsistent-declaration-parameter-name)

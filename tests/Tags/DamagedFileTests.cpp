@@ -1,4 +1,5 @@
 #include "HostileFiles.h"
+#include "ProcessorTime.h"
 #include "Tags/MediaAsset.h"
 
 #include <QDir>
@@ -6,7 +7,6 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <ctime>
 #include <sys/stat.h>
 
 using namespace tamsy;
@@ -25,10 +25,6 @@ constexpr double secondsToReadAll = 2;
 // The limit for the texts of a file, in UTF-16 units.
 constexpr qsizetype lengthToScan = qsizetype{256} * 1024;
 constexpr qsizetype lengthToReadAll = qsizetype{8} * 1024 * 1024;
-
-double processorSeconds() {
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 qsizetype lengthOfTexts(const MediaAsset& asset) {
     qsizetype length = 0;

@@ -1,5 +1,6 @@
 #include "Playback/FFmpeg/FFmpegDecoder.h"
 #include "Playback/SoundFiles.h"
+#include "ProcessorTime.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <vector>
 
 namespace tamsy::test {
@@ -30,13 +30,6 @@ Frames take(MediaDecoder& decoder, std::size_t count = SIZE_MAX) {
     }
     frames.resize(std::min(frames.size(), count));
     return frames;
-}
-
-/// What this thread has worked; other programs on a busy machine don't count.
-double processorSeconds() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 float peak(const Frames& frames) {

@@ -1,10 +1,9 @@
+#include "ProcessorTime.h"
 #include "Services/Lyrics/LyricsItems.h"
 #include "Tags/HostileFiles.h"
 
 #include <QtEndian>
 #include <gtest/gtest.h>
-
-#include <ctime>
 
 using namespace tamsy;
 using namespace std::string_literals;
@@ -16,12 +15,11 @@ TEST(LyricsItems, AreSoughtInHostileFilesWithAnEnd) {
     for (const HostileFile& hostile : hostileFiles()) {
         MemoryFile file;
         hostile.writeTo(file);
-        const std::clock_t start = std::clock();
+        const double start = processorSeconds();
         const MediaAsset asset(file.url(), MediaAsset::Depth::Items);
         (void)lyricsAmongItems(asset);
         (void)lyricsInInfoDictionary(asset);
-        EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, seconds)
-            << hostile.name;
+        EXPECT_LT(processorSeconds() - start, seconds) << hostile.name;
     }
 }
 
