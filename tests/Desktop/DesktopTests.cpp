@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <tuple>
 
 using namespace tamsy;
 using testing::ElementsAre;
@@ -121,11 +122,7 @@ TEST_F(DesktopTest, DoesWhatARealClientAsksFor) {
         return {"stop", "load " + tracks.at(index).url.absoluteString().toStdString(), "play"};
     };
     const QByteArray open = "open " + tracks.at(1).url.absoluteString();
-    const struct {
-        const char* command;
-        std::vector<std::string> calls;
-        const char* status;
-    } rows[] = {
+    const std::tuple<const char*, std::vector<std::string>, const char*> rows[] = {
         {"play-pause", {"pause"}, "Paused"},
         {"play", {"play"}, "Playing"},
         {"play", {}, "Playing"},
@@ -147,11 +144,11 @@ TEST_F(DesktopTest, DoesWhatARealClientAsksFor) {
     };
     play(0);
     fake->advance(1);
-    for (const auto& row : rows) {
+    for (const auto& [command, calls, status] : rows) {
         fake->calls.clear();
-        playerctl(QString::fromUtf8(row.command));
-        EXPECT_EQ(fake->calls, row.calls) << row.command;
-        EXPECT_EQ(playerctl(u"status"_qs), row.status) << row.command;
+        playerctl(QString::fromUtf8(command));
+        EXPECT_EQ(fake->calls, calls) << command;
+        EXPECT_EQ(playerctl(u"status"_qs), status) << command;
     }
     EXPECT_TRUE(player.shuffleEnabled());
     EXPECT_EQ(playerctl(u"loop"_qs), "None");
@@ -166,13 +163,8 @@ TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
     const auto text = [](const char* utf8) { return QVariant(QString::fromUtf8(utf8)); };
     const QVariant here = QVariant::fromValue(mpris::trackId(tracks.at(0).url));
     const QVariant elsewhere = QVariant::fromValue(mpris::trackId(tracks.at(1).url));
-    const struct {
-        QLatin1String interface;
-        const char* member;
-        QVariantList arguments;
-        const char* error;
-        std::vector<std::string> calls;
-    } rows[] = {
+    using Calls = std::vector<std::string>;
+    const std::tuple<QLatin1String, const char*, QVariantList, const char*, Calls> rows[] = {
         {mpris::playerInterface, "SetPosition", {here, qint64(30'000'000)}, "", {"seek 30"}},
         {mpris::playerInterface, "SetPosition", {elsewhere, qint64(1)}, "", {}},
         {mpris::playerInterface, "SetPosition", {here, qint64(-1)}, "", {}},
@@ -202,12 +194,11 @@ TEST_F(DesktopTest, RefusesWhatIsWrongAndIgnoresWhatIsLate) {
         {QLatin1String(), "Quit", {}, "", {}},
     };
     play(0);
-    for (const auto& row : rows) {
+    for (const auto& [interface, member, arguments, answer, calls] : rows) {
         fake->calls.clear();
-        const std::string what = row.member + QDebug::toString(row.arguments).toStdString();
-        EXPECT_EQ(error(row.interface, QString::fromUtf8(row.member), row.arguments), row.error)
-            << what;
-        EXPECT_EQ(fake->calls, row.calls) << what;
+        const std::string what = member + QDebug::toString(arguments).toStdString();
+        EXPECT_EQ(error(interface, QString::fromUtf8(member), arguments), answer) << what;
+        EXPECT_EQ(fake->calls, calls) << what;
     }
     EXPECT_EQ(wishes, (QStringList{u"raise"_qs, u"quit"_qs}));
     EXPECT_FALSE(player.shuffleEnabled());

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <tuple>
+
 using namespace tamsy;
 
 namespace {
@@ -92,12 +94,8 @@ TEST(ImageDecoding, TheDamagedPicturesOfAFileShareOneBudget) {
 }
 
 TEST(ImageDecoding, HoldsAPicturesMemoryAgainstTheBudget) {
-    struct Row {
-        const char* name;
-        QByteArray bytes;
-        int longestSide; // 0: rejected
-    };
-    const Row rows[] = {
+    // Pictures, and the width that they come to, 0 if they are rejected.
+    const std::tuple<const char*, QByteArray, int> rows[] = {
         {"progressive, with room for a smaller result", progressiveJpeg({4000, 4000}), 1024},
         {"progressive, too large", progressiveJpeg({6500, 6500}), 0},
         {"in one pass", encoded(square(6500), "jpg"), 2048},
@@ -105,8 +103,8 @@ TEST(ImageDecoding, HoldsAPicturesMemoryAgainstTheBudget) {
         {"converted first", encoded(square(4500).convertToFormat(QImage::Format_Indexed8), "png"),
          0},
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(decodeImage(row.bytes).width(), row.longestSide) << row.name;
+    for (const auto& [name, bytes, width] : rows)
+        EXPECT_EQ(decodeImage(bytes).width(), width) << name;
 }
 
 } // namespace

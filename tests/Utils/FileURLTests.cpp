@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 using namespace tamsy;
 
 namespace {
 
-struct PathRow {
-    QByteArray path;
-    QByteArray text;
-    QByteArray last;
-    QByteArray extension;
-};
-
 TEST(FileURL, RoundTripsEveryByteOfAPath) {
-    const PathRow rows[] = {
+    // A path, its address, its last part and its extension.
+    const std::array<QByteArray, 4> rows[] = {
         {"/music/a.mp3", "file:///music/a.mp3", "a.mp3", "mp3"},
         {"/music/", "file:///music", "music", ""},
         {"/", "file:///", "/", ""},
@@ -27,16 +23,15 @@ TEST(FileURL, RoundTripsEveryByteOfAPath) {
         {"/a/x.", "file:///a/x.", "x.", ""},
         {"/a.b/c", "file:///a.b/c", "c", ""},
     };
-    for (const PathRow& row : rows) {
-        const FileURL url = FileURL::fromPath(row.path);
-        EXPECT_EQ(url.absoluteString(), row.text);
-        EXPECT_EQ(url.lastPathComponent(), row.last);
-        EXPECT_EQ(url.pathExtension(), row.extension);
+    for (const auto& [path, text, last, extension] : rows) {
+        const FileURL url = FileURL::fromPath(path);
+        EXPECT_EQ(url.absoluteString(), text);
+        EXPECT_EQ(url.lastPathComponent(), last);
+        EXPECT_EQ(url.pathExtension(), extension);
         const auto again = FileURL::fromAbsoluteString(url.absoluteString());
-        ASSERT_TRUE(again) << row.text.toStdString();
+        ASSERT_TRUE(again) << text.toStdString();
         EXPECT_EQ(*again, url);
-        EXPECT_EQ(again->path(),
-                  row.path.size() > 1 && row.path.endsWith('/') ? row.path.chopped(1) : row.path);
+        EXPECT_EQ(again->path(), path.size() > 1 && path.endsWith('/') ? path.chopped(1) : path);
     }
 }
 

@@ -148,17 +148,13 @@ TEST_F(PlayerViewModelTest, GivesUpASeekThatTheEngineNeverConfirms) {
                           {.runAfter = clock.runAfter()}};
     other.play(url(0));
     process();
-    struct Row {
-        double report;
-        bool confirms;
-    };
-    for (const Row& row :
-         {Row{4.94, false}, Row{5.0625, false}, Row{4.96, true}, Row{5.04, true}}) {
+    for (const auto& [report, confirms] :
+         {std::pair(4.94, false), {5.0625, false}, {4.96, true}, {5.04, true}}) {
         other.seek(5);
-        deaf->currentTimeSubject_.send(row.report);
+        deaf->currentTimeSubject_.send(report);
         process();
-        EXPECT_EQ(!other.pendingSeekTarget(), row.confirms) << row.report;
-        EXPECT_EQ(other.currentTime(), row.confirms ? row.report : 5) << row.report;
+        EXPECT_EQ(!other.pendingSeekTarget(), confirms) << report;
+        EXPECT_EQ(other.currentTime(), confirms ? report : 5) << report;
     }
     deaf->currentTimeSubject_.send(2);
     other.seek(7);

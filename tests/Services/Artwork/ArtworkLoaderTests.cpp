@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <tuple>
 
 using namespace tamsy;
 using Variant = ArtworkLoader::Variant;
@@ -115,12 +116,7 @@ TEST(FNV1aTest, GivesThePublishedValuesInSixteenDigits) {
 TEST_F(ArtworkLoaderTest, EveryCoverBecomesASquareThatSurvivesARestart) {
     QImage transparent = redAndBlue({300, 300});
     transparent.fill(Qt::transparent);
-    struct Row {
-        QImage cover;
-        QColor left;
-        QColor right;
-    };
-    const Row rows[] = {
+    const std::tuple<QImage, QColor, QColor> rows[] = {
         {redAndBlue({1000, 500}), Qt::red, Qt::blue},
         {redAndBlue({30, 700}), Qt::red, Qt::blue},
         {filled({1, 1}, Qt::yellow), Qt::yellow, Qt::yellow},
@@ -129,8 +125,8 @@ TEST_F(ArtworkLoaderTest, EveryCoverBecomesASquareThatSurvivesARestart) {
         {transparent, Qt::white, Qt::white}, // as the file has it
     };
     int number = 0;
-    for (const Row& row : rows) {
-        cover = row.cover;
+    for (const auto& [picture, left, right] : rows) {
+        cover = picture;
         const FileURL url = fileURL(++number);
         EXPECT_EQ(fetched(url, Variant::thumb64).size(), QSize(64, 64));
         EXPECT_EQ(fetched(url, Variant::medium512).size(), QSize(512, 512));
@@ -138,8 +134,8 @@ TEST_F(ArtworkLoaderTest, EveryCoverBecomesASquareThatSurvivesARestart) {
         for (const Variant variant : {Variant::thumb64, Variant::medium512}) {
             const QImage stored = loader->image(url, variant);
             ASSERT_EQ(stored.width(), variant == Variant::thumb64 ? 64 : 512);
-            EXPECT_TRUE(isNear(stored.pixelColor(stored.width() / 4, 9), row.left)) << number;
-            EXPECT_TRUE(isNear(stored.pixelColor(stored.width() * 3 / 4, 9), row.right)) << number;
+            EXPECT_TRUE(isNear(stored.pixelColor(stored.width() / 4, 9), left)) << number;
+            EXPECT_TRUE(isNear(stored.pixelColor(stored.width() * 3 / 4, 9), right)) << number;
         }
     }
     constexpr auto oursAlone =

@@ -49,11 +49,8 @@ TEST(LyricsReader, TakesTheSidecarOfTheSameNameOrTheOnlyOne) {
     const QByteArray largest = right + QByteArray(524'288 - right.size(), '\n');
     const std::string found = "synced: 1 right";
     const std::string nothing = "plain: ";
-    struct Row {
-        std::string lyrics;
-        QList<std::pair<QByteArray, QByteArray>> files; // "…/" is a folder, "…@" a link to itself
-    };
-    const Row rows[] = {
+    using Files = QList<std::pair<QByteArray, QByteArray>>; // "…/": a folder, "…@": to itself
+    const std::pair<std::string, Files> rows[] = {
         {nothing, {}},
         {found, {{"a.lrc", right}, {"b.lrc", wrong}}},
         {found, {{"b.lrc", right}}},
@@ -72,9 +69,9 @@ TEST(LyricsReader, TakesTheSidecarOfTheSameNameOrTheOnlyOne) {
         {nothing, {{"a.lrc", QByteArray::fromHex("fffe5b003000")}}},
         {nothing, {{"a.lrc", ""}}},
     };
-    for (const Row& row : rows) {
+    for (const auto& [lyrics, files] : rows) {
         const TemporaryFolder folder;
-        for (const auto& [name, content] : row.files) {
+        for (const auto& [name, content] : files) {
             const QByteArray path = folder.path(name.chopped(name.endsWith('@') ? 1 : 0));
             if (name.endsWith('@'))
                 ASSERT_EQ(::symlink(path.constData(), path.constData()), 0);
@@ -83,7 +80,7 @@ TEST(LyricsReader, TakesTheSidecarOfTheSameNameOrTheOnlyOne) {
             else
                 folder.write(name, content);
         }
-        EXPECT_EQ(loaded(folder.path("a.mp3")), row.lyrics) << row.files.value(0).first.data();
+        EXPECT_EQ(loaded(folder.path("a.mp3")), lyrics) << files.value(0).first.data();
     }
 }
 

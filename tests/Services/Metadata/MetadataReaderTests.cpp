@@ -12,6 +12,7 @@
 #include <cmath>
 #include <string>
 #include <thread>
+#include <tuple>
 
 using namespace tamsy;
 using namespace std::string_literals;
@@ -70,24 +71,19 @@ TEST(MetadataReader, GivesTheSameTextsOnBothPathsAndTheCoverOnOne) {
 
 TEST(MetadataReader, ChoosesAmongSeveralAndBlankTitles) {
     const std::string old = "TAG" + "Of the old tag"s + std::string(111, '\0');
-    struct Row {
-        const char* name;
-        std::string bytes;
-        QString scanned;
-        QString loaded;
-    };
-    const Row rows[] = {
+    // What is in the file, and its title for the list and for the player.
+    const std::tuple<const char*, std::string, QString, QString> rows[] = {
         {"blanks alone", tag(titleFrame("   ")), {}, u"   "_qs},
         {"blanks, and another tag", tag(titleFrame("   ")) + old, u"Of the old tag"_qs, u"   "_qs},
         {"first without text", tag(titleFrame("") + titleFrame("b")), u"b"_qs, u"b"_qs},
         {"first of two", tag(titleFrame(" a ") + titleFrame("b")), u"a"_qs, u" a "_qs},
         {"no tags", "nothing to read here", {}, {}},
     };
-    for (const Row& row : rows) {
+    for (const auto& [name, bytes, scanned, loaded] : rows) {
         MemoryFile file;
-        file.append(row.bytes);
-        EXPECT_EQ(MetadataReader().loadWithoutArtwork(file.url()).title, row.scanned) << row.name;
-        EXPECT_EQ(loadBlocking(file.url()).title, row.loaded) << row.name;
+        file.append(bytes);
+        EXPECT_EQ(MetadataReader().loadWithoutArtwork(file.url()).title, scanned) << name;
+        EXPECT_EQ(loadBlocking(file.url()).title, loaded) << name;
     }
 }
 

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace tamsy;
 
 // The expected numbers come from another implementation of HSB colours.
@@ -37,12 +39,7 @@ TEST(ArtworkColorsTest, ACoverGivesTwoColors) {
     const ArtworkColor blue{0, 0.112269, 0.785882};
     const ArtworkColor slate{0.056667, 0.368333, 0.68};
     const ArtworkColor turnedSlate{0.056667, 0.056667, 0.68};
-    const struct {
-        const char* what;
-        QImage cover;
-        ArtworkColor first;
-        ArtworkColor second;
-    } rows[] = {
+    const std::tuple<const char*, QImage, ArtworkColor, ArtworkColor> rows[] = {
         {"none", {}, {0.3, 0.3, 0.3}, {0.18, 0.18, 0.18}},
         {"one flat color", flat(QColor(0x33, 0x66, 0x99)), slate, turnedSlate},
         {"one pixel", flat(QColor(0x33, 0x66, 0x99), {1, 1}), slate, turnedSlate},
@@ -54,10 +51,10 @@ TEST(ArtworkColorsTest, ACoverGivesTwoColors) {
         {"black", flat(QColor(5, 5, 5)), quietGray, quietGray},
         {"one part at its end", flat(QColor(251, 100, 100)), quietGray, quietGray},
     };
-    for (const auto& row : rows) {
-        const auto [first, second] = extractTwoDominantColors(row.cover);
-        expectNear(first, row.first, row.what);
-        expectNear(second, row.second, row.what);
+    for (const auto& [what, cover, first, second] : rows) {
+        const auto found = extractTwoDominantColors(cover);
+        expectNear(found.first, first, what);
+        expectNear(found.second, second, what);
     }
 }
 
@@ -76,12 +73,10 @@ TEST(ArtworkColorsTest, SixBubblesNeighbourTheTwoColors) {
 TEST(ArtworkColorsTest, SignaturesTellPicturesApart) {
     const QImage image = flat(Qt::red, {8, 2});
     EXPECT_EQ(imageSignature(image), imageSignature(image.convertToFormat(QImage::Format_RGB32)));
-    EXPECT_EQ(imageSignature(image).size(), 16 + 3); // and "-64", the bytes
     EXPECT_NE(imageSignature(image), imageSignature(flat(Qt::red, {4, 4})));
     QImage other = image;
     other.setPixelColor(7, 1, QColor(254, 0, 0));
     EXPECT_NE(imageSignature(image), imageSignature(other));
-    EXPECT_TRUE(imageSignature({}).startsWith("sig:0x0#"));
 }
 
 TEST(ArtworkColorsTest, TheShadowGrowsWithTheBrightestGround) {

@@ -6,6 +6,8 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace tamsy;
 
 namespace {
@@ -18,12 +20,7 @@ TEST(GradientBlobsTest, TheClockAloneSaysWhereABlobStands) {
     const QSizeF wide(1200, 800);
     const QPointF center(0.5, 0.4);
     const QSizeF offset(20, -10);
-    const struct {
-        BlobConfig config;
-        QSizeF area;
-        double t;
-        QPointF place;
-    } rows[] = {
+    const std::tuple<BlobConfig, QSizeF, double, QPointF> rows[] = {
         {blob(CircleStyle{1.25, 0.75, false}, center, offset), wide, 0.3, {323.015152, 507.537668}},
         {blob(CircleStyle{1.25, 0.75, true}, center, offset), wide, 0.3, {916.984848, 112.462332}},
         {blob(VerticalStyle(), center, offset), wide, 0.1, {620, 427.557050}},
@@ -36,12 +33,11 @@ TEST(GradientBlobsTest, TheClockAloneSaysWhereABlobStands) {
         {blob(VerticalStyle(), {0.8, 0.8}, {200, 150}), {400, 300}, 0.1, {368, 276}}, // the margin
         {blob(HorizontalStyle(), {0.2, 0.2}, {-200, -150}), {0, 0}, 0.1, {0, 0}},
     };
-    for (const auto& row : rows) {
-        const QPointF place = blobPosition(row.config, row.area, row.t);
-        EXPECT_NEAR(place.x(), row.place.x(), 1e-3);
-        EXPECT_NEAR(place.y(), row.place.y(), 1e-3);
+    for (const auto& [config, area, t, place] : rows) {
+        EXPECT_NEAR(blobPosition(config, area, t).x(), place.x(), 1e-3);
+        EXPECT_NEAR(blobPosition(config, area, t).y(), place.y(), 1e-3);
     }
-    EXPECT_DOUBLE_EQ(blobRadius(rows[0].config, wide), 320);
+    EXPECT_DOUBLE_EQ(blobRadius(std::get<0>(rows[0]), wide), 320);
     EXPECT_DOUBLE_EQ(quantizedTime(10.99 / 24, 1.0 / 24), 10.0 / 24);
     EXPECT_DOUBLE_EQ(quantizedTime(-0.01, 0.5), -0.5);
 }
