@@ -1,14 +1,10 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Playback/FFmpeg/AVPlaybackEngine.h"
-#include "Playback/FakeEngine.h"
 #include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
 #include "Playback/TestAudio.h"
 
-#include <QFileInfo>
-#include <QTimer>
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <cmath>
 #include <limits>
 
@@ -33,30 +29,6 @@ struct Sent {
 
     std::string order;
     Subscriptions subscriptions;
-};
-
-/// The fake engine that the view models are tested with, but its time passes by itself and its
-/// files must exist.
-class RunningFakeEngine : public FakeEngine {
-  public:
-    RunningFakeEngine() {
-        QObject::connect(&timer_, &QTimer::timeout, [this] { advance(updateInterval); });
-        setUpdateInterval(updateInterval);
-    }
-    void load(const FileURL& url) override {
-        loadedDuration = 4;
-        if (QFileInfo(QFile::decodeName(url.path())).isFile() && url.pathExtension() == "mp3")
-            FakeEngine::load(url);
-        else
-            stop();
-    }
-    void setUpdateInterval(double seconds) final {
-        FakeEngine::setUpdateInterval(seconds);
-        timer_.start(std::chrono::milliseconds(std::lround(updateInterval * 1000)));
-    }
-
-  private:
-    QTimer timer_;
 };
 
 struct Kind {
@@ -167,8 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
     Engines, EngineContract,
     testing::Values(Kind{"Miniaudio", "tone-500.mp3", make<MiniaudioPlaybackEngine>},
                     Kind{"AV", "tone-600.m4a", make<AVPlaybackEngine>},
-                    Kind{"Composite", "tone-1200.flac", make<CompositePlaybackEngine>},
-                    Kind{"Fake", "tone-500.mp3", make<RunningFakeEngine>}),
+                    Kind{"Composite", "tone-1200.flac", make<CompositePlaybackEngine>}),
     [](const auto& row) { return row.param.name; });
 
 } // namespace

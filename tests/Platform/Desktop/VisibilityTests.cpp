@@ -95,17 +95,6 @@ TEST_F(VisibilityTest, AMinimisedWindowCanNotBeSeen) {
     EXPECT_FALSE(answers.back());
 }
 
-TEST_F(VisibilityTest, AnyWindowInViewIsEnough) {
-    Window second(QRect(700, 200, 300, 200));
-    second.show();
-    ASSERT_TRUE(waitFor([&] { return second.isExposed() && window.isExposed(); }));
-    window.showMinimized();
-    ASSERT_TRUE(waitFor([&] { return !window.isExposed(); }));
-    EXPECT_TRUE(visibility.isAnyWindowVisible());
-    second.destroy();
-    EXPECT_FALSE(visibility.isAnyWindowVisible());
-}
-
 TEST_F(VisibilityTest, AWindowOnAnotherDesktopCanNotBeSeen) {
     ASSERT_TRUE(becomesVisible(true));
     const QString xdotool = u"xdotool"_qs;
