@@ -60,6 +60,11 @@ class FakeEngine : public PublishingEngine {
             report(currentTimeSubject_.value() + updateInterval, true);
     }
 
+    [[nodiscard]] long loads() const {
+        return std::ranges::count_if(calls,
+                                     [](const auto& call) { return call.starts_with("load"); });
+    }
+
   private:
     void note(std::string call) { calls.push_back(std::move(call)); }
 

@@ -35,8 +35,7 @@ class SlowMount {
         program_.kill(); // it would wait for files that are open still
         program_.waitForFinished();
     }
-    SlowMount(const SlowMount&) = delete;
-    SlowMount& operator=(const SlowMount&) = delete;
+    Q_DISABLE_COPY_MOVE(SlowMount)
 
     [[nodiscard]] bool isMounted() const { return isMounted_; }
     [[nodiscard]] FileURL folder() const {

@@ -12,8 +12,7 @@ namespace tamsy {
 class MemoryFile {
   public:
     MemoryFile() : descriptor_(::memfd_create("tags", MFD_CLOEXEC)) {}
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
+    Q_DISABLE_COPY_MOVE(MemoryFile)
     ~MemoryFile() { ::close(descriptor_); }
 
     void append(std::string_view bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Storage/StoredFile.h"
+#include "Utils/FileURL.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,8 +18,7 @@ namespace tamsy {
 class TemporaryFolder {
   public:
     TemporaryFolder() { directory_.setAutoRemove(false); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    Q_DISABLE_COPY_MOVE(TemporaryFolder)
     /// Qt can't remove names that it can't decode, nor paths longer than the system takes.
     ~TemporaryFolder() { QProcess::execute(u"rm"_qs, {u"-rf"_qs, directory_.path()}); }
 
@@ -46,5 +46,10 @@ class TemporaryFolder {
   private:
     QTemporaryDir directory_;
 };
+
+/// The address of what is in the folder, or its own.
+[[nodiscard]] inline FileURL urlOf(const TemporaryFolder& folder, const QByteArray& name = {}) {
+    return FileURL::fromPath(folder.path(name));
+}
 
 } // namespace tamsy

@@ -1,7 +1,7 @@
-#include "FolderURL.h"
 #include "Platform/Storage/Bookmark.h"
 #include "Platform/Storage/DirectoryWalk.h"
 #include "Platform/Storage/FileDescriptor.h"
+#include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Platform/Storage/FolderURL.h"
+#include "Platform/Storage/TemporaryFolder.h"
 #include "Platform/Storage/UserDefaults.h"
 #include "Platform/Threads/OperationQueue.h"
 #include "Services/Library/FolderLibraryService.h"

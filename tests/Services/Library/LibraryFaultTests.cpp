@@ -1,5 +1,5 @@
 #include "Platform/Storage/DirectoryWalk.h"
-#include "Platform/Storage/FolderURL.h"
+#include "Platform/Storage/TemporaryFolder.h"
 #include "Platform/Storage/UserDefaults.h"
 #include "Services/Artwork/ThumbnailFiles.h"
 #include "Services/Library/FolderPersistence.h"
