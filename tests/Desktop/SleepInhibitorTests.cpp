@@ -21,8 +21,7 @@ class Inhibitors : public PlayedService {
     int pipeEnd = -1; // ends when the lock is closed
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& asked) override {
-        calls.append(message.member() + QLatin1Char(' ') + message.signature() + QLatin1Char(' ') +
-                     message.path());
+        calls.append(message.member() + u' ' + message.signature() + u' ' + message.path());
         QVariantList answer;
         if (message.interface() == QLatin1String("org.freedesktop.portal.Inhibit")) {
             answer = {

@@ -16,17 +16,10 @@ TEST(LegacyText, IsJudgedByAllTextsOfATagTogether) {
         {{}, Utf8},
         {{"\xE5\xA4\x9C\xE6\x9B\xB2"}, Utf8},
         {{"\xD2\xB9\xC7\xFA", "\xD6\xDC\xBD\xDC\xC2\xD7"}, Gb18030},
-        {{"\xD0\xA1\xC9\xA1", "\xD6\xDC\xBD\xDC\xC2\xD7"},
-         Gb18030}, // its first text is valid UTF-8
-        {{"Jay \xD6\xDC\xBD\xDC\xC2\xD7 live"}, Gb18030},
+        // Its first text is valid UTF-8.
+        {{"\xD0\xA1\xC9\xA1", "\xD6\xDC\xBD\xDC\xC2\xD7"}, Gb18030},
         {{"\x8F\x9C\x81\xB1"}, Gb18030}, // rare characters, but not letters in Latin-1
-        {{"Sigur R\xF3s", "\xC1g\xE6tis byrjun"}, Windows1252},
-        {{"Bj\xF6rk", "D\xE9j\xE0 vu"}, Windows1252},
         {{"Caf\xE9 del Mar"}, Windows1252},
-        {{"Gr\xF6\xDF"
-          "e",
-          "\xC4rzte"},
-         Windows1252},
         {{"Don\x92t", "\x93Heroes\x94"}, Windows1252},
         {{"\xD2\xB9\xC7\xFA", "caf\xE9 "}, Windows1252}, // one unpaired byte decides
         {{"\xD2\xB9\xC7\xFA\xD2\xB9\xC7\xFA\xD2\xB9\xC7\xFA\xD2\xB9\xC7\xFA\xD2\xB9\xC7\xFA\xD2\xB9"

@@ -33,9 +33,9 @@ class LibraryFixture {
     LibraryFixture() {
         auto service = std::make_unique<FolderLibraryService>(defaults, [](const FileURL& url) {
             const QString name = url.nameWithoutExtensionText();
-            return AudioMetadata{name.section(QLatin1Char('~'), 0, 0),
-                                 name.section(QLatin1Char('~'), 1, 1),
-                                 name.section(QLatin1Char('~'), 2, 2),
+            return AudioMetadata{name.section(u'~', 0, 0),
+                                 name.section(u'~', 1, 1),
+                                 name.section(u'~', 2, 2),
                                  1.0,
                                  {}};
         });
@@ -49,7 +49,7 @@ class LibraryFixture {
         QDir root(directory.path());
         root.mkdir(name);
         for (const QString& file : files) {
-            QFile created(root.filePath(name + QLatin1Char('/') + file + u".mp3"_qs));
+            QFile created(root.filePath(name + u'/' + file + u".mp3"_qs));
             EXPECT_TRUE(created.open(QIODevice::WriteOnly));
         }
         return FileURL::fromPath(root.filePath(name).toUtf8());

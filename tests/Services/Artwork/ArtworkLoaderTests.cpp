@@ -105,14 +105,6 @@ class ArtworkLoaderTest : public testing::Test {
     }
 };
 
-TEST(FNV1aTest, GivesThePublishedValuesInSixteenDigits) {
-    const std::pair<const char*, const char*> rows[] = {{"", "cbf29ce484222325"},
-                                                        {"foobar", "85944171f73967e8"},
-                                                        {"file:///156.mp3", "00d4fdd0a97f4f8a"}};
-    for (const auto& [text, digits] : rows)
-        EXPECT_EQ(fnv1a64(text), digits);
-}
-
 TEST_F(ArtworkLoaderTest, EveryCoverBecomesASquareThatSurvivesARestart) {
     QImage transparent = redAndBlue({300, 300});
     transparent.fill(Qt::transparent);

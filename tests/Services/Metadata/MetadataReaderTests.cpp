@@ -45,17 +45,13 @@ std::string tag(const std::string& frames) {
 }
 
 TEST(MetadataReader, GivesTheSameTextsOnBothPathsAndTheCoverOnOne) {
-    const std::pair<const char*, bool> rows[] = {
-        {"mp3-v24.mp3", true},        {"mp3-v23.mp3", true},
-        {"mp3-v22.mp3", true},        {"mp3-v23-unsynchronised.mp3", true},
-        {"mp3-ape.mp3", true},        {"mp3-v23-three-letters.mp3", true},
-        {"m4a-movie-last.m4a", true}, {"m4a-user-data.m4a", false},
-        {"flac-plain.flac", true},    {"ogg-vorbis.ogg", true},
-        {"ogg-opus.ogg", true},       {"wav-info.wav", false},
-        {"aif-id3.aif", false},       {"caf-pcm.caf", false},
-        {"aac-v2.aac", false},
-    };
-    for (const auto& [name, hasCover] : rows) {
+    const QByteArray withCover =
+        "mp3-v24.mp3 mp3-v23.mp3 mp3-v22.mp3 mp3-v23-unsynchronised.mp3 mp3-ape.mp3 ogg-opus.ogg "
+        "mp3-v23-three-letters.mp3 m4a-movie-last.m4a flac-plain.flac ogg-vorbis.ogg";
+    const QByteArray without = " m4a-user-data.m4a wav-info.wav aif-id3.aif caf-pcm.caf aac-v2.aac";
+    for (const QByteArray& file : QByteArray(withCover + without).split(' ')) {
+        const char* const name = file.constData();
+        const bool hasCover = withCover.contains(file);
         SCOPED_TRACE(name);
         const AudioMetadata scanned = MetadataReader().loadWithoutArtwork(fixture(name));
         const AudioMetadata loaded = loadBlocking(fixture(name));
@@ -95,16 +91,6 @@ TEST(MetadataReader, TurnsALengthThatIsNotFiniteIntoNone) {
     EXPECT_FALSE(std::isfinite(MediaAsset(file.url(), MediaAsset::Depth::Full).duration()));
     EXPECT_EQ(MetadataReader().loadWithoutArtwork(file.url()).duration, 0);
     EXPECT_EQ(loadBlocking(file.url()).duration, 0);
-}
-
-TEST(MetadataReader, ContinuesOnTheInterfaceThread) {
-    const MetadataReader reader;
-    bool isCurrent = false;
-    const auto done = reader.loadAsync(fixture("mp3-v24.mp3")).then([&](const AudioMetadata&) {
-        isCurrent = InterfaceThread::isCurrent();
-    });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return done.isFinished(); }));
-    EXPECT_TRUE(isCurrent);
 }
 
 TEST(MetadataReader, LetsItsWaitersGoWhenTheProgramQuits) {

