@@ -51,8 +51,7 @@ TEST(ForeignFiles, PlayWholeAndSeek) {
          "noise.ogg low.ogg empty-book.ogg late-noise.ogg gaps.ogg tag-in-front.ogg "
          "adpcm-ms.wav adpcm-ima.wav alaw.wav float64.wav 8-bit.wav 24-bit.wav "
          "rf64-plain-size.wav tag-in-front.wav alac.m4a alac.caf pcm.caf pcm.aiff"},
-        {"no-header.mp3 free-format.mp3 22050.mp3 layer-2.mp3 junk-in-front.mp3 mp3.wav "
-         "riff.mp3",
+        {"no-header.mp3 free-format.mp3 22050.mp3 layer-2.mp3 junk-in-front.mp3 mp3.wav riff.mp3",
          12.05},
         {"few-frames.mp3 few-frames-ape.mp3", 0.13},
         {"cut-total.flac", 5.89},

@@ -67,9 +67,13 @@ class OutputLoss : public testing::TestWithParam<const char*> {
     OutputLoss() {
         server.start();
         engine.setVolume(1);
+        play();
+        EXPECT_TRUE(waitUntil([this] { return time() > 0.4; }));
+    }
+
+    void play() {
         engine.load(testAudio(GetParam()));
         engine.play();
-        EXPECT_TRUE(waitUntil([this] { return time() > 0.4; }));
     }
 
     [[nodiscard]] double time() const { return engine.currentTimePublisher().value(); }
@@ -111,8 +115,7 @@ TEST_P(OutputLoss, PausesWithoutAnyOutputAndGoesOnByItself) {
 
 TEST_P(OutputLoss, WhatBeginsWithoutAServerIsHeardWhenThereIsOne) {
     server.kill();
-    engine.load(testAudio(GetParam()));
-    engine.play();
+    play();
     EXPECT_TRUE(waitUntil([this] { return time() > 0.3; }));
     server.start();
     QTest::qWait(1000);
@@ -130,16 +133,11 @@ TEST_P(OutputLoss, AServerThatHangsHoldsNobodyUp) {
     EXPECT_LT(costs([&] { engine.seek(5); }), 300);
     EXPECT_LT(costs([&] { engine.pause(); }), 300);
     EXPECT_LT(costs([&] { engine.stop(); }), 300);
-    EXPECT_LT(costs([&] {
-                  engine.load(testAudio(GetParam()));
-                  engine.play();
-              }),
-              300);
+    EXPECT_LT(costs([&] { play(); }), 300);
     EXPECT_FALSE(waitUntil([this] { return isPlaying(); }, 2500));
     EXPECT_LT(costs([&] { engine.stop(); }), 300);
     server.freeze(false);
-    engine.load(testAudio(GetParam()));
-    engine.play();
+    play();
     EXPECT_TRUE(waitUntil([this] { return time() > 0.5; }));
     expectSound();
 }

@@ -33,11 +33,8 @@ class LibraryFixture {
     LibraryFixture() {
         auto service = std::make_unique<FolderLibraryService>(defaults, [](const FileURL& url) {
             const QString name = url.nameWithoutExtensionText();
-            return AudioMetadata{name.section(u'~', 0, 0),
-                                 name.section(u'~', 1, 1),
-                                 name.section(u'~', 2, 2),
-                                 1.0,
-                                 {}};
+            const auto part = [&](int number) { return name.section(u'~', number, number); };
+            return AudioMetadata{part(0), part(1), part(2), 1.0, {}};
         });
         auto owned = std::make_unique<FakeFolderPanel>();
         panel = owned.get();

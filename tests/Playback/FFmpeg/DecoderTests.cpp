@@ -40,19 +40,17 @@ float peak(const Frames& frames) {
 }
 
 TEST(Decoder, TellsTheTrueLengthOfEachKindAndSeeksToTheFrame) {
-    const SoundFile files[] = {
-        {"first.m4a", "-c:a aac -movflags +faststart"},
-        {"last.m4a", "-c:a aac -ar 48000"},
-        {"alac.m4a", "-c:a alac", 1},
-        {"constant.aac", "-c:a aac -b:a 96k"},
-        {"variable.aac", "-c:a aac -q:a 0.3"},
-        {"pcm.caf", "-c:a pcm_s16le"},
-        {"alac.caf", "-c:a alac"},
-        {"aac.caf"},
-        {"pcm.aiff"},
-        {"deep.aif", "-c:a pcm_s24be -f aiff -ar 96000"},
-        {"wav.m4a", "-f wav"},
-    };
+    const SoundFile files[] = {{"first.m4a", "-c:a aac -movflags +faststart"},
+                               {"last.m4a", "-c:a aac -ar 48000"},
+                               {"alac.m4a", "-c:a alac", 1},
+                               {"constant.aac", "-c:a aac -b:a 96k"},
+                               {"variable.aac", "-c:a aac -q:a 0.3"},
+                               {"pcm.caf", "-c:a pcm_s16le"},
+                               {"alac.caf", "-c:a alac"},
+                               {"aac.caf"},
+                               {"pcm.aiff"},
+                               {"deep.aif", "-c:a pcm_s24be -f aiff -ar 96000"},
+                               {"wav.m4a", "-f wav"}};
     for (const SoundFile& file : files) {
         SCOPED_TRACE(file.name);
         const auto decoder = open(soundFile(file));
@@ -125,21 +123,16 @@ TEST(Decoder, RefusesQuicklyWhatIsNoMusic) {
     const QByteArray pipe = fileWith("pipe.aac", {}) + ".fifo";
     ASSERT_EQ(::mkfifo(pipe.constData(), 0600), 0);
     const std::vector<QByteArray> paths = {
-        fileWith("zeros.m4a", {}, 1LL << 32),
-        fileWith("zeros.aac", {}, 1LL << 32),
+        // Without end, empty, of another kind, or cut off.
+        fileWith("zeros.m4a", {}, 1LL << 32), fileWith("zeros.aac", {}, 1LL << 32),
         fileWith("empty.caf", {}),
         fileWith("text.m4a", QByteArray("all words, no song\n").repeated(100'000)),
         fileWith("list.aac", list),
         fileWith("chain.aac", "ffconcat version 1.0\nfile 10-constant.aac\n"),
-        fileWith("random.aiff", random),
-        fileWith("headless.m4a", moov.first(moov.size() / 2)),
+        fileWith("random.aiff", random), fileWith("headless.m4a", moov.first(moov.size() / 2)),
         QByteArray(film).replace("film.mp4", "film.mkv"),
-        pipe,
-        "/dev/zero",
-        "/",
-        "/nowhere.m4a",
-        "",
-    };
+        // No files.
+        pipe, "/dev/zero", "/", "/nowhere.m4a", ""};
     for (const QByteArray& path : paths) {
         const double start = processorSeconds();
         EXPECT_FALSE(open(path)) << path.constData();
