@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QFuture>
 
 #include <cassert>
 #include <functional>
@@ -24,21 +23,19 @@ class InterfaceThread {
     /// receiver must exist during this call.
     static void run(QObject* receiver, std::function<void()> function);
 
-    /// Calls `start` on the interface thread and blocks until the future that it returns has
-    /// finished. Nothing if the future was cancelled or the program quits first. Must not be called
-    /// on the interface thread (asserted, and gives nothing).
+    /// Calls `function` on the interface thread and blocks until it has returned. Nothing if the
+    /// program quits first. Must not be called on the interface thread (asserted, and gives
+    /// nothing).
     template <typename T>
-    [[nodiscard]] static std::optional<T> waitFor(std::function<QFuture<T>()> start) {
+    [[nodiscard]] static std::optional<T> call(std::function<T()> function) {
         assert(!isCurrent());
         if (isCurrent())
             return std::nullopt;
         const auto answer = std::make_shared<std::optional<T>>();
         const auto ticket = std::make_shared<bool>(false);
-        run([start = std::move(start), answer, ticket] {
-            start()
-                .then(
-                    [answer, ticket](const T& value) { finish(ticket, [&] { *answer = value; }); })
-                .onCanceled([ticket] { finish(ticket, [] {}); });
+        run([function = std::move(function), answer, ticket] {
+            T value = function();
+            finish(ticket, [&] { *answer = std::move(value); });
         });
         return wait(ticket) ? std::move(*answer) : std::nullopt;
     }

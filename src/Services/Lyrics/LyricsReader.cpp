@@ -70,8 +70,7 @@ LyricsReader::Found LyricsReader::readM4AItem(const FileURL& url) {
 /// The answer takes a turn on the interface thread, as every load must.
 LyricsReader::Found LyricsReader::readEmbeddedLyricsAV(const FileURL& url) {
     Found found = lyricsAmongItems(MediaAsset(url, MediaAsset::Depth::Items));
-    return InterfaceThread::waitFor<Found>(
-               [found = std::move(found)] { return QtFuture::makeReadyFuture(found); })
+    return InterfaceThread::call<Found>([found = std::move(found)] { return found; })
         .value_or(std::nullopt);
 }
 

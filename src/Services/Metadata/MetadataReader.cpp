@@ -176,8 +176,8 @@ BlockingLoad loadBlocking(const FileURL& url) {
         return {};
     const auto file = std::make_shared<LoadedFile>(url, MediaAsset::Depth::Full);
     file->decodeArtwork(url);
-    const auto metadata = InterfaceThread::waitFor<AudioMetadata>(
-        [file] { return QtFuture::makeReadyFuture(chooseMetadata(*file)); });
+    const auto metadata =
+        InterfaceThread::call<AudioMetadata>([file] { return chooseMetadata(*file); });
     return {.metadata = metadata.value_or(AudioMetadata()),
             .wasRead = metadata && file->asset.wasRead()};
 }
