@@ -175,17 +175,16 @@ bool UserDefaults::write(const QByteArray& key, const QByteArray& value) {
     std::unique_lock lock(mutex_);
     if (hasVanished())
         return false;
-    const bool isDamaged = damaged_.contains(key);
-    const bool keepsPrevious = previous_.contains(key);
-    const QByteArray previous = previous_.take(key);
-    lock.unlock();
-    if (isDamaged) {
+    if (damaged_.contains(key)) {
+        lock.unlock();
         if (!file.keepAside())
             return false;
         lock.lock();
         damaged_.remove(key);
-        lock.unlock();
     }
+    const bool keepsPrevious = previous_.contains(key);
+    const QByteArray previous = previous_.take(key);
+    lock.unlock();
     // If the copy fails, for want of room say, the value is stored all the same.
     if (keepsPrevious)
         static_cast<void>(previous.isNull() ? file.keepPrevious() : file.replacePrevious(previous));
