@@ -28,9 +28,8 @@ constexpr int wantedPriority = 5;
 
 constexpr int answerLimit = 2000; // milliseconds for a D-Bus reply
 
-/// The promoted threads; new ones overwrite the oldest, whose devices have been closed.
+/// The promoted threads, more than outputs can run at once. Those that have ended are overwritten.
 std::array<std::atomic<pid_t>, 16> promoted;
-std::atomic<std::size_t> nextPromoted = 0;
 
 /// Handles SIGXCPU, the kernel's warning before it kills the process. Only async-signal-safe calls
 /// are allowed here.
@@ -41,6 +40,20 @@ void demoteAll(int /*signal*/) {
         if (const pid_t id = thread.load(); id != 0)
             ::sched_setscheduler(id, SCHED_OTHER | SCHED_RESET_ON_FORK, &normal);
     }
+}
+
+bool hasEnded(pid_t thread) {
+    constexpr int onlyCheck = 0;
+    return thread == 0 || ::tgkill(::getpid(), thread, onlyCheck) != 0;
+}
+
+/// Notes the thread for `demoteAll`; false if there is no room.
+bool note(pid_t thread) {
+    const auto free = std::ranges::find_if(promoted, hasEnded);
+    if (free == promoted.end())
+        return false;
+    *free = thread;
+    return true;
 }
 
 /// Limits how long a thread of this process may run at real-time priority without blocking, which
@@ -115,7 +128,10 @@ void ask(pid_t thread) {
         refuse(QStringLiteral("its limit can't be set"));
         return;
     }
-    promoted[nextPromoted++ % promoted.size()] = thread;
+    if (!note(thread)) {
+        refuse(QStringLiteral("too many threads have it"));
+        return;
+    }
     const auto priority = static_cast<uint>(std::min<qint64>(*maxPriority, wantedPriority));
     const QDBusMessage reply = granter.promote(thread, priority);
     if (reply.type() == QDBusMessage::ErrorMessage)
