@@ -2,6 +2,7 @@
 // "time". It answers each with the processor time used and the reported position, both in seconds.
 
 #include "Playback/CompositePlaybackEngine.h"
+#include "Playback/Output/SoundServerEnvironment.h"
 #include "Utils/FileURL.h"
 
 #include <QCoreApplication>
@@ -38,6 +39,7 @@ void carryOut(CompositePlaybackEngine& engine, const std::string& line) {
 } // namespace
 
 int main(int argc, char** argv) {
+    describeStreamsToSoundServers();
     const QCoreApplication application(argc, argv);
     CompositePlaybackEngine engine;
     engine.setVolume(1);

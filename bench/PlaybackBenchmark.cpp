@@ -6,6 +6,7 @@
 #include "Playback/CompositePlaybackEngine.h"
 #include "Playback/FFmpeg/MediaBackendModule.h"
 #include "Playback/Miniaudio/AudioDecoder.h"
+#include "Playback/Output/SoundServerEnvironment.h"
 #include "Utils/FileURL.h"
 
 #include <QCoreApplication>
@@ -190,6 +191,7 @@ void listBenchmarks() {
 } // namespace
 
 int main(int argc, char** argv) {
+    describeStreamsToSoundServers();
     QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     listBenchmarks();

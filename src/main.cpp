@@ -3,6 +3,7 @@
 #include "Platform/Storage/LargeMemory.h"
 #include "Platform/Storage/UserDefaults.h"
 #include "Platform/Threads/OperationQueue.h"
+#include "Playback/Output/SoundServerEnvironment.h"
 #include "Tamsy_MusicApp.h"
 
 #include <QFont>
@@ -53,6 +54,7 @@ int run(tamsy::SingleInstance& instance, tamsy::UserDefaults& defaults) {
 
 int main(int argc, char** argv) {
     tamsy::returnLargeBlocksToTheSystem();
+    tamsy::describeStreamsToSoundServers();
     auto instance =
         std::make_unique<tamsy::SingleInstance>(tamsy::UserDefaults::configurationDirectory());
     if (!instance->acquire())

@@ -1,7 +1,10 @@
+#include "Playback/Output/SoundServerEnvironment.h"
+
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
+    tamsy::describeStreamsToSoundServers();
     QCoreApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

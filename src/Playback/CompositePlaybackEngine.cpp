@@ -2,7 +2,6 @@
 
 #include "Playback/FFmpeg/AVPlaybackEngine.h"
 #include "Playback/Miniaudio/MiniaudioPlaybackEngine.h"
-#include "Playback/Output/SoundServerEnvironment.h"
 #include "Utils/FileURL.h"
 #include "Utils/PlaybackLogger.h"
 
@@ -27,9 +26,7 @@ Subscription forward(const Publisher<T>& source, ValueSubject<T> target) {
 
 CompositePlaybackEngine::CompositePlaybackEngine()
     : CompositePlaybackEngine(std::make_unique<MiniaudioPlaybackEngine>(),
-                              std::make_unique<AVPlaybackEngine>()) {
-    describeStreamsToSoundServers(); // the first file loads a sound library
-}
+                              std::make_unique<AVPlaybackEngine>()) {}
 
 CompositePlaybackEngine::CompositePlaybackEngine(
     std::unique_ptr<AudioPlaybackEngine> miniaudioEngine,

@@ -7,8 +7,8 @@ namespace tamsy {
 inline constexpr int serverBufferLength = 180;
 
 /// Sets the environment variables that describe our streams, and their latency, to the libraries of
-/// PulseAudio and PipeWire. Variables that the user has set stay. Call this before a sound library
-/// is loaded and before there are threads that read the environment.
+/// PulseAudio and PipeWire. Variables that the user has set stay. Call this first in `main`:
+/// another thread that reads the environment meanwhile may crash.
 void describeStreamsToSoundServers();
 
 } // namespace tamsy
