@@ -118,6 +118,7 @@ class DecodeAhead::Worker {
         ma_result result =
             decoder_.seek(length > 0 ? std::min(request.target, length) : request.target);
         shared_->ring.discardUnread();
+        pending_ = {};
         hasEnded_ = false;
         if (result != MA_SUCCESS && decoder_.seek(request.returnTo) != MA_SUCCESS)
             markEnd();
@@ -132,8 +133,8 @@ class DecodeAhead::Worker {
 
     void fillToStart() {
         isFilling_ = true;
-        while (!hasEnded_ && !shared_->hasRequest && !shared_->ring.canStart())
-            decodeBlock();
+        while (!hasEnded_ && !shared_->hasRequest && !shared_->ring.canStart() && decodeBlock()) {
+        }
     }
 
     void fill() {
@@ -145,7 +146,7 @@ class DecodeAhead::Worker {
         if (!isFilling_ || hasEnded_)
             return;
         const MusicRead reading;
-        decodeBlock();
+        static_cast<void>(decodeBlock());
     }
 
     /// Decodes first; work left by opening is done while the ring buffer is full enough.
@@ -158,18 +159,17 @@ class DecodeAhead::Worker {
             shared_->length = decoder_.length();
     }
 
-    void decodeBlock() {
-        const auto count = static_cast<std::size_t>(decoder_.read(block_.data(), block_.size()));
-        followLength();
-        for (std::span<const StereoFrame> rest(block_.data(), count); !rest.empty();) {
-            const std::size_t taken = shared_->ring.write(rest);
-            rest = rest.subspan(taken);
-            // The ring buffer is full of frames that a seek has discarded and no device drops.
-            if (taken == 0)
-                return;
+    /// False if there is no space: seeks have discarded frames that the device hasn't dropped yet.
+    [[nodiscard]] bool decodeBlock() {
+        if (pending_.empty()) {
+            const auto count = decoder_.read(block_.data(), block_.size());
+            pending_ = std::span(block_).first(static_cast<std::size_t>(count));
+            followLength();
+            if (count == 0)
+                markEnd();
         }
-        if (count == 0)
-            markEnd();
+        pending_ = pending_.subspan(shared_->ring.write(pending_));
+        return pending_.empty();
     }
 
     /// Raises the duration if the file is longer than its header says.
@@ -199,7 +199,9 @@ class DecodeAhead::Worker {
             return shared_->isAbandoned || shared_->isRunning != wasRunning ||
                    shared_->request.number != soughtNumber_;
         };
-        if ((isFilling_ && !hasEnded_) || isScanning_) {
+        if (!pending_.empty()) {
+            shared_->changed.wait_for(lock, shortestSleep, isWanted);
+        } else if ((isFilling_ && !hasEnded_) || isScanning_) {
             // No wait: there is space for more frames.
         } else if (hasEnded_ || !wasRunning) {
             shared_->changed.wait(lock, isWanted);
@@ -221,6 +223,7 @@ class DecodeAhead::Worker {
     const std::shared_ptr<Shared> shared_;
     AudioDecoder decoder_;
     std::array<StereoFrame, blockFrames> block_{};
+    std::span<const StereoFrame> pending_; // of the block, not yet in the ring buffer
     std::uint64_t soughtNumber_ = 0;
     bool isFilling_ = true;
     bool isScanning_ = false;
@@ -259,9 +262,10 @@ std::optional<ma_result> DecodeAhead::waitUntilOpened() const {
     return shared_->opened;
 }
 
-void DecodeAhead::seek(double seconds, double returnTo) {
+void DecodeAhead::seek(double seconds, double returnTo, bool isDeviceStopped) {
     shared_->isPending.store(true, std::memory_order_release);
-    shared_->ring.skipWritten();
+    if (isDeviceStopped)
+        shared_->ring.skipWritten();
     shared_->change([&] {
         shared_->hasRequest = true;
         shared_->request = {shared_->request.number + 1, seconds, returnTo};

@@ -36,8 +36,8 @@ class DecodeAhead {
     [[nodiscard]] std::optional<ma_result> waitUntilOpened() const;
 
     /// Starts a seek to `seconds`, at most to the end; if that fails, back to `returnTo`. Discards
-    /// the frames not yet read. Call only while no device runs.
-    void seek(double seconds, double returnTo);
+    /// the frames not yet read; a device that may still read drops them itself.
+    void seek(double seconds, double returnTo, bool isDeviceStopped);
 
     /// The result of the latest seek; nothing while it isn't finished.
     [[nodiscard]] std::optional<ma_result> sought() const;

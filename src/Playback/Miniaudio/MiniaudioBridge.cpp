@@ -194,8 +194,7 @@ void ma_stop(BridgePlayer* player) {
     if (player == nullptr)
         return;
     player->output.flush();
-    static_cast<void>(waitForDevice(*player));
-    player->sound->file.seek(0, 0);
+    player->sound->file.seek(0, 0, waitForDevice(*player));
     player->isSeeking = false;
     setPosition(*player, 0);
     player->sound->file.setRunning(false);
@@ -208,10 +207,10 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
     BridgeSound& sound = *player->sound;
     const double target = seconds > 0 ? seconds : 0; // NaN counts as 0 too
     player->output.flush();
-    const bool doesAnswer = waitForDevice(*player);
+    const bool isStopped = waitForDevice(*player);
     if (!player->isSeeking)
         player->soughtFrom = heardPosition(*player);
-    sound.file.seek(target, player->soughtFrom);
+    sound.file.seek(target, player->soughtFrom, isStopped);
     const std::optional<ma_result> result = sound.file.waitUntilSought();
     player->isSeeking = !result;
     if (result.value_or(MA_SUCCESS) != MA_SUCCESS) {
@@ -220,7 +219,7 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error) {
         return false;
     }
     setPosition(*player, target);
-    if (player->isPlaying && doesAnswer)
+    if (player->isPlaying && isStopped)
         static_cast<void>(startDevice(*player));
     else if (player->isPlaying)
         player->output.start();

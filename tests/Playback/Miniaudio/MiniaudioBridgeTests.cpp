@@ -1,4 +1,5 @@
 #include "Formats/MpegFrameHeader.h"
+#include "Playback/Miniaudio/DecodeAhead.h"
 #include "Playback/Miniaudio/MiniaudioBridge.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
 #include "Playback/SoundFiles.h"
@@ -140,6 +141,32 @@ TEST(HostileFile, WithAHoleStopsWithoutWaiting) {
         ma_stop(player.get());
         EXPECT_LT(timer.elapsed(), 5000) << url.absoluteString().toStdString();
     }
+}
+
+/// The left channel after a seek in a file whose ring buffer is full.
+std::vector<float> soundAfterSeek(bool isDeviceStopped) {
+    DecodeAhead file(testAudio("steps.wav"));
+    EXPECT_TRUE(waitUntil([&] { return file.opened().has_value(); }));
+    QTest::qWait(100);
+    file.seek(10, 0, isDeviceStopped);
+    EXPECT_TRUE(waitUntil([&] { return file.sought().has_value(); }));
+    QTest::qWait(100);
+    std::vector<float> sound;
+    std::vector<StereoFrame> frames(480);
+    constexpr std::size_t twoSeconds = 96'000;
+    EXPECT_TRUE(waitUntil([&] {
+        while (const std::size_t count = sound.size() < twoSeconds ? file.read(frames) : 0) {
+            for (const StereoFrame& frame : std::span(frames).first(count))
+                sound.push_back(frame.left);
+        }
+        return sound.size() >= twoSeconds;
+    }));
+    sound.resize(twoSeconds);
+    return sound;
+}
+
+TEST(DecodeAhead, LosesNoFrameWhileADeviceHasYetToDropTheOldOnes) {
+    EXPECT_TRUE(soundAfterSeek(true) == soundAfterSeek(false));
 }
 
 TEST(UnknownLength, IsToldByThePlayedFileWhereverASeekWent) {
