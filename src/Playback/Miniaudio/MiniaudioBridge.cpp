@@ -23,7 +23,7 @@ struct BridgeSound final : AudioRenderer {
     explicit BridgeSound(const FileURL& url) : file(url) {}
 
     void render(std::span<StereoFrame> frames) noexcept override;
-    void count(std::size_t frames, std::size_t wanted);
+    void count(double position, std::size_t frames, std::size_t wanted);
     void correctLength(double position);
 
     DecodeAhead file; // has the duration too
@@ -76,17 +76,20 @@ void BridgeSound::correctLength(double position) {
         file.setLength(length);
 }
 
-/// Counts a callback's output. Silence after the end counts, silence during an underrun doesn't.
-void BridgeSound::count(std::size_t frames, std::size_t wanted) {
+/// Counts a callback's output from `position` on, unless a seek has moved the position meanwhile:
+/// a device that stops slowly still plays then. Silence after the end counts, silence during an
+/// underrun doesn't.
+void BridgeSound::count(double position, std::size_t frames, std::size_t wanted) {
     const auto rate = static_cast<double>(AudioDecoder::sampleRate);
-    const double position = positionSeconds.load(std::memory_order_relaxed);
     const bool hasEnded = frames < wanted && file.hasEnded();
     if (hasEnded)
         correctLength(position + static_cast<double>(frames) / rate);
-    positionSeconds = position + static_cast<double>(hasEnded ? wanted : frames) / rate;
+    positionSeconds.compare_exchange_strong(
+        position, position + static_cast<double>(hasEnded ? wanted : frames) / rate);
 }
 
 void BridgeSound::render(std::span<StereoFrame> frames) noexcept {
+    const double position = positionSeconds;
     const std::size_t filled = file.read(frames);
     const float gain = volume.load(std::memory_order_relaxed);
     if (gain != 1.0F) {
@@ -95,7 +98,7 @@ void BridgeSound::render(std::span<StereoFrame> frames) noexcept {
     }
     std::ranges::transform(frames.first(filled), frames.begin(), limited);
     std::ranges::fill(frames.subspan(filled), StereoFrame());
-    count(filled, frames.size());
+    count(position, filled, frames.size());
 }
 
 void setPosition(BridgePlayer& player, double seconds) {
