@@ -129,11 +129,8 @@ bool hasNoDevice(BridgePlayer& player) {
 bool startDevice(BridgePlayer& player) {
     player.sound->file.setRunning(true);
     player.output.start();
-    if (!player.output.wait(OutputKeeper::startPatience) ||
-        player.output.state() == OutputKeeper::State::Sounding)
-        return true;
-    player.output.hold();
-    return false;
+    return !player.output.wait(OutputKeeper::startPatience) ||
+           player.output.state() != OutputKeeper::State::Lost;
 }
 
 /// Waits for the device to stop; false if it takes longer than the timeout and stops later.
@@ -177,6 +174,8 @@ bool ma_play(BridgePlayer* player, BridgeErrorOut error) {
     if (player == nullptr)
         return false;
     if (!startDevice(*player)) {
+        player->output.hold();
+        player->sound->file.setRunning(false);
         fail(error, player->sound->deviceResult, "Failed to start device");
         return false;
     }

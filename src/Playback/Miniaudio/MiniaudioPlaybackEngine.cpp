@@ -57,12 +57,12 @@ void MiniaudioPlaybackEngine::play() {
         playsWhenReady_ = true;
         return;
     }
+    playsWhenReady_ = false;
     std::optional<BridgeError> error;
     if (!ma_playRaw(handle_.get(), &error)) {
         logFailure(QLatin1String("play"), error);
         return;
     }
-    playsWhenReady_ = false;
     outputTimer_.stop();
     isPlayingSubject_.send(true);
     startTimer();

@@ -192,7 +192,7 @@ class OutputKeeper::Worker {
             if (begin())
                 return;
         }
-        lostSince_ = Clock::now();
+        lostSince_ = Clock::now() - lossLimit; // it needs no time to restart: it never ran
         nextLook_ = Clock::now() + lookInterval;
     }
 

@@ -25,7 +25,7 @@ class OutputKeeper {
         Held,
         Starting,
         Sounding,
-        Lost,    // no device for two seconds; playback resumes once there is one
+        Lost,    // none started, or none for two seconds; playback resumes once there is one
         GivenUp, // no device for a minute: held, until the next `start`
     };
 

@@ -36,5 +36,21 @@ TEST(PlaybackRequests, CountAnItemAsTakenWhateverElseIsAskedOfIt) {
     EXPECT_FALSE(requests.isTaken());
 }
 
+struct OutputThatNeverStarts final : AudioOutput {
+    bool start() override { return false; }
+    void hold() override {}
+    void flush() override {}
+    [[nodiscard]] bool isAlive() const override { return true; }
+    [[nodiscard]] bool isSilent() const override { return false; }
+};
+
+TEST(OutputKeeper, SaysAtOnceThatNoOutputStarts) {
+    OutputKeeper output(std::make_shared<RingRenderer>(),
+                        [](auto&&...) { return std::make_unique<OutputThatNeverStarts>(); });
+    output.start();
+    EXPECT_TRUE(output.wait(std::chrono::seconds(5)));
+    EXPECT_EQ(output.state(), OutputKeeper::State::Lost);
+}
+
 } // namespace
 } // namespace tamsy::test
