@@ -85,7 +85,7 @@ void PlaybackLoop::discardSound() {
     output_.flush();
     // An output that isn't held in time still reads from the ring buffer and drops the discarded
     // frames itself. It may flush some of the new ones, too.
-    const bool isHeld = output_.wait(OutputKeeper::holdPatience);
+    const bool isHeld = output_.wait(OutputKeeper::holdTimeout);
     ring_.discardUnread();
     if (isHeld)
         ring_.skipDiscarded();

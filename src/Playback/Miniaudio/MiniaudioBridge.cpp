@@ -129,13 +129,13 @@ bool hasNoDevice(BridgePlayer& player) {
 bool startDevice(BridgePlayer& player) {
     player.sound->file.setRunning(true);
     player.output.start();
-    return !player.output.wait(OutputKeeper::startPatience) ||
+    return !player.output.wait(OutputKeeper::startTimeout) ||
            player.output.state() != OutputKeeper::State::Lost;
 }
 
 /// Waits for the device to stop; false if it takes longer than the timeout and stops later.
 bool waitForDevice(const BridgePlayer& player) {
-    return player.output.wait(OutputKeeper::holdPatience);
+    return player.output.wait(OutputKeeper::holdTimeout);
 }
 
 BridgePlayer* asPlayer(void* player) {
@@ -149,6 +149,7 @@ bool ma_isAvailable() {
 }
 
 BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
+    const auto deadline = BridgePlayer::Clock::now() + OutputKeeper::openTimeout;
     auto player = std::make_unique<BridgePlayer>(url);
     const std::optional<ma_result> opened = player->sound->file.waitUntilOpened();
     if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
@@ -157,7 +158,8 @@ BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
     }
     player->isOpening = !opened;
     player->output.open();
-    static_cast<void>(player->output.wait(OutputKeeper::startPatience));
+    static_cast<void>(player->output.wait(std::chrono::ceil<std::chrono::milliseconds>(
+        deadline - BridgePlayer::Clock::now())));
     if (hasNoDevice(*player)) {
         fail(error, player->sound->deviceResult, "Failed to init audio device");
         return nullptr;

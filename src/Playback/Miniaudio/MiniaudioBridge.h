@@ -16,9 +16,9 @@ class FileURL;
 /// waits, and during an underrun, a running device plays silence that doesn't count;
 /// `ma_lookAtFileRaw` reports both, and late failures.
 ///
-/// A slow sound server delays the caller by at most 150 ms when the device is opened or started,
-/// and by 80 ms when it stops. Opening fails after two seconds; a start that takes longer counts as
-/// a lost output. There is no end event: after the end of the file the device plays silence, and
+/// A slow sound server delays the caller by at most 80 ms when the device is opened or started, and
+/// by 60 ms when it stops or is closed. Opening fails after two seconds; a start that takes longer
+/// counts as a lost output. There is no end event: after the end of the file the device plays silence, and
 /// the position rises past the duration.
 struct BridgePlayer;
 

@@ -286,7 +286,7 @@ OutputKeeper::~OutputKeeper() {
     end();
     lock.lock();
     if (mayAnswer)
-        shared_->changed.wait_for(lock, holdPatience, [this] { return shared_->hasEnded; });
+        shared_->changed.wait_for(lock, holdTimeout, [this] { return shared_->hasEnded; });
 }
 
 template <typename Change>

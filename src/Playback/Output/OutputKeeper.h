@@ -29,14 +29,15 @@ class OutputKeeper {
         GivenUp, // no device for a minute: held, until the next `start`
     };
 
-    /// Timeouts for callers that must not block for long: for an output to open or start, and to be
-    /// held. Together less than 0.3 s.
-    static constexpr std::chrono::milliseconds startPatience{150};
-    static constexpr std::chrono::milliseconds holdPatience{80};
+    /// Timeouts for callers that must not block. A click on a track holds and closes one output,
+    /// opens the next and starts it: together less than 0.3 s.
+    static constexpr std::chrono::milliseconds holdTimeout{60}; // closing has the same
+    static constexpr std::chrono::milliseconds openTimeout{80};
+    static constexpr std::chrono::milliseconds startTimeout{80};
 
     OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opener);
 
-    /// Closes the output, waiting at most `holdPatience`. A thread that is stuck in a sound server
+    /// Closes the output, waiting at most `holdTimeout`. A thread that is stuck in a sound server
     /// is abandoned; it keeps the renderer alive.
     ~OutputKeeper();
     OutputKeeper(const OutputKeeper&) = delete;
