@@ -15,9 +15,9 @@ namespace {
 /// A thread that hasn't taken a new item for this long hangs in the previous one.
 constexpr auto stuckLimit = std::chrono::milliseconds(200);
 
-/// The maximum number of threads that hang in dead file systems; then new items wait for one of
-/// them.
-constexpr std::size_t maxStuckThreads = 8;
+/// The maximum number of threads that hang in dead file systems, more than anybody clicks on in
+/// vain; then new items wait for one of them.
+constexpr std::size_t maxStuckThreads = 32;
 
 constexpr auto endLimit = std::chrono::milliseconds(500);
 

@@ -47,7 +47,7 @@ bool AudioDecoder::endsEarly(std::uint64_t frame) {
 /// Continues after `frame`, where the decoder found the end, if the file has more.
 void AudioDecoder::resume(std::uint64_t frame) {
     if (scanner_) { // the header may describe only the first of several songs
-        while (scanMore()) {
+        while (!isAbandoned_ && scanMore()) {
         }
         if (endsEarly(frame))
             static_cast<void>(seekToFrame(frame));

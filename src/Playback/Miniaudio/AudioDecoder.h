@@ -9,6 +9,7 @@
 
 #include <miniaudio.h>
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -28,7 +29,11 @@ class AudioDecoder {
     static constexpr ma_uint32 channels = 2;
     static constexpr ma_uint32 sampleRate = mediaSampleRate;
 
-    AudioDecoder() = default;
+    AudioDecoder() : AudioDecoder(neverAbandoned) {}
+
+    /// Once `isAbandoned` is true, calls end soon and their results don't matter. It must outlive
+    /// the decoder.
+    explicit AudioDecoder(const std::atomic<bool>& isAbandoned) : isAbandoned_(isAbandoned) {}
     ~AudioDecoder() = default;
     AudioDecoder(const AudioDecoder&) = delete;
     AudioDecoder& operator=(const AudioDecoder&) = delete;
@@ -84,6 +89,8 @@ class AudioDecoder {
 
     enum class Kind { Other, Mpeg, Flac, Fallback };
 
+    static constexpr std::atomic<bool> neverAbandoned = false;
+    const std::atomic<bool>& isAbandoned_;
     QByteArray path_;
     std::unique_ptr<AudioFile> file_; // outlives its readers below
     std::unique_ptr<FileWindow> window_;

@@ -128,8 +128,8 @@ ma_result AudioDecoder::openAs(ma_encoding_format encoding, std::int64_t headerB
 }
 
 ma_result AudioDecoder::openByFallback() {
-    const ma_result result =
-        openWith([this](ma_decoder& decoder) { return openFallback(path_, decoder); });
+    const ma_result result = openWith(
+        [this](ma_decoder& decoder) { return openFallback(path_, isAbandoned_, decoder); });
     if (result == MA_SUCCESS)
         kind_ = Kind::Fallback;
     return result;
@@ -182,7 +182,7 @@ bool AudioDecoder::startScan() {
     while (scanner_->advance() == State::Walking && std::chrono::steady_clock::now() < deadline) {
     }
     if (scanner_->state() == State::Walking && !scanner_->hasMusicAhead()) {
-        while (scanner_->advance() == State::Walking) {
+        while (!isAbandoned_ && scanner_->advance() == State::Walking) {
         }
     }
     if (scanner_->state() == State::Refused)

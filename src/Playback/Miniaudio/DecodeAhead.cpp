@@ -23,8 +23,9 @@ using Clock = std::chrono::steady_clock;
 /// How long the interface thread waits for a file, out of 50 ms for everything that a click does.
 constexpr auto fileTimeout = std::chrono::milliseconds(40);
 
-/// The maximum number of threads, including those that hang in a dead file system.
-constexpr int maxWorkers = 16;
+/// The maximum number of threads, including those that hang in a dead file system: more files of it
+/// than anybody clicks on in vain.
+constexpr int maxWorkers = 32;
 std::atomic<int> workerCount = 0;
 
 /// Frames decoded at once: a new request waits for at most these.
@@ -46,7 +47,8 @@ struct DecodeAhead::Shared {
     std::atomic<bool> isPending = true; // the ring buffer's frames aren't the wanted ones yet
     std::atomic<double> length = 0;
     std::atomic<double> endPosition = 0;
-    std::atomic<bool> hasRequest = false; // that the thread hasn't taken; changed under the lock
+    std::atomic<bool> hasRequest = false;  // that the thread hasn't taken; changed under the lock
+    std::atomic<bool> isAbandoned = false; // changed under the lock
 
     mutable std::mutex mutex; // guards everything below; never locked by the device's thread
     mutable std::condition_variable changed;
@@ -54,7 +56,6 @@ struct DecodeAhead::Shared {
     std::optional<ma_result> opened;
     std::uint64_t soughtNumber = 0;
     ma_result sought = MA_SUCCESS;
-    bool isAbandoned = false;
     bool isRunning = false; // whether a device reads
 
     template <typename Change>
@@ -72,7 +73,8 @@ struct DecodeAhead::Shared {
 /// The work of the file's thread.
 class DecodeAhead::Worker {
   public:
-    explicit Worker(std::shared_ptr<Shared> shared) : shared_(std::move(shared)) {}
+    explicit Worker(std::shared_ptr<Shared> shared)
+        : shared_(std::move(shared)), decoder_(shared_->isAbandoned) {}
     ~Worker() { --workerCount; }
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cmath>
 #include <memory>
 #include <span>
@@ -21,7 +20,6 @@ constexpr int emptyCallsLimit = 256;
 /// A media decoder as a miniaudio data source.
 struct FallbackSource {
     ma_data_source_base base{}; // first, as miniaudio requires
-    std::atomic<bool> abandoned = false;
     std::unique_ptr<MediaDecoder> decoder;
     MediaDecoder::Block block; // not yet read
     std::uint64_t nextFrame = 0;
@@ -152,11 +150,12 @@ bool holdsMpegAudio(const AudioFile& file) {
     return tag == mpeg || tag == layer3;
 }
 
-ma_result openFallback(const QByteArray& path, ma_decoder& decoder) {
+ma_result openFallback(const QByteArray& path, const std::atomic<bool>& isAbandoned,
+                       ma_decoder& decoder) {
     MediaBackend* const module = loadMediaBackend();
     auto source = std::make_unique<FallbackSource>();
     if (module != nullptr)
-        source->decoder = module->openFile(path.constData(), source->abandoned);
+        source->decoder = module->openFile(path.constData(), isAbandoned);
     if (!source->decoder)
         return MA_NO_BACKEND;
     std::array<ma_decoding_backend_vtable*, 1> backends = {&backendFunctions};

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <miniaudio.h>
 
+#include <atomic>
+
 namespace tamsy {
 
 /// Whether a file, after any ID3v2 tags, starts like FLAC (with or without its header), Ogg or
@@ -17,7 +19,8 @@ namespace tamsy {
 /// Opens a local file (a path in bytes) through the media module, which supports what miniaudio's
 /// decoders don't: Opus, Speex, GSM, leading tags, exact seeks in FLAC in Ogg. It becomes the
 /// backend of `decoder` and is destroyed with it. Its output is stereo at 48,000 Hz. Reading
-/// allocates and locks.
-[[nodiscard]] ma_result openFallback(const QByteArray& path, ma_decoder& decoder);
+/// allocates and locks, and fails once `isAbandoned` is true, which must outlive the decoder.
+[[nodiscard]] ma_result openFallback(const QByteArray& path, const std::atomic<bool>& isAbandoned,
+                                     ma_decoder& decoder);
 
 } // namespace tamsy

@@ -158,8 +158,8 @@ BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
     }
     player->isOpening = !opened;
     player->output.open();
-    static_cast<void>(player->output.wait(std::chrono::ceil<std::chrono::milliseconds>(
-        deadline - BridgePlayer::Clock::now())));
+    static_cast<void>(player->output.wait(
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - BridgePlayer::Clock::now())));
     if (hasNoDevice(*player)) {
         fail(error, player->sound->deviceResult, "Failed to init audio device");
         return nullptr;

@@ -18,8 +18,8 @@ class FileURL;
 ///
 /// A slow sound server delays the caller by at most 80 ms when the device is opened or started, and
 /// by 60 ms when it stops or is closed. Opening fails after two seconds; a start that takes longer
-/// counts as a lost output. There is no end event: after the end of the file the device plays silence, and
-/// the position rises past the duration.
+/// counts as a lost output. There is no end event: after the end of the file the device plays
+/// silence, and the position rises past the duration.
 struct BridgePlayer;
 
 /// What a player is doing.
