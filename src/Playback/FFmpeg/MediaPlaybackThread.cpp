@@ -146,8 +146,11 @@ bool MediaPlaybackThread::hasRunDry() const {
 }
 
 std::uint64_t MediaPlaybackThread::heardFrames() const {
-    const std::uint64_t consumed = shared_->renderer->ring().consumed();
-    return consumed - std::min<std::uint64_t>(consumed, shared_->output.heldFrames());
+    const FrameRing& ring = shared_->renderer->ring();
+    const std::uint64_t held = shared_->output.heldFrames();
+    const std::uint64_t silent = std::min(held, ring.readPastEnd());
+    const std::uint64_t consumed = ring.consumed();
+    return consumed - std::min(consumed, held - silent);
 }
 
 } // namespace tamsy

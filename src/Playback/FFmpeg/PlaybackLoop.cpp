@@ -161,6 +161,9 @@ void PlaybackLoop::reportEnd() {
     const bool isHeard = seen_ == OutputKeeper::State::Sounding;
     if (endReported_ || !isHeard || !hasAllSound() || ring_.unread() > 0)
         return;
+    // The output may still have the last frames, which a stop would drop.
+    if (ring_.readPastEnd() < output_.heldFrames())
+        return;
     endReported_ = true;
     const auto played = static_cast<double>(ring_.written() - anchorFrame_);
     report(PlaybackReport::Kind::Ended, anchorPosition_ + played / mediaSampleRate);

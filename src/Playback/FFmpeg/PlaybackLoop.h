@@ -23,7 +23,7 @@ struct PlaybackReport {
         Lost,    // the output is lost; another is searched for
         Sought,  // `seek` is done
         Scanned, // `duration` was an estimate and is exact now
-        Ended,   // all frames have been played; `position` is the true duration
+        Ended,   // all frames have been heard; `position` is the true duration
         Unheard, // no other output was found
     };
     Kind kind = Kind::Failed;

@@ -44,6 +44,7 @@ std::size_t FrameRing::read(std::span<StereoFrame> out) {
     if (hasRunDry() && available < startFrames && !isAll)
         return 0;
     const std::size_t count = std::min<std::size_t>(out.size(), available);
+    readPastEnd_.store(isAll ? readPastEnd() + out.size() - count : 0, std::memory_order_relaxed);
     hasRunDry_.store(count < out.size() && !isAll, std::memory_order_release);
     const std::span<const StereoFrame> all(frames_);
     const std::size_t offset = start % capacity;

@@ -58,6 +58,11 @@ class FrameRing {
     /// The number of the next frame to play. Any thread.
     [[nodiscard]] std::uint64_t consumed() const;
 
+    /// How many frames have been requested after the end. Any thread.
+    [[nodiscard]] std::uint64_t readPastEnd() const {
+        return readPastEnd_.load(std::memory_order_relaxed);
+    }
+
     /// Whether the last `read` found too few frames. Any thread.
     [[nodiscard]] bool hasRunDry() const { return hasRunDry_.load(std::memory_order_acquire); }
 
@@ -72,6 +77,7 @@ class FrameRing {
     std::atomic<std::uint64_t> discardedUpTo_ = 0;
     std::atomic<std::uint64_t> end_ = noEnd; // one past the last frame
     alignas(64) std::atomic<std::uint64_t> consumed_ = 0;
+    std::atomic<std::uint64_t> readPastEnd_ = 0;
     std::atomic<bool> hasRunDry_ = false;
 };
 
