@@ -33,6 +33,10 @@ class AudioPlaybackEngine {
     /// Unloads the current file and loads this one, paused at position 0.
     virtual void load(const FileURL& url) = 0;
 
+    /// Announces the file that is likely to be loaded next, or with an empty address none, so that
+    /// a slow file can be opened ahead. It changes nothing else; an engine may ignore it.
+    virtual void prepare(const FileURL& /*url*/) {}
+
     /// Starts or resumes the loaded file. Does nothing if none is loaded.
     virtual void play() = 0;
 

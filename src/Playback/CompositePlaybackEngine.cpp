@@ -45,9 +45,18 @@ void CompositePlaybackEngine::load(const FileURL& url) {
     PlaybackLogger::log((takesMiniaudio ? QLatin1String("[COMPOSITE] Using miniaudio for .")
                                         : QLatin1String("[COMPOSITE] Using AVFoundation for .")) +
                         QString::fromUtf8(extension));
-    activeEngine_ = (takesMiniaudio ? miniaudioEngine_ : avEngine_).get();
+    activeEngine_ = &engineFor(extension);
     bindActiveEngine(*activeEngine_);
     activeEngine_->load(url);
+    (takesMiniaudio ? avEngine_ : miniaudioEngine_)->prepare({}); // nothing is next there
+}
+
+void CompositePlaybackEngine::prepare(const FileURL& url) {
+    engineFor(url.pathExtension().toLower()).prepare(url);
+}
+
+AudioPlaybackEngine& CompositePlaybackEngine::engineFor(const QByteArray& extension) const {
+    return *(isMiniaudioFormat(extension) ? miniaudioEngine_ : avEngine_);
 }
 
 void CompositePlaybackEngine::play() {

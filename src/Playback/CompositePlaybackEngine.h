@@ -25,6 +25,7 @@ class CompositePlaybackEngine final : public PublishingEngine {
     [[nodiscard]] static bool isMiniaudioFormat(const QByteArray& lowercasedExtension);
 
     void load(const FileURL& url) override;
+    void prepare(const FileURL& url) override;
     void play() override;
     void pause() override;
 
@@ -39,6 +40,7 @@ class CompositePlaybackEngine final : public PublishingEngine {
     void setUpdateInterval(double seconds) override;
 
   private:
+    [[nodiscard]] AudioPlaybackEngine& engineFor(const QByteArray& extension) const;
     void bindActiveEngine(const AudioPlaybackEngine& engine);
 
     const std::unique_ptr<AudioPlaybackEngine> miniaudioEngine_;

@@ -79,6 +79,7 @@ void PlayerViewModel::play(const FileURL& url) {
 
 void PlayerViewModel::startEngine(const FileURL& url) {
     ++startNumber_;
+    hasPreparedNext_ = false;
     engine_->load(url);
     engine_->play();
 }

@@ -148,6 +148,7 @@ class PlayerViewModel : public QObject {
     void detectTrackEnds();
     void handleReport(double time, double duration, bool playing);
     void handleTrackEnd();
+    void prepareNextTrack();
     void restartCurrentTrack();
     void stepBy(int step, bool logs);
     void logState(QStringView repeatPrefix, QStringView currentPrefix) const;
@@ -188,7 +189,8 @@ class PlayerViewModel : public QObject {
     std::unique_ptr<NowPlayingWindow> nowPlayingWindow_;
     double lastBufferedTime_ = 0; // the position while the interface is hidden
     unsigned seekNumber_ = 0;
-    unsigned startNumber_ = 0; // distinguishes two playbacks of one file
+    unsigned startNumber_ = 0;     // distinguishes two playbacks of one file
+    bool hasPreparedNext_ = false; // since the current file was started
 };
 
 } // namespace tamsy

@@ -61,6 +61,8 @@ void PlayerViewModel::detectTrackEnds() {
 }
 
 void PlayerViewModel::handleReport(double time, double duration, bool playing) {
+    if (navigation::isNearEnd(time, duration, playing))
+        prepareNextTrack();
     if (!navigation::trackHasEnded(time, duration, playing))
         return;
     if (isHandlingTrackEnd_) {
@@ -91,6 +93,16 @@ void PlayerViewModel::handleTrackEnd() {
         return;
     logToFile(u"🔴 [AUTO END] Will play: " + url->lastPathComponentText());
     play(*url);
+}
+
+/// What shuffle picks isn't known before the end, and a repeated file is in memory.
+void PlayerViewModel::prepareNextTrack() {
+    if (hasPreparedNext_ || shuffleEnabled_ || repeatOneEnabled_)
+        return;
+    hasPreparedNext_ = true;
+    const TrackList list = getVisibleTrackList();
+    if (const auto step = navigation::stepInList(list, currentURL_, 1))
+        engine_->prepare(list.at(step->to).url);
 }
 
 void PlayerViewModel::restartCurrentTrack() {

@@ -22,6 +22,11 @@ bool trackHasEnded(double time, double duration, bool playing) {
     return !(duration - time > endThreshold);
 }
 
+bool isNearEnd(double time, double duration, bool playing) {
+    constexpr double nearEnd = 15; // seconds, in which a slow disk opens a file
+    return playing && duration > 0 && duration - time < nearEnd;
+}
+
 std::optional<Step> stepInList(const TrackList& list, const FileURL& current, int step) {
     if (list.isEmpty())
         return std::nullopt;

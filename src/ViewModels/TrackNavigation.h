@@ -18,6 +18,9 @@ inline constexpr double endThreshold = 0.15;
 /// duration has; a file whose duration isn't above 0 never has.
 [[nodiscard]] bool trackHasEnded(double time, double duration, bool playing);
 
+/// Whether so little of a playing file remains that the next one should be opened.
+[[nodiscard]] bool isNearEnd(double time, double duration, bool playing);
+
 /// A step in a list that wraps round in both directions. The first track at `current` counts as the
 /// current one; if there is none, a step forward leads to the first track, a step back to the last,
 /// and `from` is empty.

@@ -19,6 +19,7 @@ class FakeEngine : public PublishingEngine {
 
     /// Every call in order: "load file:///x", "play", "seek 1.5", "volume 0.5", "interval 0.25".
     std::vector<std::string> calls;
+    std::vector<FileURL> prepared;
     double loadedDuration = 0.0; // the length that the next loaded file has, in seconds
     double updateInterval = 0.25;
 
@@ -28,6 +29,7 @@ class FakeEngine : public PublishingEngine {
         loaded_ = true;
         report(0, false);
     }
+    void prepare(const FileURL& url) override { prepared.push_back(url); }
     void play() override {
         note("play");
         if (loaded_)

@@ -85,6 +85,24 @@ TEST_F(SlowFile, SoundsSoonAfterTheClickWithoutHoldingUpTheWindow) {
     }
 }
 
+TEST_F(SlowFile, SoundsAtOnceIfItWasAnnounced) {
+    for (const char* name : {"long.mp3", "long.flac", "long.m4a"}) {
+        const SlowFiles wifi("8", "4", SLOW_AUDIO);
+        if (!wifi.isMounted())
+            GTEST_SKIP() << noMount;
+        play(testAudio("tone-500.mp3"));
+        engine.prepare(wifi.file(name));
+        ASSERT_TRUE(waitUntil([this] { return time() > 2; }));
+        QElapsedTimer timer;
+        timer.start();
+        play(wifi.file(name));
+        EXPECT_TRUE(waitUntil([this] { return time() > 0 && isPlaying(); })) << name;
+        std::printf("%-20s announced, sound after %4lld ms\n", name, timer.elapsed());
+        EXPECT_LT(timer.elapsed(), 250) << name; // less than half of what it takes else
+        EXPECT_TRUE(waitUntil([this] { return time() > 0.5; })) << name;
+    }
+}
+
 TEST_F(SlowFile, PlaysThroughAShortHangAndSaysSoInALongOne) {
     for (const char* name : {"minutes-4.mp3", "minutes-4.m4a"}) {
         SlowFiles usb("2", "15");

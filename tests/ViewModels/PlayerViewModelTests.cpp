@@ -135,6 +135,21 @@ TEST_F(PlayerViewModelTest, HoldsTheDisplayUntilASeekIsConfirmed) {
     EXPECT_FALSE(player.isSeeking());
 }
 
+TEST_F(PlayerViewModelTest, AnnouncesTheNextTrackOnceNearTheEnd) {
+    engine->loadedDuration = 100;
+    for (const bool shuffles : {false, true}) {
+        start(2);
+        for (const double time : {84.0, 86.0, 90.0}) {
+            engine->currentTimeSubject_.send(time);
+            process();
+            const bool isDue = time > 85 && !shuffles;
+            EXPECT_EQ(engine->prepared, std::vector<FileURL>(isDue ? 1 : 0, url(0))) << time;
+        }
+        engine->prepared.clear();
+        player.toggleShuffle();
+    }
+}
+
 /// An engine that takes a seek and never reports a position near its target.
 class DeafEngine : public FakeEngine {
   public:

@@ -51,6 +51,10 @@ void AVPlaybackEngine::load(const FileURL& url) {
     endObserver_ = player_->observePlayedToEnd([this] { itemDidEnd(); });
 }
 
+void AVPlaybackEngine::prepare(const FileURL& url) {
+    thread_->prepare(url.path());
+}
+
 void AVPlaybackEngine::addPeriodicTimeObserver() {
     timeObserverToken_ = player_->addPeriodicTimeObserver(
         updateInterval_, [this](double time) { currentTimeSubject_.send(finiteOrZero(time)); });

@@ -20,6 +20,7 @@ class AVPlaybackEngine : public PublishingEngine {
     ~AVPlaybackEngine() override;
 
     void load(const FileURL& url) override;
+    void prepare(const FileURL& url) override;
     void play() override;
     void pause() override;
 

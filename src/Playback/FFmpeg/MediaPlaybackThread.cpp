@@ -124,6 +124,12 @@ void MediaPlaybackThread::replaceStuckThread() {
     start();
 }
 
+void MediaPlaybackThread::prepare(const QByteArray& path) {
+    if (!path.isEmpty() && !thread_.joinable())
+        start();
+    shared_->requests.prepare(path);
+}
+
 void MediaPlaybackThread::dropItem(std::uint64_t item) {
     shared_->requests.dropItem(item);
 }

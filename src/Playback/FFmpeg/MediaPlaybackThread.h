@@ -29,6 +29,10 @@ class MediaPlaybackThread : public QObject {
     /// current.
     [[nodiscard]] std::uint64_t setItem(const QByteArray& path);
     void dropItem(std::uint64_t item);
+
+    /// Opens the file at `path` (bytes) ahead, once the current one is decoded; none if it is
+    /// empty.
+    void prepare(const QByteArray& path);
     void setRunning(std::uint64_t item, bool running);
     void seek(std::uint64_t item, std::uint64_t number, double seconds);
 

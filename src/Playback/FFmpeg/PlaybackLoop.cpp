@@ -42,6 +42,7 @@ void PlaybackLoop::run() {
             seek(request);
         else
             settle(request);
+        prepareNext(request);
         running = decoder_ && request.running;
     }
 }
@@ -55,12 +56,27 @@ void PlaybackLoop::changeItem(const PlaybackRequest& request) {
     anchorPosition_ = 0;
     if (request.path.isEmpty())
         return;
-    if (MediaBackend* backend = backendSource_()) {
-        const MusicRead reading;
-        decoder_ = backend->openFile(request.path.constData(), requests_.abandoned());
-    }
+    if (request.path == nextPath_)
+        decoder_ = std::move(next_);
+    if (!decoder_)
+        decoder_ = openFile(request.path);
     scanning_ = decoder_ != nullptr;
     report(decoder_ ? PlaybackReport::Kind::Opened : PlaybackReport::Kind::Failed, 0);
+}
+
+std::unique_ptr<MediaDecoder> PlaybackLoop::openFile(const QByteArray& path) {
+    MediaBackend* backend = backendSource_();
+    const MusicRead reading;
+    return backend ? backend->openFile(path.constData(), requests_.abandoned()) : nullptr;
+}
+
+/// Opens the next file once the current one is decoded, so that one that doesn't respond can't
+/// interrupt the sound.
+void PlaybackLoop::prepareNext(const PlaybackRequest& request) {
+    if (request.next == nextPath_ || (decoder_ && (scanning_ || !hasAllSound())))
+        return;
+    nextPath_ = request.next;
+    next_ = nextPath_.isEmpty() ? nullptr : openFile(nextPath_);
 }
 
 void PlaybackLoop::seek(const PlaybackRequest& request) {

@@ -53,6 +53,8 @@ class PlaybackLoop {
     using Clock = PlaybackRequests::Clock;
 
     void changeItem(const PlaybackRequest& request);
+    void prepareNext(const PlaybackRequest& request);
+    [[nodiscard]] std::unique_ptr<MediaDecoder> openFile(const QByteArray& path);
     void seek(const PlaybackRequest& request);
     void discardSound();
     void fill();
@@ -77,6 +79,8 @@ class PlaybackLoop {
     std::uint64_t seek_ = 0;
     std::uint64_t run_ = 0; // the latest start that was done
     std::unique_ptr<MediaDecoder> decoder_;
+    std::unique_ptr<MediaDecoder> next_; // of the file at `nextPath_`, unless it can't be opened
+    QByteArray nextPath_;
     std::span<const StereoFrame> pending_; // decoded, not yet in the ring buffer
     bool filling_ = false;
     bool scanning_ = false;

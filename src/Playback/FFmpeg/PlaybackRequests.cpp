@@ -13,7 +13,8 @@ void PlaybackRequests::change(Change change) {
 void PlaybackRequests::replaceItem(const QByteArray& path) {
     output_.hold();
     abandoned_ = true;
-    request_ = {.item = request_.item + 1, .path = path, .quit = request_.quit};
+    request_ = {
+        .item = request_.item + 1, .path = path, .next = request_.next, .quit = request_.quit};
 }
 
 std::uint64_t PlaybackRequests::setItem(const QByteArray& path) {
@@ -23,6 +24,10 @@ std::uint64_t PlaybackRequests::setItem(const QByteArray& path) {
         item = request_.item;
     });
     return item;
+}
+
+void PlaybackRequests::prepare(const QByteArray& path) {
+    change([&] { request_.next = path; });
 }
 
 void PlaybackRequests::dropItem(std::uint64_t item) {
@@ -68,6 +73,7 @@ void PlaybackRequests::takeOver(PlaybackRequests& stuck) {
         wanted = stuck.request_;
     }
     stuck.quit();
+    wanted.next.clear(); // it may be what the thread hangs in
     change([&] { request_ = wanted; });
 }
 

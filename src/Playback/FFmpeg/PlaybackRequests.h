@@ -21,6 +21,7 @@ struct PlaybackRequest {
     bool running = false;
     std::uint64_t seek = 0; // counts the seeks of this item
     double seekTarget = 0;  // seconds
+    QByteArray next;        // the path of the next file, in bytes, if it is known
     bool quit = false;
 };
 
@@ -36,6 +37,9 @@ class PlaybackRequests {
 
     /// Replaces the item, and its sound, by the file at `path`. Returns its number.
     std::uint64_t setItem(const QByteArray& path);
+
+    /// Announces the file that is likely to be the next item.
+    void prepare(const QByteArray& path);
 
     // These do nothing if `item` isn't current.
     void dropItem(std::uint64_t item);

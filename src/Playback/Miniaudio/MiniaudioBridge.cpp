@@ -49,7 +49,7 @@ struct BridgePlayer {
     const std::shared_ptr<BridgeSound> sound; // also the device thread's, which may outlive this
     OutputKeeper output;
     std::atomic<bool> isPlaying = false;
-    const Clock::time_point openDeadline = Clock::now() + openLimit;
+    Clock::time_point openDeadline; // for the device
     // Operations that were reported as done but aren't yet.
     bool isOpening = false;
     bool isDeviceOpening = true;
@@ -138,6 +138,26 @@ bool waitForDevice(const BridgePlayer& player) {
     return player.output.wait(OutputKeeper::holdTimeout);
 }
 
+/// Waits for the file, then opens the device; what takes longer is left to the background.
+bool openPlayer(BridgePlayer& player, BridgeErrorOut error) {
+    const auto start = BridgePlayer::Clock::now();
+    const std::optional<ma_result> opened = player.sound->file.waitUntilOpened();
+    if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
+        fail(error, *opened, "Failed to open audio file");
+        return false;
+    }
+    player.isOpening = !opened;
+    player.openDeadline = start + BridgePlayer::openLimit;
+    player.output.open();
+    static_cast<void>(player.output.wait(std::chrono::ceil<std::chrono::milliseconds>(
+        start + OutputKeeper::openTimeout - BridgePlayer::Clock::now())));
+    if (hasNoDevice(player)) {
+        fail(error, player.sound->deviceResult, "Failed to init audio device");
+        return false;
+    }
+    return true;
+}
+
 BridgePlayer* asPlayer(void* player) {
     return static_cast<BridgePlayer*>(player);
 }
@@ -149,22 +169,8 @@ bool ma_isAvailable() {
 }
 
 BridgePlayer* ma_createPlayer(const FileURL& url, BridgeErrorOut error) {
-    const auto deadline = BridgePlayer::Clock::now() + OutputKeeper::openTimeout;
     auto player = std::make_unique<BridgePlayer>(url);
-    const std::optional<ma_result> opened = player->sound->file.waitUntilOpened();
-    if (opened.value_or(MA_SUCCESS) != MA_SUCCESS) {
-        fail(error, *opened, "Failed to open audio file");
-        return nullptr;
-    }
-    player->isOpening = !opened;
-    player->output.open();
-    static_cast<void>(player->output.wait(
-        std::chrono::ceil<std::chrono::milliseconds>(deadline - BridgePlayer::Clock::now())));
-    if (hasNoDevice(*player)) {
-        fail(error, player->sound->deviceResult, "Failed to init audio device");
-        return nullptr;
-    }
-    return player.release();
+    return openPlayer(*player, error) ? player.release() : nullptr;
 }
 
 void ma_destroyPlayer(BridgePlayer* player) {
@@ -238,6 +244,14 @@ BridgeState ma_getState(const BridgePlayer* player) {
 
 void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error) {
     return ma_createPlayer(url, error);
+}
+
+void* ma_preparePlayerRaw(const FileURL& url) {
+    return std::make_unique<BridgePlayer>(url).release();
+}
+
+bool ma_openPreparedRaw(void* player, BridgeErrorOut error) {
+    return player != nullptr && openPlayer(*asPlayer(player), error);
 }
 
 void ma_destroyPlayerRaw(void* player) {

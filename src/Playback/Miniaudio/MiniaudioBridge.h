@@ -74,6 +74,14 @@ bool ma_seek(BridgePlayer* player, double seconds, BridgeErrorOut error);
 
 [[nodiscard]] void* ma_createPlayerRaw(const FileURL& url, BridgeErrorOut error);
 void ma_destroyPlayerRaw(void* player);
+
+/// Creates a player whose file is opened ahead, in the background, without a device. It is opened
+/// by `ma_openPreparedRaw` or destroyed; nothing else may be called before.
+[[nodiscard]] void* ma_preparePlayerRaw(const FileURL& url);
+
+/// Completes a prepared player as `ma_createPlayer` does. False with an error: then it can only be
+/// destroyed.
+[[nodiscard]] bool ma_openPreparedRaw(void* player, BridgeErrorOut error);
 bool ma_playRaw(void* player, BridgeErrorOut error);
 void ma_pauseRaw(void* player);
 void ma_stopRaw(void* player);

@@ -40,7 +40,9 @@ void MiniaudioPlaybackEngine::load(const FileURL& url) {
         return;
     }
     std::optional<BridgeError> error;
-    handle_.reset(ma_createPlayerRaw(url, &error));
+    handle_ = takePrepared(url);
+    if (!handle_)
+        handle_.reset(ma_createPlayerRaw(url, &error));
     if (!handle_) {
         logFailure(QLatin1String("create"), error);
         return;
@@ -48,6 +50,18 @@ void MiniaudioPlaybackEngine::load(const FileURL& url) {
     ma_setVolumeRaw(handle_.get(), currentVolume_);
     sendState();
     waitForFile();
+}
+
+void MiniaudioPlaybackEngine::prepare(const FileURL& url) {
+    prepared_.reset(url.isEmpty() ? nullptr : ma_preparePlayerRaw(url));
+    preparedURL_ = url;
+}
+
+/// The prepared player, if it is this file's. One that failed is dropped: the file may be back.
+MiniaudioPlaybackEngine::Handle MiniaudioPlaybackEngine::takePrepared(const FileURL& url) {
+    Handle prepared = std::move(prepared_);
+    const bool isUsable = preparedURL_ == url && ma_openPreparedRaw(prepared.get(), nullptr);
+    return isUsable ? std::move(prepared) : nullptr;
 }
 
 void MiniaudioPlaybackEngine::play() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Playback/PublishingEngine.h"
+#include "Utils/FileURL.h"
 
 #include <QBasicTimer>
 #include <QObject>
@@ -18,6 +19,7 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
     ~MiniaudioPlaybackEngine() override;
 
     void load(const FileURL& url) override;
+    void prepare(const FileURL& url) override;
     void play() override;
     void pause() override;
     void stop() override;
@@ -35,6 +37,9 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
         void operator()(void* player) const;
     };
 
+    using Handle = std::unique_ptr<void, HandleDeleter>;
+
+    [[nodiscard]] Handle takePrepared(const FileURL& url);
     void startTimer();
     void sendState();
     void tick();
@@ -44,13 +49,15 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
     void returnToPosition();
     void lookAtOutput();
 
-    std::unique_ptr<void, HandleDeleter> handle_; // the open player
-    QBasicTimer timer_;                           // runs only while playing
-    QBasicTimer waitTimer_;                       // runs only while the player waits
-    QBasicTimer outputTimer_;                     // runs only while a playing output is lost
-    bool playsWhenReady_ = false;                 // playback starts once the file is ready
-    float currentVolume_ = 0.5F;                  // given to each new player
-    double updateInterval_ = 0.2;                 // seconds
+    Handle handle_;   // the open player
+    Handle prepared_; // the next file's
+    FileURL preparedURL_;
+    QBasicTimer timer_;           // runs only while playing
+    QBasicTimer waitTimer_;       // runs only while the player waits
+    QBasicTimer outputTimer_;     // runs only while a playing output is lost
+    bool playsWhenReady_ = false; // playback starts once the file is ready
+    float currentVolume_ = 0.5F;  // given to each new player
+    double updateInterval_ = 0.2; // seconds
 };
 
 } // namespace tamsy
