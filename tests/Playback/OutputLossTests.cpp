@@ -142,6 +142,20 @@ TEST_P(OutputLoss, AServerThatHangsHoldsNobodyUp) {
     expectSound();
 }
 
+TEST_P(OutputLoss, AServerThatHungPlaysNothingThatWasLeftMeanwhile) {
+    engine.pause();
+    SoundRecording recording;
+    recording.recordMore(0.3);
+    const std::size_t paused = recording.size();
+    server.freeze(true);
+    engine.play();
+    QTest::qWait(100);
+    engine.stop();
+    server.freeze(false);
+    recording.recordMore(0.5);
+    EXPECT_LT(level(recording.from(paused)), 1e-5);
+}
+
 TEST_P(OutputLoss, AnOutputThatIsSilentForAWhileIsWaitedFor) {
     const double before = time();
     ASSERT_TRUE(server.control({u"suspend-sink"_qs, u"tamsy"_qs, u"1"_qs}));

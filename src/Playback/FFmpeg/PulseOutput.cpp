@@ -123,15 +123,33 @@ bool PulseOutput::openStream() {
     return true;
 }
 
+bool PulseOutput::waitForServer() {
+    const Lock lock(*this);
+    hasAnswered_ = false;
+    forget(pa_stream_cork(stream_.get(), 1, &noteAnswer, this)); // it is already
+    return waitForAnswer();
+}
+
 bool PulseOutput::start() {
     const Lock lock(*this);
     isRunning_ = true;
-    hasBegun_ = false;
+    hasAnswered_ = false;
     pa_mainloop_api_once(pa_threaded_mainloop_get_api(loop_.get()), &beginSound, this);
     // Wait for the server, since one that doesn't respond plays nothing.
-    while (!hasBegun_ && isConnected())
+    return waitForAnswer();
+}
+
+/// Called with the lock held; false if the server is gone.
+bool PulseOutput::waitForAnswer() {
+    while (!hasAnswered_ && isConnected())
         pa_threaded_mainloop_wait(loop_.get());
     return isConnected();
+}
+
+void PulseOutput::noteAnswer(pa_stream* /*stream*/, int /*success*/, void* output) {
+    auto* self = static_cast<PulseOutput*>(output);
+    self->hasAnswered_ = true;
+    pa_threaded_mainloop_signal(self->loop_.get(), 0);
 }
 
 /// Runs on the loop's thread, the only one that pulls frames.
@@ -140,12 +158,7 @@ void PulseOutput::beginSound(pa_mainloop_api* /*loop*/, void* output) {
     const std::size_t writable = pa_stream_writable_size(self->stream_.get());
     if (writable != static_cast<std::size_t>(-1))
         self->fill(writable);
-    const auto answer = [](pa_stream* /*stream*/, int /*success*/, void* started) {
-        auto* begun = static_cast<PulseOutput*>(started);
-        begun->hasBegun_ = true;
-        pa_threaded_mainloop_signal(begun->loop_.get(), 0);
-    };
-    forget(pa_stream_cork(self->stream_.get(), 0, answer, self));
+    forget(pa_stream_cork(self->stream_.get(), 0, &noteAnswer, self));
 }
 
 void PulseOutput::hold() {

@@ -20,6 +20,7 @@ class PulseOutput final : public AudioOutput {
     PulseOutput(const PulseOutput&) = delete;
     PulseOutput& operator=(const PulseOutput&) = delete;
 
+    [[nodiscard]] bool waitForServer() override;
     [[nodiscard]] bool start() override;
     void hold() override;
     void flush() override;
@@ -42,6 +43,8 @@ class PulseOutput final : public AudioOutput {
     [[nodiscard]] bool connect();
     [[nodiscard]] bool openStream();
     [[nodiscard]] bool isConnected() const;
+    [[nodiscard]] bool waitForAnswer();
+    static void noteAnswer(pa_stream* stream, int success, void* output);
     void fill(std::size_t bytes);
     static void beginSound(pa_mainloop_api* loop, void* output);
     static void pullFrames(pa_stream* stream, std::size_t bytes, void* output);
@@ -52,7 +55,7 @@ class PulseOutput final : public AudioOutput {
     std::unique_ptr<pa_context, ContextEnd> context_;
     std::unique_ptr<pa_stream, StreamEnd> stream_;
     bool isRunning_ = false;
-    bool hasBegun_ = false; // the server has confirmed the latest start
+    bool hasAnswered_ = false; // the server, to the latest request that was waited for
 };
 
 } // namespace tamsy

@@ -53,6 +53,10 @@ MiniaudioDevice::~MiniaudioDevice() {
     ma_device_uninit(&device_);
 }
 
+bool MiniaudioDevice::waitForServer() {
+    return waitForPulseServer(device_);
+}
+
 bool MiniaudioDevice::start() {
     result_ = ma_device_start(&device_);
     isRunning_ = result_ == MA_SUCCESS;

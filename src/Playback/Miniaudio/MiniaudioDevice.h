@@ -21,6 +21,7 @@ class MiniaudioDevice final : public AudioOutput {
     MiniaudioDevice(const MiniaudioDevice&) = delete;
     MiniaudioDevice& operator=(const MiniaudioDevice&) = delete;
 
+    [[nodiscard]] bool waitForServer() override;
     [[nodiscard]] bool start() override;
     void hold() override;
     void flush() override;

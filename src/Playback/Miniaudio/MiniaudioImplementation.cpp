@@ -149,6 +149,18 @@ void flushPulseStream(ma_device& device) {
         release(operation);
 }
 
+bool waitForPulseServer(ma_device& device) {
+    ma_pa_stream* stream = pulseStream(device);
+    if (stream == nullptr)
+        return true;
+    const auto cork =
+        reinterpret_cast<ma_pa_stream_cork_proc>(device.pContext->pulse.pa_stream_cork);
+    constexpr int corked = 1; // it is already
+    ma_pa_operation* operation = cork(stream, corked, nullptr, nullptr);
+    return ma_wait_for_operation_and_unref__pulse(device.pContext, device.pulse.pMainLoop,
+                                                  operation) == MA_SUCCESS;
+}
+
 bool hasLostPulseServer(const ma_device& device) {
     ma_pa_stream* stream = pulseStream(device);
     if (stream == nullptr)

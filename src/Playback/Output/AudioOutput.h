@@ -20,6 +20,9 @@ class AudioOutput {
   public:
     virtual ~AudioOutput() = default;
 
+    /// Waits until the sound server of a held output responds; false if it is gone.
+    [[nodiscard]] virtual bool waitForServer() { return true; }
+
     /// Plays the frames that are still buffered, then those that it pulls from its renderer. False
     /// on failure.
     [[nodiscard]] virtual bool start() = 0;

@@ -199,10 +199,18 @@ class OutputKeeper::Worker {
     bool begin() {
         shared_->feed.forgetThread();
         nextLook_ = Clock::now() + firstLook;
-        if (output_ && output_->start())
+        // A server that hangs would play what it has got when it continues, wanted or not.
+        if (output_ && output_->waitForServer() && (isSuperseded() || output_->start()))
             return true;
         output_.reset();
         return false;
+    }
+
+    /// Whether the latest start is no longer wanted.
+    [[nodiscard]] bool isSuperseded() const {
+        const std::scoped_lock lock(shared_->mutex);
+        const Wanted& wanted = shared_->wanted;
+        return wanted.quit || !wanted.isRunning || wanted.starts != starts_;
     }
 
     void lookAfterOutput() {
