@@ -118,7 +118,7 @@ void PlaybackLoop::settle(const PlaybackRequest& request) {
     if (request.running && request.run != run_ && hasEnough)
         start(request);
     if (request.running && request.run == run_) {
-        lookAtOutput();
+        reportOutput();
         reportEnd();
     }
 }
@@ -161,7 +161,7 @@ void PlaybackLoop::start(const PlaybackRequest& request) {
     seen_ = OutputKeeper::State::Starting;
 }
 
-void PlaybackLoop::lookAtOutput() {
+void PlaybackLoop::reportOutput() {
     const OutputKeeper::State state = output_.state();
     if (std::exchange(seen_, state) == state)
         return;

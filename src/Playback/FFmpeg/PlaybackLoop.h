@@ -63,7 +63,7 @@ class PlaybackLoop {
     void settle(const PlaybackRequest& request);
     void start(const PlaybackRequest& request);
     void reportEnd();
-    void lookAtOutput();
+    void reportOutput();
     [[nodiscard]] Clock::time_point deadline(bool running) const;
     [[nodiscard]] bool hasAllSound() const { return drained_ && pending_.empty(); }
     [[nodiscard]] bool needsNoSound() const { return !filling_ || hasAllSound(); }

@@ -285,7 +285,7 @@ void ma_getStateRaw(const void* player, double* durationSeconds, double* positio
         *isPlaying = state.isPlaying;
 }
 
-BridgeFile ma_lookAtFileRaw(void* handle, BridgeErrorOut error) {
+BridgeFile ma_getFileStateRaw(void* handle, BridgeErrorOut error) {
     BridgePlayer* player = asPlayer(handle);
     if (player == nullptr)
         return BridgeFile::Ready;
@@ -318,7 +318,7 @@ bool ma_hasDeviceRaw(void* player) {
     return player != nullptr && !isDeviceOpening(*asPlayer(player));
 }
 
-BridgeOutput ma_lookAtOutputRaw(const void* player) {
+BridgeOutput ma_getOutputStateRaw(const void* player) {
     if (player == nullptr)
         return BridgeOutput::There;
     switch (static_cast<const BridgePlayer*>(player)->output.state()) {

@@ -14,7 +14,7 @@ class FileURL;
 /// The device's thread pulls frames that the decoder keeps ready in memory. Opening and seeking
 /// wait 40 ms for a slow file; after that they report success, and the player waits. While it
 /// waits, and during an underrun, a running device plays silence that doesn't count;
-/// `ma_lookAtFileRaw` reports both, and late failures.
+/// `ma_getFileStateRaw` reports both, and late failures.
 ///
 /// A slow sound server delays the caller by at most 80 ms when the device is opened or started, and
 /// by 60 ms when it stops or is closed. Opening fails after two seconds; a start that takes longer
@@ -100,7 +100,7 @@ enum class BridgeFile {
 };
 
 /// Call this regularly while a player waits. The error is that of the call that failed.
-[[nodiscard]] BridgeFile ma_lookAtFileRaw(void* player, BridgeErrorOut error);
+[[nodiscard]] BridgeFile ma_getFileStateRaw(void* player, BridgeErrorOut error);
 
 /// Whether the device has been opened, even if it was lost since.
 [[nodiscard]] bool ma_hasDeviceRaw(void* player);
@@ -114,7 +114,7 @@ enum class BridgeOutput {
 };
 
 /// Never waits for the device.
-[[nodiscard]] BridgeOutput ma_lookAtOutputRaw(const void* player);
+[[nodiscard]] BridgeOutput ma_getOutputStateRaw(const void* player);
 
 /// Sets the linear gain, clamped to 0 to 1; a new player has 0.5.
 void ma_setVolumeRaw(void* player, float volume);

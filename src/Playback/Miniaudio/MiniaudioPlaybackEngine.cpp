@@ -157,9 +157,9 @@ void MiniaudioPlaybackEngine::sendState() {
 
 /// While the output is lost, playback counts as paused. It resumes once there is another, unless
 /// the bridge gives up before.
-void MiniaudioPlaybackEngine::lookAtOutput() {
+void MiniaudioPlaybackEngine::checkOutput() {
     const bool wasLost = outputTimer_.isActive();
-    switch (ma_lookAtOutputRaw(handle_.get())) {
+    switch (ma_getOutputStateRaw(handle_.get())) {
     case BridgeOutput::There:
         if (!wasLost)
             return;
@@ -184,9 +184,9 @@ void MiniaudioPlaybackEngine::timerEvent(QTimerEvent* event) {
     if (event->timerId() == timer_.timerId())
         tick();
     else if (event->timerId() == outputTimer_.timerId())
-        lookAtOutput();
+        checkOutput();
     else if (event->timerId() == waitTimer_.timerId() && isFileReady())
-        goOn();
+        resume();
 }
 
 void MiniaudioPlaybackEngine::tick() {
@@ -208,7 +208,7 @@ void MiniaudioPlaybackEngine::tick() {
     if (duration > 0)
         durationSubject_.send(duration);
     if (playing)
-        lookAtOutput();
+        checkOutput();
 }
 
 /// Watches a file that opens or seeks more slowly than its caller waits.
@@ -221,7 +221,7 @@ void MiniaudioPlaybackEngine::waitForFile() {
 /// playback continues where it was.
 bool MiniaudioPlaybackEngine::isFileReady() {
     std::optional<BridgeError> error;
-    switch (ma_lookAtFileRaw(handle_.get(), &error)) {
+    switch (ma_getFileStateRaw(handle_.get(), &error)) {
     case BridgeFile::Ready:
         return true;
     case BridgeFile::Waiting:
@@ -240,7 +240,7 @@ bool MiniaudioPlaybackEngine::isFileReady() {
 }
 
 /// The file is ready: playback continues, and the duration is known.
-void MiniaudioPlaybackEngine::goOn() {
+void MiniaudioPlaybackEngine::resume() {
     waitTimer_.stop();
     double duration = 0;
     ma_getStateRaw(handle_.get(), &duration, nullptr, nullptr);

@@ -45,9 +45,9 @@ class MiniaudioPlaybackEngine final : public QObject, public PublishingEngine {
     void tick();
     void waitForFile();
     [[nodiscard]] bool isFileReady();
-    void goOn();
+    void resume();
     void returnToPosition();
-    void lookAtOutput();
+    void checkOutput();
 
     Handle handle_;   // the open player
     Handle prepared_; // the next file's

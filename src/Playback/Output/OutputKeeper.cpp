@@ -23,15 +23,15 @@ using Clock = std::chrono::steady_clock;
 constexpr auto lossLimit = 2s;
 
 /// How long to look for another output; a listener who is still there acts sooner.
-constexpr auto patienceWithLoss = 60s;
+constexpr auto searchLimit = 60s;
 
 /// The intervals for checking an output and replacing a lost one, and for replacing a silent one.
-constexpr auto lookInterval = 250ms;
+constexpr auto checkInterval = 250ms;
 constexpr auto silentInterval = 500ms;
 constexpr auto lateSilentInterval = 5s; // after the first minute
 
 /// The time from a start to the first check; the device has pulled frames by then.
-constexpr auto firstLook = 30ms;
+constexpr auto firstCheck = 30ms;
 
 /// The maximum number of threads, including those that are stuck in a sound server.
 constexpr int maxWorkers = 8;
@@ -120,8 +120,8 @@ class OutputKeeper::Worker {
         const auto isChanged = [this] {
             return shared_->wanted.quit || shared_->wanted.number != shared_->done;
         };
-        if (nextLook_)
-            shared_->changed.wait_until(lock, *nextLook_, isChanged);
+        if (nextCheck_)
+            shared_->changed.wait_until(lock, *nextCheck_, isChanged);
         else
             shared_->changed.wait(lock, isChanged);
         return shared_->wanted.quit ? std::nullopt : std::optional(shared_->wanted);
@@ -133,7 +133,7 @@ class OutputKeeper::Worker {
         if (wanted.isRunning && wanted.starts != starts_)
             startOutput(wanted.starts);
         else if (wanted.isRunning)
-            lookAfterOutput();
+            checkOutput();
         else
             holdOutput();
         if (wanted.isOpen && !output_ && !wanted.isRunning)
@@ -173,7 +173,7 @@ class OutputKeeper::Worker {
             output_->hold();
         isRunning_ = false;
         lostSince_.reset();
-        nextLook_.reset();
+        nextCheck_.reset();
     }
 
     void startOutput(std::uint64_t number) {
@@ -193,12 +193,12 @@ class OutputKeeper::Worker {
                 return;
         }
         lostSince_ = Clock::now() - lossLimit; // it needs no time to restart: it never ran
-        nextLook_ = Clock::now() + lookInterval;
+        nextCheck_ = Clock::now() + checkInterval;
     }
 
     bool begin() {
         shared_->feed.forgetThread();
-        nextLook_ = Clock::now() + firstLook;
+        nextCheck_ = Clock::now() + firstCheck;
         // A server that hangs would play what it has got when it continues, wanted or not.
         if (output_ && output_->waitForServer() && (isSuperseded() || output_->start()))
             return true;
@@ -213,16 +213,16 @@ class OutputKeeper::Worker {
         return wanted.quit || !wanted.isRunning || wanted.starts != starts_;
     }
 
-    void lookAfterOutput() {
-        if (!isRunning_ || Clock::now() < nextLook_.value_or(Clock::time_point::max()))
+    void checkOutput() {
+        if (!isRunning_ || Clock::now() < nextCheck_.value_or(Clock::time_point::max()))
             return;
-        nextLook_ = Clock::now() + lookInterval;
+        nextCheck_ = Clock::now() + checkInterval;
         if (!output_ || !output_->isAlive())
             replaceLostOutput();
         else if (output_->isSilent())
             replaceSilentOutput();
         else
-            hurryFeed();
+            requestPriority();
     }
 
     void replaceLostOutput() {
@@ -234,8 +234,8 @@ class OutputKeeper::Worker {
             lostSince_.reset();
             return;
         }
-        nextLook_ = Clock::now() + lookInterval;
-        if (Clock::now() - *lostSince_ < patienceWithLoss)
+        nextCheck_ = Clock::now() + checkInterval;
+        if (Clock::now() - *lostSince_ < searchLimit)
             return;
         hasGivenUp_ = true;
         holdOutput();
@@ -243,8 +243,9 @@ class OutputKeeper::Worker {
 
     void replaceSilentOutput() {
         std::unique_ptr<AudioOutput> real = shared_->opener(shared_->feed, false);
-        const bool isEarly = Clock::now() - startedAt_ < patienceWithLoss;
-        nextLook_ = Clock::now() + (isEarly ? Clock::duration(silentInterval) : lateSilentInterval);
+        const bool isEarly = Clock::now() - startedAt_ < searchLimit;
+        nextCheck_ =
+            Clock::now() + (isEarly ? Clock::duration(silentInterval) : lateSilentInterval);
         if (!real)
             return;
         output_->hold(); // only one thread may pull frames at a time
@@ -253,9 +254,9 @@ class OutputKeeper::Worker {
         begin();
     }
 
-    void hurryFeed() {
+    void requestPriority() {
         const pid_t thread = shared_->feed.thread();
-        if (thread != 0 && std::exchange(hurried_, thread) != thread)
+        if (thread != 0 && std::exchange(prioritised_, thread) != thread)
             RealtimePriority::request(thread);
     }
 
@@ -265,10 +266,10 @@ class OutputKeeper::Worker {
     std::uint64_t flushes_ = 0;
     bool isRunning_ = false;
     bool hasGivenUp_ = false;
-    pid_t hurried_ = 0; // the thread that priority was requested for
+    pid_t prioritised_ = 0; // the thread that priority was requested for
     Clock::time_point startedAt_;
     std::optional<Clock::time_point> lostSince_;
-    std::optional<Clock::time_point> nextLook_; // only while running
+    std::optional<Clock::time_point> nextCheck_; // only while running
 };
 
 OutputKeeper::OutputKeeper(std::shared_ptr<AudioRenderer> renderer, Opener opener)

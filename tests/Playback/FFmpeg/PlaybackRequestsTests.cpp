@@ -1,7 +1,7 @@
-#include "Playback/Output/OutputKeeper.h"
 #include "Playback/FFmpeg/PlaybackRequests.h"
 #include "Playback/FFmpeg/RingRenderer.h"
 #include "Playback/FFmpeg/SilentOutput.h"
+#include "Playback/Output/OutputKeeper.h"
 #include "Playback/TestAudio.h"
 
 #include <memory>

@@ -56,7 +56,7 @@ void expectRefused(const FileURL& url, int code) {
     // On a busy machine the answer may come after the call.
     const Player late(ma_createPlayer(url, &error));
     EXPECT_TRUE(waitUntil([&] {
-        return error || ma_lookAtFileRaw(late.get(), &error) == BridgeFile::NotOpened;
+        return error || ma_getFileStateRaw(late.get(), &error) == BridgeFile::NotOpened;
     })) << url.absoluteString().toStdString();
     // The aim is 50 ms; a search through 4 GB takes half a minute.
     EXPECT_LT(timer.elapsed(), 5000) << url.absoluteString().toStdString();
