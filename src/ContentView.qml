@@ -17,11 +17,11 @@ Item {
 
     Component.onCompleted: player.attachLibrary(library)
 
-    function focusSearch() {
+    function focusSearch(): void {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
     }
-    function revealCurrentTrack() {
+    function revealCurrentTrack(): void {
         trackList.revealCurrent();
     }
 
@@ -91,7 +91,7 @@ Item {
                     id: trackList
 
                     anchors.fill: parent
-                    anchors.topMargin: 56
+                    anchors.topMargin: Theme.toolbarHeight
                     library: content.library
                     player: content.player
                     bottomInset: bar.height

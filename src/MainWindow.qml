@@ -1,12 +1,11 @@
 import QtQuick
-import QtQuick.Controls
 import QtQuick.Dialogs
 import Tamsy.Controls
 import Tamsy.Library
 
 /// The main window: menus, content, folder panel. Closing it quits the program, even if another window
 /// is open.
-ApplicationWindow {
+AppWindow {
     id: window
 
     required property LibraryViewModel library
@@ -20,32 +19,8 @@ ApplicationWindow {
     height: 720
     minimumWidth: content.minimumWidth
     minimumHeight: 400
-    title: "Tamsy Music"
     onClosing: Qt.quit()
-    color: Theme.colors.chrome
-
-    palette {
-        window: Theme.colors.chrome
-        button: Theme.colors.button
-        base: Theme.colors.table
-        alternateBase: Theme.colors.alternate
-        windowText: Theme.colors.text
-        text: Theme.colors.text
-        buttonText: Theme.colors.text
-        highlight: Theme.colors.selectedActive
-        highlightedText: Theme.colors.text
-        placeholderText: Theme.colors.placeholder
-        toolTipBase: Theme.colors.tip
-        toolTipText: Theme.colors.tipText
-        mid: Theme.colors.separator
-        dark: Theme.colors.fieldBorder
-        link: Theme.colors.accent
-        disabled {
-            windowText: Theme.colors.disabled
-            text: Theme.colors.disabled
-            buttonText: Theme.colors.disabled
-        }
-    }
+    color: colors.chrome
 
     menuBar: AppMenuBar {
         id: menus
@@ -94,7 +69,7 @@ ApplicationWindow {
     }
     Connections {
         target: window.folderPanel
-        function onRequested(prompt: string, message: string, startFolder: url) {
+        function onRequested(prompt: string, message: string, startFolder: url): void {
             folderDialog.currentFolder = startFolder;
             folderDialog.title = message;
             folderDialog.acceptLabel = prompt;

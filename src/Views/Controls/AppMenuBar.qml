@@ -6,11 +6,11 @@ MenuBar {
     id: bar
 
     /// Opens the first menu; the arrow keys move to the others.
-    function openFirst() {
+    function openFirst(): void {
         (itemAt(0) as MenuBarItem).triggered();
     }
 
-    implicitHeight: 28
+    implicitHeight: Theme.menuItemHeight
     leftPadding: 8
     rightPadding: 8
     topPadding: 0
@@ -22,7 +22,7 @@ MenuBar {
     delegate: MenuBarItem {
         id: title
 
-        implicitHeight: 28
+        implicitHeight: Theme.menuItemHeight
         leftPadding: 8
         rightPadding: 8
         topPadding: 0

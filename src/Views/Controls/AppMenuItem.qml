@@ -8,7 +8,7 @@ MenuItem {
     property bool destructive: false
     property string shortcutText: action instanceof ShortcutAction ? action.shortcutText : ""
 
-    implicitHeight: 28
+    implicitHeight: Theme.menuItemHeight
     implicitWidth: label.implicitWidth + (shortcutText === "" ? 0 : shortcutLabel.implicitWidth + 32) + 16
     leftPadding: 8
     rightPadding: 8

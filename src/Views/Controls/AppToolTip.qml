@@ -26,10 +26,6 @@ ToolTip {
         color: tip.colors.tip
         radius: Theme.smallRadius
     }
-    enter: Transition {
-        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.fadeIn; easing.type: Easing.OutCubic }
-    }
-    exit: Transition {
-        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.surfaceOut; easing.type: Easing.OutCubic }
-    }
+    enter: FadeIn {}
+    exit: FadeOut {}
 }

@@ -8,6 +8,6 @@ Rectangle {
 
     opacity: shown ? 1 : 0
     Behavior on opacity {
-        NumberAnimation { duration: fill.shown ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+        NumberAnimation { duration: fill.shown ? Theme.fadeIn : Theme.fadeOut; easing.type: Theme.easeOut }
     }
 }

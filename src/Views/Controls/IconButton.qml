@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Controls
 
-/// An icon button, filled only under the pointer.
-AppButton {
+/// A flat button with an icon.
+FlatButton {
     id: button
 
     required property string iconName
@@ -10,15 +10,10 @@ AppButton {
     /// The tooltip and accessible name.
     property string help: ""
 
-    implicitWidth: 32
-    implicitHeight: 32
+    implicitWidth: Theme.controlHeight
+    implicitHeight: Theme.controlHeight
     Accessible.name: help
 
-    background: HoverFill {
-        radius: Theme.radius
-        color: button.down ? Theme.colors.buttonPressed : Theme.colors.hover
-        shown: button.hovered || button.down
-    }
     contentItem: Item {
         Icon {
             anchors.centerIn: parent
@@ -26,9 +21,6 @@ AppButton {
             size: button.iconSize
             color: button.enabled ? button.hovered ? Theme.colors.text : Theme.colors.text2 : Theme.colors.disabled
         }
-    }
-    FocusRing {
-        shown: button.visualFocus
     }
     AppToolTip {
         parent: button

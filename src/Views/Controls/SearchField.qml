@@ -6,7 +6,7 @@ TextField {
     id: field
 
     implicitWidth: 260
-    implicitHeight: 32
+    implicitHeight: Theme.controlHeight
     leftPadding: 32
     rightPadding: clearButton.visible ? 32 : 8
     topPadding: 0

@@ -28,10 +28,10 @@ ScrollBar {
             color: bar.colors.scroll
             opacity: bar.wide ? 0.45 : 0.28
             Behavior on width {
-                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Theme.easeOut }
             }
             Behavior on opacity {
-                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+                NumberAnimation { duration: bar.wide ? Theme.fadeIn : Theme.fadeOut; easing.type: Theme.easeOut }
             }
         }
         states: State {
@@ -42,13 +42,13 @@ ScrollBar {
             Transition {
                 to: ""
                 SequentialAnimation {
-                    PauseAnimation { duration: 800 }
-                    NumberAnimation { property: "opacity"; duration: 400; easing.type: Easing.Linear }
+                    PauseAnimation { duration: Theme.scrollBarRest }
+                    NumberAnimation { property: "opacity"; duration: Theme.scrollBarOut; easing.type: Easing.Linear }
                 }
             },
             Transition {
                 from: ""
-                NumberAnimation { property: "opacity"; duration: Theme.fadeIn; easing.type: Easing.OutCubic }
+                NumberAnimation { property: "opacity"; duration: Theme.fadeIn; easing.type: Theme.easeOut }
             }
         ]
     }

@@ -58,7 +58,7 @@ Slider {
             color: Theme.colors.accent
             opacity: slider.highlighted ? 0.22 : 0
             Behavior on opacity {
-                NumberAnimation { duration: slider.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Easing.OutCubic }
+                NumberAnimation { duration: slider.hovered ? Theme.fadeIn : Theme.fadeOut; easing.type: Theme.easeOut }
             }
         }
         FocusRing {

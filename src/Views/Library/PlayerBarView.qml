@@ -11,7 +11,7 @@ Item {
     /// The content below the bar, which shows through blurred.
     required property Item backdrop
 
-    implicitHeight: 72
+    implicitHeight: Theme.playerBarHeight
     Accessible.role: Accessible.ToolBar
     Accessible.name: AccessibleNames.playerBar
 
@@ -35,7 +35,7 @@ Item {
         x: 12
         y: 8
         width: parent.width - 24
-        height: 32
+        height: Theme.controlHeight
         spacing: 12
 
         BorderedButton {

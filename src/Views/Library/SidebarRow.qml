@@ -18,11 +18,11 @@ Item {
     signal removeRequested
 
     /// Opens the menu below the row, as the keyboard asks for it.
-    function openMenu() {
+    function openMenu(): void {
         menu.popup(fill, fill.radius, fill.height);
     }
 
-    height: 32
+    height: Theme.folderRowHeight
     Accessible.role: Accessible.ListItem
     Accessible.name: displayName
     Accessible.selectable: true

@@ -13,15 +13,14 @@ Rectangle {
 
     color: Theme.colors.chrome
 
-    ListView {
+    RowList {
         id: list
-
-        property bool usedByKeyboard: false
 
         anchors.fill: parent
         topMargin: 12
-        bottomMargin: sidebar.bottomInset + 8
-        clip: true
+        bottomMargin: bottomInset + 8
+        rowHeight: Theme.folderRowHeight
+        bottomInset: sidebar.bottomInset
         // The linter doesn't know the base class of a C++ model.
         // qmllint disable
         model: FolderListModel {
@@ -30,30 +29,14 @@ Rectangle {
         }
         // qmllint enable
         currentIndex: folderModel.selectedRow
-        highlightFollowsCurrentItem: false
-        keyNavigationEnabled: false
-        activeFocusOnTab: true
-        boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
         Accessible.name: AccessibleNames.folders
-        ScrollBar.vertical: ThinScrollBar {
-            bottomPadding: sidebar.bottomInset + 2
-        }
 
-        // A press resets it after it has taken the focus.
-        onActiveFocusChanged: usedByKeyboard = activeFocus
-
-        function select(row: int) {
+        function select(row: int): void {
             if (row >= 0 && row < count) {
                 sidebar.library.selectedFolderId = folderModel.idAt(row);
                 reveal(row);
             }
-        }
-        /// Scrolls just enough to show the row above what covers the list.
-        function reveal(row: int) {
-            const top = row * 32;
-            const lowest = top + 32 - (height - sidebar.bottomInset);
-            contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
         }
         Keys.onUpPressed: select(currentIndex < 0 ? count - 1 : currentIndex - 1)
         Keys.onDownPressed: select(currentIndex + 1)
@@ -74,10 +57,9 @@ Rectangle {
         delegate: SidebarRow {
             width: list.width
             hasListFocus: list.activeFocus
-            showsKeyboardFocus: list.activeFocus && list.usedByKeyboard
+            showsKeyboardFocus: list.showsKeyboardFocus
             onSelectRequested: {
-                list.forceActiveFocus();
-                list.usedByKeyboard = false;
+                list.focusByPointer();
                 list.select(index);
             }
             onRescanRequested: sidebar.library.rescanFolder(folderId)
@@ -86,7 +68,7 @@ Rectangle {
         // qmllint enable unqualified
     }
     FocusRing {
-        shown: list.activeFocus && list.usedByKeyboard && list.currentIndex < 0
+        shown: list.showsKeyboardFocus && list.currentIndex < 0
         inset: 4
     }
     Rectangle {

@@ -12,7 +12,7 @@ Item {
     /// The selected track's identity, or empty. Unchanged when the list changes.
     property string selection: ""
     /// Height at the bottom that something covers.
-    property int bottomInset: 72
+    property int bottomInset: Theme.playerBarHeight
     /// Leaves 200 points for the title, with the other columns at their minimum widths.
     readonly property int minimumWidth: tableColumns.minimumContentWidth + margins
     /// The same with the other columns at their ideal widths.
@@ -27,7 +27,7 @@ Item {
     }
 
     /// Scrolls to the current track's row, if it is listed.
-    function revealCurrent() {
+    function revealCurrent(): void {
         const row = tracks.indexOfAddress(player.currentAddress);
         if (row >= 0)
             list.reveal(row);
@@ -58,38 +58,28 @@ Item {
         visible: view.library.hasSelectedFolder
         columns: tableColumns
     }
-    ListView {
+    RowList {
         id: list
 
-        property bool usedByKeyboard: false
         property bool wasSelectedBefore: false
 
         anchors.fill: parent
         anchors.topMargin: header.height
         topMargin: 4
-        // Twice what covers the list, to leave some space.
-        bottomMargin: view.bottomInset + 72
+        bottomMargin: 2 * bottomInset // leaves some space
+        rowHeight: Theme.trackRowHeight
+        bottomInset: view.bottomInset
         visible: header.visible
-        clip: true
         model: tracks
         currentIndex: -1
-        highlightFollowsCurrentItem: false
-        keyNavigationEnabled: false
         reuseItems: true
         // Covers are loaded only for visible rows.
         cacheBuffer: 0
-        activeFocusOnTab: true
-        boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.Table
         Accessible.name: AccessibleNames.tracks
-        ScrollBar.vertical: ThinScrollBar {
-            bottomPadding: view.bottomInset + 2
-        }
-        // A press resets it after it has taken the focus.
-        onActiveFocusChanged: usedByKeyboard = activeFocus
 
         /// Moves the selection by keyboard, within the list.
-        function moveTo(row: int) {
+        function moveTo(row: int): void {
             if (count === 0)
                 return;
             usedByKeyboard = true;
@@ -97,21 +87,15 @@ Item {
             view.selection = tracks.idAt(target);
             reveal(target);
         }
-        /// Scrolls just enough to show the row above what covers the list.
-        function reveal(row: int) {
-            const top = row * 36;
-            const lowest = top + 36 - (height - view.bottomInset);
-            contentY = Math.max(lowest, Math.min(top - topMargin, contentY));
-        }
         /// Restarts the selected track; plays the first one if none is selected.
-        function playSelected(row: int) {
+        function playSelected(row: int): void {
             if (row < 0)
                 moveTo(0);
             else
                 view.player.play(tracks.urlOf(view.selection));
         }
         function pageRows(): int {
-            return Math.max(1, Math.floor((height - topMargin - view.bottomInset) / 36) - 1);
+            return Math.max(1, Math.floor((height - topMargin - bottomInset) / rowHeight) - 1);
         }
         Keys.onPressed: event => {
             const row = tracks.indexOf(view.selection);
@@ -137,10 +121,9 @@ Item {
             player: view.player
             selected: trackId === view.selection
             hasListFocus: list.activeFocus
-            showsKeyboardFocus: list.activeFocus && list.usedByKeyboard
+            showsKeyboardFocus: list.showsKeyboardFocus
             onChosen: {
-                list.forceActiveFocus();
-                list.usedByKeyboard = false;
+                list.focusByPointer();
                 list.wasSelectedBefore = selected;
                 view.selection = trackId;
             }
@@ -153,7 +136,7 @@ Item {
         // qmllint enable unqualified
     }
     FocusRing {
-        shown: list.activeFocus && list.usedByKeyboard && tracks.indexOf(view.selection) < 0
+        shown: list.showsKeyboardFocus && tracks.indexOf(view.selection) < 0
         inset: 4
     }
 }

@@ -23,11 +23,11 @@ Item {
     readonly property bool vivid: selected && hasListFocus
 
     /// The row was chosen; `onTitle` says whether in the first column.
-    signal chosen(bool onTitle)
+    signal chosen(onTitle: bool)
     /// The pointer was released on the row, after `chosen`.
-    signal clicked(bool onTitle)
+    signal clicked(onTitle: bool)
 
-    height: 36
+    height: Theme.trackRowHeight
     ListView.onPooled: isShown = false
     ListView.onReused: isShown = true
     Accessible.role: Accessible.Row

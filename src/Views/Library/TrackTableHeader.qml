@@ -7,7 +7,7 @@ Item {
 
     required property TrackColumns columns
 
-    implicitHeight: 32
+    implicitHeight: Theme.tableHeaderHeight
 
     // The linter doesn't know ids outside a component.
     // qmllint disable unqualified
