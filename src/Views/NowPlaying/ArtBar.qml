@@ -8,6 +8,8 @@ Item {
 
     /// The filled fraction, 0 to 1.
     required property real fraction
+    /// Whether the thumb shows at the end of the filled part.
+    required property bool showsThumb
     readonly property alias hovered: mouse.containsMouse
 
     /// The pointer is at this fraction of the width, clamped to 0 to 1.
@@ -52,9 +54,9 @@ Item {
         height: 12
         radius: 6
         color: Qt.rgba(1, 1, 1, 0.45)
-        opacity: bar.hovered ? 1 : 0
+        opacity: bar.showsThumb ? 1 : 0
         Behavior on opacity {
-            NumberAnimation { duration: bar.hovered ? Theme.surfaceOut : Theme.thumbOut; easing.type: Easing.OutCubic }
+            NumberAnimation { duration: bar.showsThumb ? Theme.thumbIn : Theme.thumbOut; easing.type: Theme.easeOut }
         }
     }
     FocusRing {

@@ -2,7 +2,7 @@ import QtQuick
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
-/// A slow, soft field of the cover's colours. It moves while it can be seen.
+/// The moving background in the cover's colours.
 Item {
     id: background
 
@@ -13,6 +13,11 @@ Item {
     readonly property alias textShadowStrength: gradient.textShadowStrength
     readonly property bool isSoftware: GraphicsInfo.api === GraphicsInfo.Software
 
+    /// Whether the blobs move.
+    function recomputeActive(): bool {
+        return player.isUIVisible && Window.visibility !== Window.Hidden && !isSoftware;
+    }
+
     // The base of a model made in C++ is unknown to the checker.
     // qmllint disable
     ArtworkGradientModel {
@@ -21,7 +26,7 @@ Item {
         image: background.image
         isFullScreen: background.isFullScreen
         isSeeking: background.player.isSeeking
-        isActive: background.player.isUIVisible && background.Window.visibility !== Window.Hidden && !background.isSoftware
+        isActive: background.recomputeActive()
         canBeSeen: background.canBeSeen
         area: Qt.size(background.width, background.height)
     }

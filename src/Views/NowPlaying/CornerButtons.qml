@@ -37,7 +37,8 @@ Item {
                 id: listButton
 
                 iconName: "list"
-                grow: 8
+                horizontalGrow: 8
+                verticalGrow: 8
                 text: "曲目列表"
                 onClicked: corner.listRequested()
             }
@@ -45,7 +46,8 @@ Item {
                 id: lyricsButton
 
                 iconName: corner.showLyrics ? "lyrics-filled" : "lyrics"
-                grow: 8
+                horizontalGrow: 8
+                verticalGrow: 8
                 text: "歌词"
                 Accessible.checkable: true
                 Accessible.checked: corner.showLyrics

@@ -1,4 +1,5 @@
 import QtQuick
+import Tamsy.Controls
 
 /// A line of synced lyrics: the current one stands out, later ones are blurred and faint, past ones are
 /// invisible.
@@ -20,7 +21,7 @@ Item {
     Accessible.name: line
     Accessible.selected: current
     Behavior on opacity {
-        NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+        NumberAnimation { duration: Theme.lyricsFade; easing.type: Theme.easeInOut }
     }
 
     Text {
@@ -55,7 +56,7 @@ Item {
         blurred: true
         shade: row.shade
         Behavior on opacity {
-            NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+            NumberAnimation { duration: Theme.lyricsFade; easing.type: Theme.easeInOut }
         }
     }
     LyricText {
@@ -69,7 +70,7 @@ Item {
         blurred: false
         shade: row.shade
         Behavior on opacity {
-            NumberAnimation { duration: 300; easing.type: Easing.InOutQuad }
+            NumberAnimation { duration: Theme.lyricsFade; easing.type: Theme.easeInOut }
         }
     }
 }

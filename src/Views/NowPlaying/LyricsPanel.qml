@@ -3,7 +3,7 @@ import Tamsy.NowPlaying
 
 /// The right half of the window: the lyrics of the current track.
 Item {
-    id: panel
+    id: lyricsPanel
 
     required property LyricsPanelModel lyrics
     /// In points, as set in the main window's menu.
@@ -16,10 +16,10 @@ Item {
         anchors.centerIn: parent
         width: parent.width
         height: measure.implicitHeight
-        visible: panel.lyrics.count === 0
+        visible: lyricsPanel.lyrics.count === 0
         text: "暂无歌词"
-        shade: panel.shade
-        size: Math.max(panel.lyricsFontSizePoints * 0.45, 14)
+        shade: lyricsPanel.shade
+        size: Math.max(lyricsPanel.lyricsFontSizePoints * 0.45, 14)
         weight: Font.Normal
         ink: Qt.rgba(1, 1, 1, 0.5)
         blurred: false
@@ -37,20 +37,20 @@ Item {
     }
     Loader {
         anchors.fill: parent
-        active: panel.lyrics.count > 0 && panel.lyrics.isSynced
+        active: lyricsPanel.lyrics.count > 0 && lyricsPanel.lyrics.isSynced
         sourceComponent: SyncedLyrics {
-            lyrics: panel.lyrics
-            size: panel.lyricsFontSizePoints
-            shade: panel.shade
+            lyrics: lyricsPanel.lyrics
+            size: lyricsPanel.lyricsFontSizePoints
+            shade: lyricsPanel.shade
         }
     }
     Loader {
         anchors.fill: parent
-        active: panel.lyrics.count > 0 && !panel.lyrics.isSynced
+        active: lyricsPanel.lyrics.count > 0 && !lyricsPanel.lyrics.isSynced
         sourceComponent: PlainLyrics {
-            lyrics: panel.lyrics
-            size: panel.lyricsFontSizePoints
-            shade: panel.shade
+            lyrics: lyricsPanel.lyrics
+            size: lyricsPanel.lyricsFontSizePoints
+            shade: lyricsPanel.shade
         }
     }
 }

@@ -14,17 +14,14 @@ Item {
     readonly property real rowWidth: isFullScreen ? 400 : 380
     readonly property int spacing: 20
 
-    /// Where the time bar stands while it is dragged, in seconds, or -1.
-    property real previewSeekTime: -1
-
-    // On a low window the cover gives way, above and below it the least of air stays.
+    // In a low window the cover shrinks, which leaves minimum margins above and below.
     CoverView {
         id: cover
 
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Math.max(0, Math.round((content.height - height - content.spacing - block.contentHeight) / 2))
+        y: Math.max(0, Math.round((content.height - height - content.spacing - column.height) / 2))
         model: content.model
-        side: Math.max(80, Math.min(400, content.width, content.height - content.spacing - block.contentHeight - 2 * 28))
+        side: Math.max(80, Math.min(400, content.width, content.height - content.spacing - column.height - 2 * 28))
     }
     LegibilityShadow {
         anchors.fill: block
@@ -36,137 +33,43 @@ Item {
         id: block
 
         readonly property int margin: 20
-        readonly property real contentHeight: 50 + content.spacing + 42 + controls.height
-        readonly property real labelWidth: Math.min(content.width - 80, Math.max(title.implicitWidth, artist.implicitWidth))
 
         anchors.horizontalCenter: parent.horizontalCenter
         y: cover.y + cover.height + content.spacing - margin
-        width: Math.ceil(Math.max(content.rowWidth, labelWidth)) + 2 * margin
-        height: contentHeight + 2 * margin
+        width: Math.ceil(Math.max(content.rowWidth, labels.width)) + 2 * margin
+        height: column.height + 2 * margin
         layer.enabled: GraphicsInfo.api !== GraphicsInfo.Software
 
         Column {
+            id: column
+
             y: block.margin
             width: parent.width
-            spacing: content.spacing
 
-            Item {
-                width: parent.width
-                height: 50
-
-                ArtText {
-                    id: title
-
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    y: -3
-                    width: block.labelWidth
-                    height: 30
-                    horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
-                    text: content.player.currentTitle
-                    shade: content.shade
-                    font.pixelSize: 26
-                    font.weight: Font.DemiBold
-
-                    HoverHandler {
-                        id: titlePointer
-                    }
-                }
-                ArtText {
-                    id: artist
-
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    y: 33
-                    width: block.labelWidth
-                    height: 20
-                    horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
-                    text: content.model.artist
-                    shade: content.shade
-                    color: Qt.rgba(1, 1, 1, 0.8)
-                    font.pixelSize: 16
-
-                    HoverHandler {
-                        id: artistPointer
-                    }
-                }
-                ElisionTip {
-                    label: titlePointer.hovered ? title : artistPointer.hovered ? artist : null
-                    colors: Theme.onArt
-                }
-            }
-            Item {
-                id: timeBlock
-
-                readonly property real shownTime: content.previewSeekTime >= 0 ? content.previewSeekTime : content.player.currentTime
+            TrackLabels {
+                id: labels
 
                 anchors.horizontalCenter: parent.horizontalCenter
+                width: Math.min(content.width - 80, textWidth)
+                title: content.player.currentTitle
+                artist: content.model.artist
+                shade: content.shade
+            }
+            Item {
+                width: 1
+                height: content.spacing
+            }
+            TimeBlock {
+                anchors.horizontalCenter: parent.horizontalCenter
                 width: content.rowWidth
-                height: 42
-
-                ArtBar {
-                    id: timeBar
-
-                    readonly property real duration: content.player.duration > 0 ? content.player.duration : 1
-
-                    width: parent.width
-                    height: 20
-                    fraction: content.player.duration > 0 ? Math.max(0, Math.min(1, timeBlock.shownTime / content.player.duration)) : 0
-                    Accessible.name: AccessibleNames.position
-                    // Playback isn't affected until the end of the drag.
-                    onDragged: fraction => {
-                        if (!content.player.isSeeking)
-                            content.player.isSeeking = true;
-                        content.previewSeekTime = fraction * duration;
-                    }
-                    onDropped: fraction => {
-                        const target = fraction * duration;
-                        content.previewSeekTime = -1;
-                        content.player.seek(target);
-                        seekingEnd.restart();
-                        NowPlayingLog.log("seek end -> " + target.toFixed(3) + " / " + duration.toFixed(3));
-                    }
-                    onCanceled: {
-                        content.previewSeekTime = -1;
-                        seekingEnd.restart();
-                    }
-                    onStepped: direction => content.player.seek(Math.max(0, Math.min(duration, content.player.currentTime + 5 * direction)))
-                }
-                ArtText {
-                    y: 26
-                    height: 16
-                    verticalAlignment: Text.AlignVCenter
-                    text: TimeFormat.timeString(timeBlock.shownTime)
-                    shade: content.shade
-                    color: Qt.rgba(1, 1, 1, 0.7)
-                    font.pixelSize: Theme.smallSize
-                }
-                ArtText {
-                    anchors.right: parent.right
-                    y: 26
-                    height: 16
-                    verticalAlignment: Text.AlignVCenter
-                    text: TimeFormat.timeString(content.player.duration)
-                    shade: content.shade
-                    color: Qt.rgba(1, 1, 1, 0.7)
-                    font.pixelSize: Theme.smallSize
-                }
+                player: content.player
+                shade: content.shade
+            }
+            PlaybackControls {
+                anchors.horizontalCenter: parent.horizontalCenter
+                player: content.player
+                rowWidth: content.rowWidth
             }
         }
-        PlaybackControls {
-            id: controls
-
-            anchors.horizontalCenter: parent.horizontalCenter
-            y: block.margin + 50 + content.spacing + 42
-            player: content.player
-            rowWidth: content.rowWidth
-        }
-    }
-    // A second drag soon after the first shares the flag and may find it cleared.
-    Timer {
-        id: seekingEnd
-
-        interval: 200
-        onTriggered: content.player.isSeeking = false
     }
 }

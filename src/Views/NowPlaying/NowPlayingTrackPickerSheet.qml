@@ -25,7 +25,7 @@ Popup {
     padding: 1
     closePolicy: Popup.CloseOnEscape
 
-    function pick(address: var) {
+    function pick(address: var): void {
         if (isLeaving)
             return;
         player.play(address);
@@ -38,16 +38,16 @@ Popup {
         Behavior on opacity {
             NumberAnimation {
                 duration: sheet.isLeaving ? Theme.sheetOut : Theme.sheetIn
-                easing.type: sheet.isLeaving ? Easing.InCubic : Easing.OutCubic
+                easing.type: sheet.isLeaving ? Theme.easeIn : Theme.easeOut
             }
         }
     }
     enter: Transition {
-        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
-        NumberAnimation { target: raised; property: "y"; from: 12; to: 0; duration: Theme.sheetIn; easing.type: Easing.OutCubic }
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.sheetIn; easing.type: Theme.easeOut }
+        NumberAnimation { target: raised; property: "y"; from: 12; to: 0; duration: Theme.sheetIn; easing.type: Theme.easeOut }
     }
     exit: Transition {
-        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.sheetOut; easing.type: Easing.InCubic }
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.sheetOut; easing.type: Theme.easeIn }
     }
     background: Item {
         SoftShadow {
@@ -80,7 +80,7 @@ Popup {
             id: heading
 
             x: 16
-            height: 56
+            height: Theme.toolbarHeight
             verticalAlignment: Text.AlignVCenter
             text: "选择歌曲"
             textFormat: Text.PlainText
@@ -90,22 +90,25 @@ Popup {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        TextButton {
+        BorderedButton {
             anchors.right: parent.right
             anchors.rightMargin: 12
             y: 12
             text: "关闭"
+            colors: Theme.onArt
             onClicked: sheet.close()
         }
         Rectangle {
-            y: 55
+            y: Theme.toolbarHeight - 1
             width: parent.width
             height: 1
             color: Theme.onArt.separator
         }
         EmptyState {
+            id: emptyState
+
             anchors.horizontalCenter: parent.horizontalCenter
-            y: Math.round((56 + parent.height - height) / 2)
+            y: Math.round((Theme.toolbarHeight + parent.height - height) / 2)
             visible: !sheet.hasFolder || sheet.isEmpty
             spacing: 12
             colors: Theme.onArt
@@ -118,11 +121,11 @@ Popup {
             id: list
 
             anchors.fill: parent
-            anchors.topMargin: 56
+            anchors.topMargin: Theme.toolbarHeight
             anchors.bottomMargin: 1
             topMargin: 8
             bottomMargin: 8
-            visible: sheet.hasFolder && !sheet.isEmpty
+            visible: !emptyState.visible
             clip: true
             focus: true
             reuseItems: true
@@ -146,7 +149,7 @@ Popup {
             Keys.onReturnPressed: playCurrent()
             Keys.onEnterPressed: playCurrent()
 
-            function playCurrent() {
+            function playCurrent(): void {
                 const url = tracks.urlOf(tracks.idAt(currentIndex));
                 if (url !== undefined)
                     sheet.pick(url);

@@ -27,12 +27,12 @@ Item {
         isShown: view.Window.visibility !== Window.Hidden && view.Window.visibility !== Window.Minimized
     }
     // qmllint enable
-    function appear() {
+    function appear(): void {
         model.appear();
         NowPlayingLog.log(model.hasImage ? "artwork view appear" : "artwork placeholder appear");
         NowPlayingLog.log("info labels appear");
     }
-    function toggleLyrics() {
+    function toggleLyrics(): void {
         if (!showLyrics)
             model.loadLyrics();
         showLyrics = !showLyrics;
@@ -62,11 +62,11 @@ Item {
 
         anchors.fill: parent
         Behavior on opened {
-            NumberAnimation { duration: 250; easing.type: Easing.InOutQuad }
+            NumberAnimation { duration: Theme.lyricsSlide; easing.type: Theme.easeInOut }
         }
 
         MainContent {
-            id: main
+            id: mainContent
 
             width: Math.round(parent.width * (1 - halves.opened / 2))
             height: parent.height
@@ -76,7 +76,7 @@ Item {
             shade: background.textShadowStrength
         }
         Loader {
-            anchors.left: main.right
+            anchors.left: mainContent.right
             width: Math.round(parent.width / 2)
             height: parent.height
             active: halves.opened > 0

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Controls
 import Tamsy.Controls
 import Tamsy.NowPlaying
 
 /// The Now Playing window. Closing it only hides it.
-ApplicationWindow {
+AppWindow {
     id: window
 
     required property PlayerViewModel player
@@ -15,27 +14,9 @@ ApplicationWindow {
 
     width: 1200
     height: 800
-    title: "Tamsy Music"
     color: "#000000"
+    colors: Theme.onArt
     visible: false
-
-    palette {
-        window: Theme.onArt.chrome
-        button: Theme.onArt.button
-        base: Theme.onArt.table
-        alternateBase: Theme.onArt.alternate
-        windowText: Theme.onArt.text
-        text: Theme.onArt.text
-        buttonText: Theme.onArt.text
-        highlight: Theme.onArt.selectedActive
-        highlightedText: Theme.onArt.text
-        placeholderText: Theme.onArt.placeholder
-        toolTipBase: Theme.onArt.tip
-        toolTipText: Theme.onArt.tipText
-        mid: Theme.onArt.separator
-        dark: Theme.onArt.fieldBorder
-        link: Theme.onArt.accent
-    }
 
     onVisibleChanged: {
         if (visible)

@@ -3,7 +3,7 @@ import Tamsy.Controls
 
 /// A row of the track picker. All of it is clickable.
 Item {
-    id: row
+    id: pickerRow
 
     required property int index
     required property string trackId
@@ -17,7 +17,7 @@ Item {
 
     signal picked
 
-    height: 48
+    height: Theme.pickerRowHeight
     Accessible.role: Accessible.ListItem
     Accessible.name: title + " " + artist + " " + duration
     Accessible.onPressAction: picked()
@@ -27,7 +27,7 @@ Item {
         anchors.leftMargin: 8
         anchors.rightMargin: 8
         radius: Theme.smallRadius
-        color: row.index % 2 === 1 ? Theme.onArt.alternate : "transparent"
+        color: pickerRow.index % 2 === 1 ? Theme.onArt.alternate : "transparent"
 
         HoverFill {
             anchors.fill: parent
@@ -42,7 +42,7 @@ Item {
             name: "speaker-high"
             size: 20
             color: Theme.onArt.text2
-            opacity: row.current ? 1 : 0
+            opacity: pickerRow.current ? 1 : 0
         }
         Column {
             id: texts
@@ -58,7 +58,7 @@ Item {
                 width: parent.width
                 height: 20
                 verticalAlignment: Text.AlignVCenter
-                text: row.title
+                text: pickerRow.title
                 textFormat: Text.PlainText
                 elide: Text.ElideRight
                 maximumLineCount: 1
@@ -72,7 +72,7 @@ Item {
                 width: parent.width
                 height: 16
                 verticalAlignment: Text.AlignVCenter
-                text: row.artist
+                text: pickerRow.artist
                 textFormat: Text.PlainText
                 elide: Text.ElideRight
                 maximumLineCount: 1
@@ -87,14 +87,14 @@ Item {
             anchors.right: parent.right
             anchors.rightMargin: 8
             anchors.verticalCenter: parent.verticalCenter
-            text: row.duration
+            text: pickerRow.duration
             textFormat: Text.PlainText
             font.pixelSize: Theme.smallSize
             color: Theme.onArt.text2
             Accessible.ignored: true
         }
         FocusRing {
-            shown: row.showsKeyboardFocus
+            shown: pickerRow.showsKeyboardFocus
             parentRadius: Theme.smallRadius
             ink: Theme.onArt.focus
         }
@@ -105,7 +105,7 @@ Item {
         readonly property Text label: [titleText, artistText].find(cell => hovered && cell.contains(mapToItem(cell, mouseX, mouseY))) ?? null
 
         anchors.fill: parent
-        onClicked: row.picked()
+        onClicked: pickerRow.picked()
     }
     ElisionTip {
         label: pointer.label

@@ -24,7 +24,7 @@ ListView {
     activeFocusOnTab: true
     keyNavigationEnabled: false
 
-    function scrollTo(y: real) {
+    function scrollTo(y: real): void {
         cancelFlick();
         contentY = Math.max(originY - topMargin, Math.min(originY + contentHeight + bottomMargin - height, y));
     }

@@ -8,8 +8,10 @@ Column {
 
     required property PlayerViewModel player
     required property real rowWidth
-    /// Where the volume bar stands while it is dragged, 0 to 1, or -1.
+    /// The volume bar's value while it is dragged, 0 to 1, or -1.
     property real previewVolume: -1
+    readonly property bool isDraggingVolume: previewVolume >= 0
+    readonly property alias isHoveringVolume: volumeBar.hovered
 
     spacing: 10
     bottomPadding: 20
@@ -28,7 +30,8 @@ Column {
         ArtButton {
             anchors.verticalCenter: parent.verticalCenter
             iconName: "shuffle"
-            grow: 8
+            horizontalGrow: 8
+            verticalGrow: 8
             armed: controls.player.shuffleEnabled
             text: AccessibleNames.shuffle
             Accessible.checkable: true
@@ -79,7 +82,8 @@ Column {
         ArtButton {
             anchors.verticalCenter: parent.verticalCenter
             iconName: controls.player.repeatOneEnabled ? "repeat-one" : "repeat"
-            grow: 8
+            horizontalGrow: 8
+            verticalGrow: 8
             armed: controls.player.repeatOneEnabled
             text: AccessibleNames.repeatOne
             Accessible.checkable: true
@@ -102,10 +106,13 @@ Column {
             color: Qt.rgba(1, 1, 1, 0.9)
         }
         ArtBar {
+            id: volumeBar
+
             x: 32
             width: parent.width - x
             height: 24
-            fraction: Math.max(0, Math.min(1, controls.previewVolume >= 0 ? controls.previewVolume : controls.player.volume))
+            fraction: Math.max(0, Math.min(1, controls.isDraggingVolume ? controls.previewVolume : controls.player.volume))
+            showsThumb: controls.isHoveringVolume
             Accessible.name: AccessibleNames.volume
             // The volume changes only at the end of the drag.
             onDragged: fraction => controls.previewVolume = fraction

@@ -52,13 +52,13 @@ Item {
             // qmllint enable unqualified
 
             /// Scrolls the current line to the top at once.
-            function settle() {
+            function settle(): void {
                 animation.stop();
                 forceLayout(); // or the line's old position would be used
                 positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
                 currentTop = contentY;
             }
-            function scrollToCurrent() {
+            function scrollToCurrent(): void {
                 animation.stop();
                 const start = contentY;
                 positionViewAtIndex(panel.lyrics.shownLyricIndex, ListView.Beginning);
@@ -85,8 +85,8 @@ Item {
 
                 target: list
                 property: "contentY"
-                duration: 400
-                easing.type: Easing.InOutQuad
+                duration: Theme.lyricsScroll
+                easing.type: Theme.easeInOut
             }
         }
     }
@@ -100,13 +100,13 @@ Item {
     onSizeChanged: settling.restart()
     Connections {
         target: panel.lyrics // qmllint disable
-        function onLyricsChanged() {
+        function onLyricsChanged(): void {
             settling.restart();
         }
-        function onShownLyricIndexChanged() {
+        function onShownLyricIndexChanged(): void {
             list.scrollToCurrent();
         }
-        function onCurrentLyricIndexChanged() {
+        function onCurrentLyricIndexChanged(): void {
             NowPlayingLog.log("lyrics scrollTo index=" + panel.lyrics.currentLyricIndex);
         }
     }
