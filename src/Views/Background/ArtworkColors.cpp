@@ -13,10 +13,10 @@ constexpr QSize sampledSize{24, 24};
 constexpr int clusteringRounds = 5;
 constexpr double nearlyWhite = 0.98;
 constexpr double nearlyBlack = 0.02;
-constexpr double closeColors = 0.1; // distance below which two colours pass for one
+constexpr double closeColors = 0.1; // two colours at a smaller distance count as one
 constexpr double degrees = 1.0 / 360;
 
-/// Hue, saturation and brightness, each 0 to 1; the hue of grey counts as 0.
+/// Hue, saturation and brightness, each 0 to 1; the hue of grey is 0.
 struct HueColor {
     double hue = 0;
     double saturation = 0;
@@ -28,7 +28,7 @@ HueColor toHue(const ArtworkColor& color) {
     const double range = highest - lowest;
     if (range <= 0)
         return {0, 0, highest};
-    double sector = 0; // 0 to 6, from red over green and blue
+    double sector = 0; // 0 to 6: red, yellow, green, cyan, blue, magenta
     if (highest == color.red)
         sector = (color.green - color.blue) / range + (color.green < color.blue ? 6 : 0);
     else if (highest == color.green)
@@ -38,7 +38,7 @@ HueColor toHue(const ArtworkColor& color) {
     return {sector / 6, range / highest, highest};
 }
 
-/// One part of the colour; `shift` is the place of its plateau on the circle of six sectors.
+/// One component of the colour; `shift` says which, in sectors of the hue circle.
 double channel(const HueColor& color, double shift) {
     const double sector = std::fmod(shift + color.hue * 6, 6);
     const double distance = std::clamp(std::min(sector, 4 - sector), 0.0, 1.0);
@@ -74,7 +74,7 @@ std::vector<ArtworkColor> samples(const QImage& pixels) {
     return result;
 }
 
-/// The mean of a group of samples, or the centre that it had if the group is empty.
+/// The mean of a group of samples.
 struct Mean {
     ArtworkColor sum;
     double count = 0;
@@ -107,8 +107,8 @@ std::pair<ArtworkColor, ArtworkColor> clustered(const std::vector<ArtworkColor>&
     return {first, second};
 }
 
-double linearLight(double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+double linearLight(double component) {
+    return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
 }
 
 } // namespace
@@ -144,17 +144,17 @@ double ArtworkColor::luminance() const {
     return 0.2126 * linearLight(red) + 0.7152 * linearLight(green) + 0.0722 * linearLight(blue);
 }
 
-std::array<float, 3> ArtworkColor::parts() const {
+std::array<float, 3> ArtworkColor::components() const {
     return {static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue)};
 }
 
 QColor ArtworkColor::toColor() const {
-    const auto [r, g, b] = parts();
+    const auto [r, g, b] = components();
     return QColor::fromRgbF(r, g, b);
 }
 
 std::pair<ArtworkColor, ArtworkColor> extractTwoDominantColors(const QImage& image) {
-    // By way of premultiplied colours, so that what can't be seen counts as black.
+    // Premultiplied in between, so that transparent pixels become black.
     const QImage pixels = resized(image, sampledSize)
                               .convertToFormat(QImage::Format_ARGB32_Premultiplied)
                               .convertToFormat(QImage::Format_ARGB32);
@@ -165,10 +165,10 @@ std::pair<ArtworkColor, ArtworkColor> extractTwoDominantColors(const QImage& ima
     auto [first, second] = clustered(samples(pixels));
     if (distance(first, second) < closeColors)
         second = first.rotateHue(30 * degrees);
-    const auto enlivened = [](const ArtworkColor& color) {
+    const auto vivid = [](const ArtworkColor& color) {
         return color.brighterBy(0.08).saturateBy(0.25);
     };
-    return {enlivened(first), enlivened(second)};
+    return {vivid(first), vivid(second)};
 }
 
 BubbleColors generateBubbleColors(const ArtworkColor& a, const ArtworkColor& b) {
@@ -186,7 +186,7 @@ QByteArray imageSignature(const QImage& image) {
     if (pixels.isNull())
         return "sig:" + shape + '#' + QByteArray::number(image.cacheKey());
     FNV1a hash;
-    hash.add(shape); // the same bytes in other rows are another picture
+    hash.add(shape); // the same bytes may be another picture in another shape
     hash.add({pixels.constBits(), pixels.sizeInBytes()});
     return hash.text() + '-' + QByteArray::number(pixels.sizeInBytes());
 }
@@ -198,22 +198,22 @@ QImage resized(const QImage& image, QSize size) {
 
 double textShadowStrength(const ArtworkColor& a, const ArtworkColor& b,
                           const BubbleColors& bubbles) {
-    constexpr double glow = 0.8; // mean opacity of a blob's centre, in screen blend
-    const auto screened = [](double ground, double light) {
-        return 1 - (1 - ground) * (1 - glow * light);
+    constexpr double opacity = 0.8; // mean opacity of a blob's centre
+    const auto screened = [](double base, double light) {
+        return 1 - (1 - base) * (1 - opacity * light);
     };
     double brightest = 0;
-    for (const ArtworkColor& ground : {a, b}) {
+    for (const ArtworkColor& base : {a, b}) {
         for (const ArtworkColor& bubble : bubbles) {
-            const ArtworkColor lit{screened(ground.red, bubble.red),
-                                   screened(ground.green, bubble.green),
-                                   screened(ground.blue, bubble.blue)};
+            const ArtworkColor lit{screened(base.red, bubble.red),
+                                   screened(base.green, bubble.green),
+                                   screened(base.blue, bubble.blue)};
             brightest = std::max(brightest, lit.luminance());
         }
     }
-    constexpr double readable = 0.05; // the luminance up to which pale ink needs no shadow
-    constexpr double fade = 0.3;
-    return std::clamp((brightest - readable) / fade, 0.0, 1.0);
+    constexpr double readable = 0.05; // max luminance on which white text needs no shadow
+    constexpr double range = 0.3;     // of luminance, from no shadow to the full one
+    return std::clamp((brightest - readable) / range, 0.0, 1.0);
 }
 
 } // namespace tamsy

@@ -10,20 +10,20 @@
 
 namespace tamsy {
 
-/// An opaque colour in sRGB, each part 0 to 1. All arithmetic stays in doubles: steps that are
-/// rounded to a picture's depth in between would show in the end.
+/// An opaque colour in sRGB, each component 0 to 1. All arithmetic is in doubles: intermediate
+/// results rounded to eight bits would make visible errors.
 struct ArtworkColor {
     double red = 0;
     double green = 0;
     double blue = 0;
 
-    /// Six tenths of the light.
+    /// Multiplies each component by 0.6.
     [[nodiscard]] ArtworkColor darker() const;
 
     /// Adds `amount` to the brightness (HSB), up to 1.
     [[nodiscard]] ArtworkColor brighterBy(double amount) const;
 
-    /// Turns the hue by `turn`, a part of the whole circle between -1 and 1.
+    /// Rotates the hue by `turn`, a fraction of a full turn between -1 and 1.
     [[nodiscard]] ArtworkColor rotateHue(double turn) const;
 
     /// Adds `amount` to the saturation (HSB), between 0 and 1.
@@ -35,30 +35,30 @@ struct ArtworkColor {
     [[nodiscard]] QColor toColor() const;
 
     /// Red, green and blue.
-    [[nodiscard]] std::array<float, 3> parts() const;
+    [[nodiscard]] std::array<float, 3> components() const;
 
     friend bool operator==(const ArtworkColor&, const ArtworkColor&) = default;
 };
 
-/// The colours in which the six blobs glow.
+/// The colours of the six blobs.
 using BubbleColors = std::array<ArtworkColor, 6>;
 
-/// The two colours of a cover that make its gradient, from 576 of its pixels: a clustering into two
-/// groups, in their order, made somewhat brighter and fuller. Nearly white and nearly black pixels
-/// don't count. Two dark greys if there is no picture.
+/// The two dominant colours of a cover, for its gradient: 576 of its pixels, clustered into two
+/// groups, whose means are made somewhat brighter and more saturated. Nearly white and nearly black
+/// pixels don't count. Two dark greys if there is no picture.
 [[nodiscard]] std::pair<ArtworkColor, ArtworkColor> extractTwoDominantColors(const QImage& image);
 
-/// Three neighbours of `a` and three of `b`, brighter and paler.
+/// Three hues near `a` and three near `b`, brighter and less saturated.
 [[nodiscard]] BubbleColors generateBubbleColors(const ArtworkColor& a, const ArtworkColor& b);
 
-/// Tells pictures apart by their pixels: two with one signature look the same.
+/// Identifies a picture by its size and pixels, whatever its format.
 [[nodiscard]] QByteArray imageSignature(const QImage& image);
 
-/// The picture at `size`, each pixel the nearest one of the source. Null if there is none.
+/// The picture scaled to `size` by nearest neighbour; null if it is null.
 [[nodiscard]] QImage resized(const QImage& image, QSize size);
 
-/// How strong the shadow of white text must be, 0 to 1, to be read where the ground is brightest:
-/// below a blob. On darker ground nobody sees the shadow.
+/// The strength, 0 to 1, that the shadow of white text needs where the background is brightest:
+/// below a blob. On a darker background the shadow isn't visible.
 [[nodiscard]] double textShadowStrength(const ArtworkColor& a, const ArtworkColor& b,
                                         const BubbleColors& bubbles);
 

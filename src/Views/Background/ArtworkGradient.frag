@@ -1,7 +1,7 @@
 #version 440
 
-// Colours run evenly between the corners of triangles. Slow gradients show their steps in eight bits;
-// half a step of fixed noise hides them.
+// Interpolated vertex colours. Slow gradients would show the steps of eight bits; half a step of fixed
+// noise hides them.
 layout(location = 0) in vec3 color;
 layout(location = 0) out vec4 fragColor;
 

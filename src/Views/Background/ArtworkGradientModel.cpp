@@ -10,7 +10,6 @@ namespace {
 
 constexpr double wideInterval = 1.0 / 60;   // seconds
 constexpr double narrowInterval = 1.0 / 24; // seconds
-constexpr double centerOpacity = 0.9;       // of the blob's own
 
 BlobConfigs randomBlobs() {
     BlobConfigs configs;
@@ -83,7 +82,7 @@ void ArtworkGradientModel::setCanBeSeen(bool canBeSeen) {
 void ArtworkGradientModel::setArea(QSizeF area) {
     if (std::exchange(area_, area) == area)
         return;
-    placeBlobs();
+    updateTime();
     Q_EMIT areaChanged();
 }
 
@@ -96,13 +95,16 @@ double ArtworkGradientModel::interval() const {
 }
 
 GradientScene ArtworkGradientModel::scene() const {
-    GradientScene scene{static_cast<float>(area_.width()), static_cast<float>(area_.height()),
-                        cachedColors_.first.parts(), cachedColors_.second.parts(), blobs_};
+    GradientScene scene{.width = static_cast<float>(area_.width()),
+                        .height = static_cast<float>(area_.height()),
+                        .firstColor = cachedColors_.first.components(),
+                        .secondColor = cachedColors_.second.components(),
+                        .blobs = {}};
     for (std::size_t index = 0; index < scene.blobs.size(); ++index) {
-        PlacedBlob& blob = scene.blobs[index];
-        blob.color = bubbles_[index].parts();
-        if (isActive_)
-            blob.opacity = static_cast<float>(blobConfigs_[index].alpha * centerOpacity);
+        const BlobConfig& config = blobConfigs_[index];
+        scene.blobs[index] = animatedBlob(config, bubbles_[index], config.speed * time_, area_);
+        if (!isActive_)
+            scene.blobs[index].opacity = 0;
     }
     return scene;
 }
@@ -116,18 +118,9 @@ void ArtworkGradientModel::updateColors() {
     Q_EMIT colorsChanged();
 }
 
-void ArtworkGradientModel::placeBlobs() {
+void ArtworkGradientModel::updateTime() {
     const double time = quantizedTime(clock_(), interval());
-    auto blobs = blobs_;
-    for (std::size_t index = 0; index < blobs.size(); ++index) {
-        const BlobConfig& config = blobConfigs_[index];
-        const QPointF place = blobPosition(config, area_, config.speed * time);
-        blobs[index].x = static_cast<float>(place.x());
-        blobs[index].y = static_cast<float>(place.y());
-        blobs[index].radius = static_cast<float>(blobRadius(config, area_));
-        blobs[index].deviation = static_cast<float>(config.blurRadius);
-    }
-    if (std::exchange(blobs_, blobs) != blobs)
+    if (std::exchange(time_, time) != time)
         Q_EMIT blobsChanged();
 }
 
@@ -136,10 +129,10 @@ void ArtworkGradientModel::step() {
         timer_.stop();
         return;
     }
-    placeBlobs();
+    updateTime();
     const double now = clock_();
     const double untilNext = quantizedTime(now, interval()) + interval() - now;
-    // Rounded up, since a step too early would show the same places again.
+    // Rounded up, since a timer that is early would repeat the same step.
     timer_.start(std::chrono::milliseconds(std::clamp(std::lround(std::ceil(untilNext * 1000)), 1L,
                                                       std::lround(interval() * 1000) + 1)));
 }

@@ -14,34 +14,33 @@
 
 namespace tamsy {
 
-/// What the background of a large window shows: the colours of the cover and the places of the
-/// blobs. It steps by the clock while the program can be seen and stands still
-/// otherwise. The blobs are chosen once; a new cover changes their colours at once, but during a
-/// seek only when that has ended. Interface thread.
+/// The state of the Now Playing window's background: the colours of the cover and the time that the
+/// blobs' positions depend on. The time advances in steps while the background can be seen. The
+/// blobs are chosen once; a new cover changes their colours at once or, during a seek, at its end.
+/// Interface thread.
 class ArtworkGradientModel : public QObject {
     Q_OBJECT
-    /// The cover. An empty one leaves the colours as they are.
+    /// The cover. A null one leaves the colours unchanged.
     Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
-    /// A seek gesture is under way.
+    /// Whether a seek gesture is under way.
     Q_PROPERTY(bool isSeeking READ isSeeking WRITE setIsSeeking NOTIFY isSeekingChanged)
-    /// The wide form: more steps a second.
+    /// The wide layout, which has more steps per second.
     Q_PROPERTY(bool isFullScreen READ isFullScreen WRITE setIsFullScreen NOTIFY isFullScreenChanged)
-    /// Something of the program can be seen. Without it there are no blobs and no steps.
+    /// Whether any part of the program can be seen. If not, there are no blobs and no steps.
     Q_PROPERTY(bool isActive READ isActive WRITE setIsActive NOTIFY isActiveChanged)
-    /// The background itself can be seen. Without it the blobs stay where they are, and no step is
-    /// taken.
+    /// Whether the background itself can be seen. If not, the blobs stand still.
     Q_PROPERTY(bool canBeSeen READ canBeSeen WRITE setCanBeSeen NOTIFY canBeSeenChanged)
-    /// Size of the background, in points.
+    /// The size of the background in points.
     Q_PROPERTY(QSizeF area READ area WRITE setArea NOTIFY areaChanged)
 
-    /// The gradient's colours, from the top leading corner to the bottom trailing one.
+    /// The gradient's colours, at the top left and the bottom right corner.
     Q_PROPERTY(QColor firstColor READ firstColor NOTIFY colorsChanged)
     Q_PROPERTY(QColor secondColor READ secondColor NOTIFY colorsChanged)
-    /// How strong the shadow of white text on it must be, 0 to 1.
+    /// The strength that the shadow of white text on it needs, 0 to 1.
     Q_PROPERTY(double textShadowStrength READ textShadowStrength NOTIFY colorsChanged)
 
   public:
-    /// Gives the seconds since the reference date.
+    /// Returns the seconds since the reference date.
     using Clock = std::function<double()>;
 
     explicit ArtworkGradientModel(QObject* parent = nullptr);
@@ -63,7 +62,7 @@ class ArtworkGradientModel : public QObject {
     [[nodiscard]] QColor firstColor() const { return cachedColors_.first.toColor(); }
     [[nodiscard]] QColor secondColor() const { return cachedColors_.second.toColor(); }
     [[nodiscard]] double textShadowStrength() const;
-    /// What is shown now; without glow where nothing of the program can be seen.
+    /// What to draw now.
     [[nodiscard]] GradientScene scene() const;
 
   Q_SIGNALS:
@@ -74,18 +73,18 @@ class ArtworkGradientModel : public QObject {
     void canBeSeenChanged();
     void areaChanged();
     void colorsChanged();
-    void blobsChanged(); // of place
+    void blobsChanged(); // their positions
 
   private:
     [[nodiscard]] double interval() const;
     void updateColors();
-    void placeBlobs();
+    void updateTime();
     void step();
 
     const Clock clock_;
     const BlobConfigs blobConfigs_;
     QImage image_;
-    QByteArray signature_; // of the last cover, whose colours may still wait for a seek's end
+    QByteArray signature_; // of the last cover, even if its colours wait for the end of a seek
     std::pair<ArtworkColor, ArtworkColor> cachedColors_;
     BubbleColors bubbles_;
     bool hasColors_ = false;
@@ -94,8 +93,8 @@ class ArtworkGradientModel : public QObject {
     bool isActive_ = true;
     bool canBeSeen_ = true;
     QSizeF area_{0, 0};
-    std::array<PlacedBlob, 6> blobs_; // without their colours
-    QTimer timer_;                    // one shot, to the start of the next step
+    double time_ = 0; // of the last step
+    QTimer timer_;    // to the start of the next step
 };
 
 } // namespace tamsy

@@ -9,8 +9,9 @@
 namespace tamsy {
 namespace {
 
-constexpr double margin = 0.08; // of the area's sides
+constexpr double margin = 0.08; // relative to the area
 constexpr int smallBlob = 4;
+constexpr double centerOpacity = 0.9; // relative to the blob's alpha
 
 struct Displacement {
     QSizeF area;
@@ -30,8 +31,8 @@ struct Displacement {
     }
 };
 
-double insideMargin(double place, double length) {
-    return std::clamp(place, length * margin, length - length * margin);
+double insideMargin(double position, double length) {
+    return std::clamp(position, length * margin, length - length * margin);
 }
 
 } // namespace
@@ -69,12 +70,20 @@ QPointF blobPosition(const BlobConfig& config, QSizeF area, double t) {
     const double angle = 2 * std::numbers::pi * t;
     const QPointF origin(area.width() * config.center.x() + config.originOffset.width(),
                          area.height() * config.center.y() + config.originOffset.height());
-    const QPointF place = origin + std::visit(Displacement{area, angle}, config.style);
-    return {insideMargin(place.x(), area.width()), insideMargin(place.y(), area.height())};
+    const QPointF center = origin + std::visit(Displacement{area, angle}, config.style);
+    return {insideMargin(center.x(), area.width()), insideMargin(center.y(), area.height())};
 }
 
-double blobRadius(const BlobConfig& config, QSizeF area) {
-    return 2 * std::min(area.width(), area.height()) * config.sizeScale;
+PlacedBlob animatedBlob(const BlobConfig& config, const ArtworkColor& color, double t,
+                        QSizeF area) {
+    const QPointF center = blobPosition(config, area, t);
+    const double radius = 2 * std::min(area.width(), area.height()) * config.sizeScale;
+    return {.x = static_cast<float>(center.x()),
+            .y = static_cast<float>(center.y()),
+            .radius = static_cast<float>(radius),
+            .deviation = static_cast<float>(config.blurRadius),
+            .opacity = static_cast<float>(config.alpha * centerOpacity),
+            .color = color.components()};
 }
 
 double quantizedTime(double seconds, double interval) {

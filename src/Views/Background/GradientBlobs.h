@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Views/Background/ArtworkColors.h"
+#include "Views/Background/GradientScene.h"
+
 #include <QPointF>
 #include <QRandomGenerator>
 #include <QSizeF>
@@ -11,7 +14,7 @@ namespace tamsy {
 
 /// How a blob moves.
 struct CircleStyle {
-    double speedX = 1; ///< turns of the one axis in a cycle
+    double speedX = 1; ///< oscillations along x per cycle
     double speedY = 1;
     bool reverse = false;
 };
@@ -19,8 +22,7 @@ struct VerticalStyle {};
 struct HorizontalStyle {};
 using BlobStyle = std::variant<VerticalStyle, HorizontalStyle, CircleStyle>;
 
-/// One blurred, glowing blob of the background. Its look is fixed; its place follows from the
-/// clock.
+/// One blob of the background. Its position depends only on this and the clock.
 struct BlobConfig {
     BlobStyle style;
     QPointF center;            ///< fractions of the area, each 0.2 to 0.8
@@ -30,24 +32,25 @@ struct BlobConfig {
     double speed = 0;          ///< cycles per second, 0.025 to 0.1
     double blurRadius = 0;     ///< points, 4 to 8
 
-    /// Any blob; the one with `index` 4 is the small one.
+    /// A random blob; the one with `index` 4 is small.
     [[nodiscard]] static BlobConfig random(int index,
                                            QRandomGenerator& source = *QRandomGenerator::system());
 };
 
 using BlobConfigs = std::array<BlobConfig, 6>;
 
-/// The centre of a blob in an area of this size at the phase `t`, counted in cycles. In points; it
-/// keeps a margin of 8 % on each side.
+/// A blob's centre in an area of this size, in points, at phase `t`, in cycles. It stays 8 % of the
+/// area away from each side.
 [[nodiscard]] QPointF blobPosition(const BlobConfig& config, QSizeF area, double t);
 
-/// The radius at which the blob has faded to nothing, before it is blurred, in points.
-[[nodiscard]] double blobRadius(const BlobConfig& config, QSizeF area);
+/// The blob as it is drawn in an area of this size at phase `t`.
+[[nodiscard]] PlacedBlob animatedBlob(const BlobConfig& config, const ArtworkColor& color, double t,
+                                      QSizeF area);
 
-/// The time of the step of length `interval` that `seconds` falls into. All in seconds.
+/// `seconds` rounded down to a multiple of `interval`, also in seconds.
 [[nodiscard]] double quantizedTime(double seconds, double interval);
 
-/// Seconds since the first moment of 2001 (UTC), from which the blobs' phases count.
+/// Seconds since 2001-01-01, 00:00 UTC, at which all blobs have phase 0.
 [[nodiscard]] double secondsSinceReferenceDate();
 
 } // namespace tamsy

@@ -6,26 +6,26 @@
 namespace tamsy {
 namespace {
 
-constexpr float levels = 255; // of a colour on the screen
-// Bounds of estimates, in levels, that keep what is drawn within 2.
-constexpr float splitBend = 2.7F;  // more, and a cell is split
-constexpr float middleBend = 1.6F; // more, and a cell gets a corner in its middle
+constexpr float levels = 255; // of a colour component on the screen
+// Limits of the estimated error, in levels. They keep the actual error within 2.
+constexpr float splitBend = 2.7F;  // a cell with more is split
+constexpr float middleBend = 1.6F; // a cell with more gets a vertex in its middle
 constexpr float rowBend = 0.6F;    // between two rows along a side
 
-constexpr int coarsest = 16;            // size of a cell that was never split, in finest cells
-constexpr float finestPart = 1.0F / 48; // of the smallest blob's radius
-constexpr float finestStep = 2;         // points; finer than any blur
-constexpr float widestRow = 1.0F / 20;  // of the smallest blob's radius; a foot may lie in it
-constexpr float sideWidth = 20;         // points, in which all blobs have faded
-constexpr float tipless = 0.07F; // part of the area along its sides that no blob has its tip in
+constexpr int coarsest = 16;            // size of the largest cells, in smallest cells
+constexpr float finestPart = 1.0F / 48; // size of the smallest cells, relative to the smallest blob
+constexpr float finestStep = 2;         // min size of the smallest cells in points, below any blur
+constexpr float widestRow = 1.0F / 20;  // max height of a row, relative to the smallest blob
+constexpr float sideWidth = 20;         // points; all blobs fade out over less
+constexpr float tipless = 0.07F;        // part of the area along each side that contains no tip
 
-/// How many levels a blob changes a colour by where it is fully opaque, at most.
+/// The max change of a colour component by a fully opaque blob, in levels.
 float amplitude(const GradientScene& scene, const PlacedBlob& blob) {
-    constexpr float shaded = 0.8F; // of the ground's light, at least, is left by its shade
+    constexpr float shaded = 0.8F; // the shade leaves at least this part of the gradient's light
     float result = 0;
-    for (std::size_t part = 0; part < 3; ++part) {
-        const float ground = std::min(scene.firstColor[part], scene.secondColor[part]);
-        result = std::max(result, blob.color[part] * (1 - shaded * ground));
+    for (std::size_t component = 0; component < 3; ++component) {
+        const float base = std::min(scene.firstColor[component], scene.secondColor[component]);
+        result = std::max(result, blob.color[component] * (1 - shaded * base));
     }
     return levels * result;
 }
@@ -35,24 +35,24 @@ struct Range {
     float high;
 };
 
-/// Squared distances from `center` to the points of one line between `low` and `high`.
+/// The min and max squared distance from `center` to the points of a line.
 Range squaredDistances(float center, Range line) {
     const float low = std::max({line.low - center, center - line.high, 0.0F});
     const float high = std::max(std::abs(line.low - center), std::abs(line.high - center));
     return {low * low, high * high};
 }
 
-/// How a colour bends within a cell.
+/// How far a colour is from linear within a cell.
 struct Bend {
-    float levels = 0;     ///< at most, by an estimate
-    bool isAlong = false; ///< along the line to the cone's centre, else across it
+    float levels = 0;     ///< estimate of the max
+    bool isAlong = false; ///< in the direction of the cone's centre, else across
 
     friend auto operator<=>(const Bend& a, const Bend& b) { return a.levels <=> b.levels; }
 };
 
-/// Of a cone one level high, in a cell of side `size` whose points are at these squared distances
-/// from its centre. A parabola of curvature c bends by c * size² / 8; a kink, which a cone has at
-/// its tip and foot, by a part of what the slope adds over the cell. A blur makes a parabola of it.
+/// The bend of a cone one level high, in a cell of side `size` at these squared distances from its
+/// centre. A parabola of curvature c bends by c * size² / 8. A cone has kinks at its tip and foot,
+/// which the blur turns into parabolas.
 Bend bend(float size, Range squared, float radius, float deviation) {
     const float outer = radius + 1.5F * deviation;
     if (squared.low > outer * outer)
@@ -72,14 +72,14 @@ Bend bend(float size, Range squared, float radius, float deviation) {
     return std::max(tip, foot);
 }
 
-/// Distances of rows from a side, up to `end`: the more the blobs there fade, the closer. `toSide`
-/// gives the distance of a blob's centre.
+/// The distances of rows from a side, up to `end`, closer together where more blobs fade out.
+/// `toSide` returns the distance of a blob's centre.
 template <typename ToSide>
 std::vector<float> rows(const GradientScene& scene, float end, float widest, ToSide toSide) {
     std::vector<float> result;
     for (float next = 0; next < end;) {
         result.push_back(next);
-        float curvature = 0.01F; // of all fades, in levels; never none
+        float curvature = 0.01F; // of all fades, in levels; not 0, since it is a divisor
         for (const PlacedBlob& blob : scene.blobs) {
             const float fade = GradientScene::fadeDeviations * blob.deviation;
             if (next < fade)
@@ -167,8 +167,8 @@ void GradientMesh::split(const GradientScene& scene) {
     }
 }
 
-/// By how many levels the scene bends within a cell. Chooses the diagonal along which the blob that
-/// bends most there does so least.
+/// The scene's bend within a cell, in levels. Also chooses the diagonal along which the blob that
+/// bends most is closest to linear.
 float GradientMesh::measure(const GradientScene& scene, Cell& cell) const {
     const auto line = [&cell](const Axis& axis, int from) {
         return Range{axis.at(static_cast<float>(from)),
@@ -216,14 +216,14 @@ GradientMesh::Index GradientMesh::corner(int doubledX, int doubledY) {
     return number - 1;
 }
 
-/// Collects a cell's corners, and those of smaller neighbours on its sides, once around it.
+/// Collects the vertices around a cell: its corners and those of smaller neighbours.
 void GradientMesh::outline(const Cell& cell) {
     const int right = cell.x + cell.size;
     const int bottom = cell.y + cell.size;
     const struct {
         int x, y;             // where the side starts
         int dx, dy;           // its direction
-        int besideX, besideY; // from a position on it to the finest cell on its other side
+        int besideX, besideY; // offset from a position on it to the smallest cell outside
     } sides[] = {{cell.x, cell.y, 1, 0, 0, -1},
                  {right, cell.y, 0, 1, 0, 0},
                  {right, bottom, -1, 0, -1, 0},
@@ -256,7 +256,7 @@ void GradientMesh::triangulate(const Cell& cell) {
         addTriangle(middle, outline_[i], outline_[(i + 1) % outline_.size()]);
 }
 
-/// Closes the frame between the cells and the area's sides, with the corners that the cells have
+/// Fills the frame between the cells and the area's sides, from the vertices that the cells have
 /// there.
 void GradientMesh::addSides() {
     const auto cornersX = [this](int y) {
@@ -280,7 +280,7 @@ void GradientMesh::addSides() {
              joined({{y_.end()}, y_.farRows}));
 }
 
-/// Adds a rectangle of its own lines, each rising.
+/// Adds a grid with these coordinates, which are ascending.
 void GradientMesh::addStrip(std::span<const float> xs, std::span<const float> ys) {
     const auto first = static_cast<Index>(vertices_.size());
     for (const float y : ys) {

@@ -8,10 +8,10 @@
 
 namespace tamsy {
 
-/// A background as few triangles, between whose corners colours run evenly: large ones where it is
-/// nearly flat, small ones at the tips and feet of blobs and along the sides. They cover the area
-/// without gap or overlap and meet at whole edges; between the corners they are off the scene's own
-/// colours by at most 2/255. Keeps its memory from one build to the next. Any one thread.
+/// An adaptive triangle mesh of a background with a colour per vertex: large triangles where the
+/// colours are nearly linear, small ones at the tips and feet of blobs and along the sides. It
+/// covers the area without gaps, overlaps or T-junctions; the interpolated colours differ from the
+/// scene's by at most 2/255. Reuses its memory. One thread at a time.
 class GradientMesh {
   public:
     using Index = std::uint32_t;
@@ -19,25 +19,25 @@ class GradientMesh {
     void build(const GradientScene& scene);
 
     [[nodiscard]] std::span<const GradientVertex> vertices() const { return vertices_; }
-    /// Three for each triangle.
+    /// Three per triangle.
     [[nodiscard]] std::span<const Index> indices() const { return indices_; }
 
   private:
-    /// A rectangle of the grid. In finest cells, as all positions below that are whole numbers.
+    /// A square of the grid. Its unit, as of all integer positions here, is the smallest cell.
     struct Cell {
         int x = 0;
         int y = 0;
         int size = 0;
-        bool hasMiddle = false;        ///< as a corner
-        bool isSplitDownwards = false; ///< from its first corner, where it is two triangles
+        bool hasMiddle = false;        ///< has a vertex in its middle
+        bool isSplitDownwards = false; ///< which diagonal it has if it is only two triangles
     };
-    /// One direction: fine rows along both sides, between them the cells.
+    /// One direction: fine rows along both sides, and the cells between them.
     struct Axis {
-        std::vector<float> nearRows; ///< points, rising from 0, before the first cell
-        std::vector<float> farRows;  ///< points, rising to the area's length, after the last cell
-        float start = 0;             ///< of the first cell, in points
-        float step = 0;              ///< of a finest cell, in points
-        int count = 0;               ///< of finest cells
+        std::vector<float> nearRows; ///< in points, ascending from 0, before the first cell
+        std::vector<float> farRows;  ///< in points, ascending to the area's length
+        float start = 0;             ///< in points, of the first cell
+        float step = 0;              ///< in points, of the smallest cell
+        int count = 0;               ///< of smallest cells
 
         [[nodiscard]] float at(float position) const { return start + position * step; }
         [[nodiscard]] float end() const { return at(static_cast<float>(count)); }
@@ -58,9 +58,10 @@ class GradientMesh {
     Axis y_;
     std::vector<Cell> unsplit_;
     std::vector<Cell> cells_;
-    std::vector<std::uint8_t> sizes_; // of the cell over each finest one
-    std::vector<Index> corners_; // by doubled position, so that middles have one; 0 for none yet
-    std::vector<Index> outline_; // of the cell at work
+    std::vector<std::uint8_t> sizes_; // for each smallest cell, the size of the cell that covers it
+    std::vector<Index>
+        corners_; // vertex numbers from 1 by doubled position, which middles have too
+    std::vector<Index> outline_; // of the current cell
     std::vector<GradientVertex> vertices_;
     std::vector<Index> indices_;
 };

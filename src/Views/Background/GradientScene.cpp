@@ -8,7 +8,7 @@ namespace {
 
 constexpr float sideShade = 0.08F;
 
-/// What of a blob's opacity is the same everywhere.
+/// A blob's opacity by distance, with all that doesn't depend on the distance computed once.
 struct Cone {
     explicit Cone(const PlacedBlob& blob)
         : slope(1 / blob.radius),
@@ -22,12 +22,14 @@ struct Cone {
     }
 
     float slope;
-    float tip; // the mean distance from the centre under the blur is deviation * sqrt(pi / 2) there
-    float foot; // the mean of what is above zero is deviation / radius / sqrt(2 pi) there
+    // The blur rounds the tip, where the mean distance is deviation * sqrt(pi / 2), and the foot,
+    // where the mean of the positive part is deviation / radius / sqrt(2 pi).
+    float tip;
+    float foot;
     float opacity;
 };
 
-// By absolute values: a branch would keep the compiler from working on several vertices at once.
+// Absolute values instead of branches, so that the compiler can vectorise.
 float positive(float value) {
     return 0.5F * (value + std::abs(value));
 }
@@ -35,15 +37,15 @@ float toSide(float position, float length) {
     return 0.5F * length - std::abs(position - 0.5F * length);
 }
 
-/// Share of a Gaussian that lies inside of a side, for `t` from 0 at the side to 1 where the fade
-/// ends; off by at most 0.01.
+/// The part of a Gaussian inside the area, at `t` from its side: 0 at the side, 1 at the end of the
+/// fade. The error is at most 0.01.
 float inside(float t) {
     const float missing = positive(1 - t);
     return 1 - 0.5F * missing * missing;
 }
 
-/// Some vertices part by part, so that the compiler can work on several at once. For that its loops
-/// use copies: what they write could be what they read elsewhere.
+/// Vertices as a structure of arrays, so that the compiler can vectorise. Parameters are copies:
+/// references might alias the arrays.
 struct Block {
     static constexpr std::size_t size = 128;
     using Values = std::array<float, size>;
@@ -51,27 +53,27 @@ struct Block {
     Values x{};
     Values y{};
     Values opacity{};
-    std::array<Values, 3> dark{}; // what is missing to full light
+    std::array<Values, 3> dark{}; // 1 - light
 
     void fill(GradientScene scene) {
         const float width = std::max(scene.width, 1.0F);
         const float height = std::max(scene.height, 1.0F);
         const float along = 1 / (width * width + height * height);
         Values mix{};
-        Values left{}; // of the light; black in multiply blend is black drawn over
+        Values light{}; // remaining; multiplying with black equals drawing black over
         for (std::size_t i = 0; i < size; ++i) {
             const float dx = x[i] - 0.5F * width;
             const float dy = y[i] - 0.5F * height;
             const float fromCenter = 1 - std::sqrt(dx * dx + dy * dy) / GradientScene::shadeRadius;
             mix[i] = (x[i] * width + y[i] * height) * along;
-            left[i] = (1 - GradientScene::centerShade * positive(fromCenter)) *
-                      (1 - sideShade * (1 - x[i] / width)) * (1 - sideShade * (1 - y[i] / height));
+            light[i] = (1 - GradientScene::centerShade * positive(fromCenter)) *
+                       (1 - sideShade * (1 - x[i] / width)) * (1 - sideShade * (1 - y[i] / height));
         }
-        for (std::size_t part = 0; part < 3; ++part) {
-            const float first = scene.firstColor[part];
-            const float range = scene.secondColor[part] - first;
+        for (std::size_t component = 0; component < 3; ++component) {
+            const float first = scene.firstColor[component];
+            const float range = scene.secondColor[component] - first;
             for (std::size_t i = 0; i < size; ++i)
-                dark[part][i] = 1 - (first + range * mix[i]) * left[i];
+                dark[component][i] = 1 - (first + range * mix[i]) * light[i];
         }
     }
 
@@ -81,13 +83,13 @@ struct Block {
         for (std::size_t i = 0; i < size; ++i) {
             const float dx = x[i] - blob.x;
             const float dy = y[i] - blob.y;
-            // Nothing comes in under the blur from outside of the area.
+            // The blur takes nothing from outside the area.
             opacity[i] = cone.at(dx * dx + dy * dy) * inside(toSide(x[i], width) * fade) *
                          inside(toSide(y[i], height) * fade);
         }
-        for (std::size_t part = 0; part < 3; ++part) {
+        for (std::size_t component = 0; component < 3; ++component) {
             for (std::size_t i = 0; i < size; ++i)
-                dark[part][i] *= 1 - opacity[i] * blob.color[part];
+                dark[component][i] *= 1 - opacity[i] * blob.color[component];
         }
     }
 };
@@ -113,8 +115,8 @@ void GradientScene::color(std::span<GradientVertex> vertices) const {
                 block.screen(blob, width, height);
         }
         for (std::size_t i = 0; i < some.size(); ++i) {
-            for (std::size_t part = 0; part < 3; ++part)
-                some[i].color[part] = 1 - block.dark[part][i];
+            for (std::size_t component = 0; component < 3; ++component)
+                some[i].color[component] = 1 - block.dark[component][i];
         }
     }
 }

@@ -37,7 +37,7 @@ TEST(GradientBlobsTest, TheClockAloneSaysWhereABlobStands) {
         EXPECT_NEAR(blobPosition(config, area, t).x(), place.x(), 1e-3);
         EXPECT_NEAR(blobPosition(config, area, t).y(), place.y(), 1e-3);
     }
-    EXPECT_DOUBLE_EQ(blobRadius(std::get<0>(rows[0]), wide), 320);
+    EXPECT_FLOAT_EQ(animatedBlob(std::get<0>(rows[0]), {}, 0, wide).radius, 320);
     EXPECT_DOUBLE_EQ(quantizedTime(10.99 / 24, 1.0 / 24), 10.0 / 24);
     EXPECT_DOUBLE_EQ(quantizedTime(-0.01, 0.5), -0.5);
 }
