@@ -10,7 +10,6 @@
 #include <array>
 #include <utility>
 
-#include <fcntl.h>
 #include <sys/xattr.h>
 
 namespace tamsy {
@@ -20,7 +19,7 @@ const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request"
 
 constexpr int answerLimit = 3000; // milliseconds; the bus may have to start the portal first
 
-/// Of `Response`; any other than these two is a panel that didn't come or has ended.
+/// Values of `Response`. Any other means that the panel couldn't be shown or was closed.
 constexpr uint chosen = 0;
 constexpr uint canceledByUser = 1;
 
@@ -45,8 +44,8 @@ FolderPortal::~FolderPortal() {
 
 void FolderPortal::open(const Request& request) {
     close();
-    // The portal makes the request's path of our name and this token; listening to it before the
-    // call misses no answer.
+    // The portal derives the request's path from our name and this token, so that we can listen
+    // before the call and miss no answer.
     const QString token = QStringLiteral("tamsy%1").arg(++requests_);
     const QString caller = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     const QString handle = QStringLiteral("%1/request/%2/%3").arg(portalPath, caller, token);
@@ -66,7 +65,7 @@ void FolderPortal::open(const Request& request) {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, handle] {
         answer->deleteLater();
         if (handle_ != handle)
-            return; // answered already, or a later panel took its place
+            return; // answered already, or replaced by a later panel
         if (answer->isError()) {
             close();
             giveUp(answer->error().message());
@@ -91,7 +90,7 @@ void FolderPortal::respond(uint response, const QVariantMap& results, const QDBu
     std::optional<FileURL> folder;
     if (response == chosen && !addresses.isEmpty())
         folder = FileURL::fromAbsoluteString(addresses.constFirst().toUtf8());
-    // Made anew from its bytes, so that it is escaped as all our addresses are.
+    // Rebuilt from its bytes, for our form of escaping.
     Q_EMIT finished(folder ? std::optional(outsideOfPortal(FileURL::fromPath(folder->path())))
                            : std::nullopt);
 }
@@ -122,13 +121,9 @@ FileURL outsideOfPortal(const FileURL& folder) {
     const ssize_t length = ::getxattr(folder.path().constData(), "user.document-portal.host-path",
                                       path.data(), path.size());
     QByteArray real(path.data(), std::max(length, ssize_t{0}));
-    if (real.endsWith('\0')) // some portals count it
+    if (real.endsWith('\0')) // some portals include it
         real.chop(1);
-    const auto canBeRead = [&] {
-        return FileDescriptor(::open(real.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-            .isOpen();
-    };
-    return real.startsWith('/') && canBeRead() ? FileURL::fromPath(real) : folder;
+    return real.startsWith('/') && openDirectory(real).isOpen() ? FileURL::fromPath(real) : folder;
 }
 
 } // namespace tamsy

@@ -86,7 +86,7 @@ bool SingleInstance::acquire() {
     lock_ = FileDescriptor(
         ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
     if (!lock_.isOpen())
-        lock_ = FileDescriptor(::open(directory_.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        lock_ = openDirectory(directory_);
     const auto deadline = Clock::now() + answerTimeout;
     do {
         if (!lock_.isOpen() || ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0)

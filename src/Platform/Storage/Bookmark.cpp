@@ -31,13 +31,9 @@ QByteArray identity(int directory) {
            QByteArray::number(quint32{status.stx_btime.tv_nsec});
 }
 
-FileDescriptor openDirectory(const FileURL& folder) {
-    return FileDescriptor(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-}
-
 std::optional<FileURL> findRenamed(const FileURL& parent, const QByteArray& wanted) {
     const quint64 inode = wanted.split(' ').first().toULongLong();
-    DirectoryStream stream(openDirectory(parent));
+    DirectoryStream stream(openDirectory(parent.path()));
     for (int count = 0; count < maxSearchedEntries; ++count) {
         const dirent* entry = stream.next();
         if (entry == nullptr)
@@ -45,7 +41,7 @@ std::optional<FileURL> findRenamed(const FileURL& parent, const QByteArray& want
         if (entry->d_ino != inode)
             continue;
         const FileURL found = parent.appending(entry->d_name);
-        const FileDescriptor directory = openDirectory(found);
+        const FileDescriptor directory = openDirectory(found.path());
         if (directory.isOpen() && identity(directory.number()) == wanted)
             return found;
     }
@@ -72,7 +68,7 @@ std::optional<StoredFolder> parse(const QByteArray& bytes) {
 using Resolved = std::optional<FileURL>;
 
 Resolved find(const StoredFolder& folder) {
-    if (openDirectory(folder.url).isOpen())
+    if (openDirectory(folder.url.path()).isOpen())
         return folder.url;
     return folder.identity.isEmpty() ? std::nullopt
                                      : findRenamed(folder.url.parent(), folder.identity);
@@ -83,7 +79,7 @@ Resolved find(const StoredFolder& folder) {
 std::optional<QByteArray> Bookmark::create(const FileURL& folder, std::chrono::milliseconds limit) {
     using Created = std::optional<QByteArray>;
     const std::function<Created()> ask = [folder]() -> Created {
-        const FileDescriptor directory = openDirectory(folder);
+        const FileDescriptor directory = openDirectory(folder.path());
         return directory.isOpen() ? Created(bytesFor(folder, identity(directory.number())))
                                   : std::nullopt;
     };

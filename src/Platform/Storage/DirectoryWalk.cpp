@@ -86,18 +86,13 @@ class Listing {
     std::size_t next_ = 0;
 };
 
-DirectoryStream openDirectory(const FileURL& directory, int extraFlags) {
-    return DirectoryStream(FileDescriptor(
-        ::open(directory.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | extraFlags)));
-}
-
 } // namespace
 
 void DirectoryWalk::visitFiles(const FileURL& folder, const std::stop_token& stop,
                                const NameFilter& isWanted, const Visitor& visit) {
     std::vector<Listing> path; // from the folder down to the current directory
     const auto enter = [&](const FileURL& directory, int flags) {
-        DirectoryStream stream = openDirectory(directory, flags);
+        DirectoryStream stream(openDirectory(directory.path(), flags));
         if (stream.isOpen())
             path.emplace_back(directory).read(stream, stop, isWanted);
     };

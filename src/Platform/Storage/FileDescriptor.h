@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QByteArray>
+
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
@@ -37,5 +40,11 @@ class FileDescriptor {
   private:
     int number_ = -1;
 };
+
+/// Opens a directory for reading; not open if `path`, in bytes, is something else.
+[[nodiscard]] inline FileDescriptor openDirectory(const QByteArray& path, int extraFlags = 0) {
+    return FileDescriptor(
+        ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | extraFlags));
+}
 
 } // namespace tamsy

@@ -40,8 +40,7 @@ bool sync(int descriptor) {
 }
 
 bool syncDirectory(const QByteArray& path) {
-    const FileDescriptor directory(
-        ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)); // NOLINT(*-vararg)
+    const FileDescriptor directory = openDirectory(path);
     return directory.isOpen() && sync(directory.number());
 }
 

@@ -7,7 +7,6 @@
 #include "Services/Lyrics/LyricsParsing.h"
 #include "Utils/FileURL.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace tamsy {
@@ -36,8 +35,7 @@ bool isFileNotFolder(int folder, const char* name) {
 /// The only visible sidecar file in `folder`; nothing if there is none or more than one.
 std::optional<FileURL> onlySidecar(const FileURL& folder) {
     const FileWatch::Call call;
-    DirectoryStream entries(
-        FileDescriptor(::open(folder.path().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+    DirectoryStream entries(openDirectory(folder.path()));
     std::optional<FileURL> found;
     while (const dirent* entry = entries.next()) {
         const QByteArrayView name = entry->d_name;

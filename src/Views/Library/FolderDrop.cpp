@@ -1,6 +1,7 @@
 #include "Views/Library/FolderDrop.h"
 
 #include "Platform/Storage/Bookmark.h"
+#include "Platform/Storage/FileDescriptor.h"
 #include "Platform/Threads/Answers.h"
 #include "Views/Library/LocalAddress.h"
 
@@ -10,29 +11,19 @@
 #include <optional>
 #include <utility>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace tamsy {
 namespace {
 
-/// How many addresses are taken for folders if their file system doesn't answer.
+/// The max number of addresses that count as folders if their file system doesn't respond.
 constexpr qsizetype maxUnchecked = 8;
 
-/// Opens the folder by its bytes: Qt's file classes would decode the name.
-bool isFolder(const QByteArray& path) {
-    struct stat status {};
-    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           ::access(path.constData(), R_OK | X_OK) == 0;
-}
-
-/// The folders among `addresses`; nothing if their file systems don't answer in time.
+/// The folders among `addresses`; nothing if their file systems don't respond in time.
 std::optional<QList<FileURL>> foldersAmong(const QList<FileURL>& addresses,
                                            std::chrono::milliseconds limit) {
     const std::function<QList<FileURL>()> ask = [addresses] {
         QList<FileURL> folders;
         for (const FileURL& address : addresses)
-            if (isFolder(address.path()) && !folders.contains(address))
+            if (openDirectory(address.path()).isOpen() && !folders.contains(address))
                 folders.append(address);
         return folders;
     };
@@ -57,7 +48,7 @@ void FolderDrop::setLibrary(LibraryViewModel* library) {
 bool FolderDrop::holdsFolder(const QList<QUrl>& urls) {
     const QList<FileURL> addresses = localAddresses(urls);
     const auto folders = foldersAmong(addresses, Bookmark::patience);
-    // A sleeping disk may hold some.
+    // They may be on a sleeping disk.
     return folders ? !folders->isEmpty() : !addresses.isEmpty();
 }
 
