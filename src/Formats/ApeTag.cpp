@@ -19,9 +19,9 @@ std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes) {
     const auto signature = cursor.readBytes(8);
     if (!signature || asText(*signature) != "APETAGEX")
         return std::nullopt;
-    const std::uint32_t version = cursor.readU32le().value_or(0);
-    const std::uint32_t size = cursor.readU32le().value_or(0); // footer included
-    const auto items = cursor.readU32le();
+    const std::uint32_t version = cursor.readU32LE().value_or(0);
+    const std::uint32_t size = cursor.readU32LE().value_or(0); // footer included
+    const auto items = cursor.readU32LE();
     if (!items || size < ApeFooter::size)
         return std::nullopt;
     return ApeFooter{
@@ -31,8 +31,8 @@ std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes) {
 std::optional<ApeItem> readApeItem(ByteCursor::Bytes bytes) {
     constexpr std::uint32_t kindMask = 6; // text, binary, link
     ByteCursor cursor(bytes);
-    const auto size = cursor.readU32le();
-    const auto flags = cursor.readU32le();
+    const auto size = cursor.readU32LE();
+    const auto flags = cursor.readU32LE();
     if (!size || !flags)
         return std::nullopt;
     const std::string_view rest = asText(bytes).substr(cursor.position());

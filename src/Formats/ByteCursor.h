@@ -44,13 +44,13 @@ class ByteCursor {
     [[nodiscard]] std::optional<std::uint32_t> readU24() { return read<std::uint32_t, 3, true>(); }
     [[nodiscard]] std::optional<std::uint32_t> readU32() { return read<std::uint32_t, 4, true>(); }
     [[nodiscard]] std::optional<std::uint64_t> readU64() { return read<std::uint64_t, 8, true>(); }
-    [[nodiscard]] std::optional<std::uint16_t> readU16le() {
+    [[nodiscard]] std::optional<std::uint16_t> readU16LE() {
         return read<std::uint16_t, 2, false>();
     }
-    [[nodiscard]] std::optional<std::uint32_t> readU32le() {
+    [[nodiscard]] std::optional<std::uint32_t> readU32LE() {
         return read<std::uint32_t, 4, false>();
     }
-    [[nodiscard]] std::optional<std::uint64_t> readU64le() {
+    [[nodiscard]] std::optional<std::uint64_t> readU64LE() {
         return read<std::uint64_t, 8, false>();
     }
 

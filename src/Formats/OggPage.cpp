@@ -12,8 +12,8 @@ std::optional<OggPageHeader> parseOggPageHeader(ByteCursor::Bytes bytes) {
     header.isContinued = (flags & 1U) != 0;
     header.isFirst = (flags & 2U) != 0;
     header.isLast = (flags & 4U) != 0;
-    header.granule = cursor.readU64le().value_or(OggPageHeader::noGranule);
-    header.serial = cursor.readU32le().value_or(0);
+    header.granule = cursor.readU64LE().value_or(OggPageHeader::noGranule);
+    header.serial = cursor.readU32LE().value_or(0);
     constexpr std::uint64_t numberAndChecksum = 8;
     const auto segments = cursor.skip(numberAndChecksum) ? cursor.readU8() : std::nullopt;
     const auto laces = segments ? cursor.readBytes(*segments) : std::nullopt;

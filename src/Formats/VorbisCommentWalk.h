@@ -73,7 +73,7 @@ class VorbisCommentWalk {
 [[nodiscard]] inline auto walkVorbisComments(ByteCursor::Bytes block) {
     const auto readLength = [block](std::uint64_t offset) {
         ByteCursor cursor(block);
-        return cursor.seek(offset) ? cursor.readU32le() : std::nullopt;
+        return cursor.seek(offset) ? cursor.readU32LE() : std::nullopt;
     };
     return VorbisCommentWalk(readLength, 0, block.size());
 }

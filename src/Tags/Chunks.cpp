@@ -9,7 +9,7 @@ namespace {
 std::uint64_t readSize(ByteCursor& cursor, ChunkSizes sizes) {
     switch (sizes) {
     case ChunkSizes::LittleEndian32:
-        return cursor.readU32le().value_or(0);
+        return cursor.readU32LE().value_or(0);
     case ChunkSizes::BigEndian32:
         return cursor.readU32().value_or(0);
     case ChunkSizes::BigEndian64:

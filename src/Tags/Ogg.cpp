@@ -20,20 +20,20 @@ std::optional<OggStream> identify(ByteWindow& window, const OggPage& page) {
     OggStream stream;
     stream.serial = page.serial;
     if (asText(packet).starts_with("\x01vorbis") && cursor.skip(12)) {
-        stream.sampleRate = cursor.readU32le().value_or(0);
+        stream.sampleRate = cursor.readU32LE().value_or(0);
         return stream;
     }
     if (asText(packet).starts_with("OpusHead") && cursor.skip(10)) {
         stream.codec = OggCodec::Opus;
-        stream.preSkip = cursor.readU16le().value_or(0);
+        stream.preSkip = cursor.readU16LE().value_or(0);
         stream.sampleRate = 48'000; // of granules, whatever the source's sample rate
         return stream;
     }
     if (asText(packet).starts_with("Speex   ") && cursor.skip(36)) {
         stream.codec = OggCodec::Speex;
-        stream.sampleRate = cursor.readU32le().value_or(0);
-        const std::uint64_t frameSamples = cursor.skip(16) ? cursor.readU32le().value_or(0) : 0;
-        const std::uint64_t frames = cursor.skip(4) ? cursor.readU32le().value_or(0) : 0;
+        stream.sampleRate = cursor.readU32LE().value_or(0);
+        const std::uint64_t frameSamples = cursor.skip(16) ? cursor.readU32LE().value_or(0) : 0;
+        const std::uint64_t frames = cursor.skip(4) ? cursor.readU32LE().value_or(0) : 0;
         stream.packetSamples = frameSamples * frames;
         return stream;
     }

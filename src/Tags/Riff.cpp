@@ -33,15 +33,15 @@ struct WaveFormat {
 };
 
 void readFormat(ByteCursor cursor, WaveFormat& wave) {
-    wave.format = cursor.readU16le().value_or(0);
+    wave.format = cursor.readU16LE().value_or(0);
     if (!cursor.skip(2))
         return;
-    wave.sampleRate = cursor.readU32le().value_or(0);
-    wave.bytesPerSecond = cursor.readU32le().value_or(0);
-    wave.blockSize = cursor.readU16le().value_or(0);
+    wave.sampleRate = cursor.readU32LE().value_or(0);
+    wave.bytesPerSecond = cursor.readU32LE().value_or(0);
+    wave.blockSize = cursor.readU16LE().value_or(0);
     constexpr std::uint64_t sampleSizeAndExtensionSize = 4;
     if (cursor.skip(sampleSizeAndExtensionSize))
-        wave.framesPerBlock = cursor.readU16le().value_or(0);
+        wave.framesPerBlock = cursor.readU16LE().value_or(0);
 }
 
 bool isPlain(std::uint16_t format) {
@@ -111,9 +111,9 @@ double readRiff(MediaParse& parse, std::uint64_t offset) {
         if (chunk->name == "fmt ") {
             readFormat(cursor, wave);
         } else if (chunk->name == "ds64" && cursor.skip(8)) {
-            wave.longDataBytes = cursor.readU64le().value_or(0);
+            wave.longDataBytes = cursor.readU64LE().value_or(0);
         } else if (chunk->name == "fact") {
-            wave.notedFrames = cursor.readU32le().value_or(0);
+            wave.notedFrames = cursor.readU32LE().value_or(0);
         } else if (chunk->name == "data") {
             if (chunk->claimed == sizeIsElsewhere && wave.longDataBytes != 0)
                 walk.resize(*chunk, wave.longDataBytes);

@@ -79,7 +79,7 @@ std::optional<Comment> split(ByteWindow& window, std::uint64_t begin, std::uint6
 void readVorbisComments(ItemCollector& items, const SharedSource& source, ByteWindow& window,
                         std::uint64_t begin, std::uint64_t end) {
     const auto readLength = [&window](std::uint64_t offset) {
-        return ByteCursor(window.read(offset, 4)).readU32le();
+        return ByteCursor(window.read(offset, 4)).readU32LE();
     };
     VorbisCommentWalk walk(readLength, begin, end);
     const std::size_t blockStart = items.count();

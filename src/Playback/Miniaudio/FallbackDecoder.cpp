@@ -146,7 +146,7 @@ bool holdsMpegAudio(const AudioFile& file) {
         return false;
     ByteCursor cursor(bytes);
     const std::uint16_t tag =
-        cursor.seek(chunk + 8) ? cursor.readU16le().value_or(0) : std::uint16_t{0};
+        cursor.seek(chunk + 8) ? cursor.readU16LE().value_or(0) : std::uint16_t{0};
     return tag == mpeg || tag == layer3;
 }
 
