@@ -12,7 +12,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const MediaAsset whole(file.url(), MediaAsset::Depth::Full);
     for (const MediaItem& item : whole.commonMetadata())
         (void)item.data();
-    (void)lyricsAmongItems(whole);
+    (void)readEmbeddedLyricsAVAsync(whole);
     (void)lyricsInInfoDictionary(whole);
     return 0;
 }

@@ -66,7 +66,7 @@ std::optional<QString> firstText(const QHash<QString, QString>& info,
 
 } // namespace
 
-std::optional<Lyrics> lyricsAmongItems(const MediaAsset& asset) {
+std::optional<Lyrics> readEmbeddedLyricsAVAsync(const MediaAsset& asset) {
     for (const MetadataFormat format :
          {MetadataFormat::ID3, MetadataFormat::ITunes, MetadataFormat::QuickTime}) {
         for (const MediaItem& item : asset.metadata(format)) {

@@ -69,7 +69,7 @@ LyricsReader::Found LyricsReader::readM4AItem(const FileURL& url) {
 
 /// The answer takes a turn on the interface thread, as every load must.
 LyricsReader::Found LyricsReader::readEmbeddedLyricsAV(const FileURL& url) {
-    Found found = lyricsAmongItems(MediaAsset(url, MediaAsset::Depth::Items));
+    Found found = readEmbeddedLyricsAVAsync(MediaAsset(url, MediaAsset::Depth::Items));
     return InterfaceThread::call<Found>([found = std::move(found)] { return found; })
         .value_or(std::nullopt);
 }

@@ -67,8 +67,10 @@ std::optional<QByteArray> loadData(const MediaItem& item, PictureBudget& budget)
     return budget.takeBytes(data.size()) ? std::optional(std::move(data)) : std::nullopt;
 }
 
+// The steps of the asynchronous load bear its suffix; `loadWithoutArtwork` has other rules.
+
 /// The first text with this key.
-OptionalText firstCommonString(CommonKey key, const Items& items) {
+OptionalText firstCommonStringAsync(CommonKey key, const Items& items) {
     for (const MediaItem& item : items) {
         if (item.commonKey != key)
             continue;
@@ -98,7 +100,7 @@ QImage decodeItem(const MediaItem& item, PictureBudget& budget) {
 
 /// The cover: the first artwork item of the common items, else the first item of any format that is
 /// a picture, else a FLAC file's pictures.
-QImage artworkImage(const FileURL& url, const MediaAsset& asset, const Items& common) {
+QImage artworkImageAsync(const FileURL& url, const MediaAsset& asset, const Items& common) {
     PictureBudget budget;
     if (const MediaItem* item = firstItem(CommonKey::Artwork, common)) {
         QImage image = decodeItem(*item, budget);
@@ -121,7 +123,7 @@ struct LoadedFile {
     LoadedFile(const FileURL& url, MediaAsset::Depth depth)
         : asset(url, depth), common(asset.commonMetadata()) {}
 
-    void decodeArtwork(const FileURL& url) { artwork = artworkImage(url, asset, common); }
+    void decodeArtwork(const FileURL& url) { artwork = artworkImageAsync(url, asset, common); }
 
     MediaAsset asset;
     Items common;
@@ -131,7 +133,7 @@ struct LoadedFile {
 /// The first text with this key in the items of any format.
 OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
     for (const MetadataFormat format : formats) {
-        if (auto text = firstCommonString(key, asset.metadata(format)))
+        if (auto text = firstCommonStringAsync(key, asset.metadata(format)))
             return text;
     }
     return std::nullopt;
@@ -140,7 +142,7 @@ OptionalText firstFormatString(CommonKey key, const MediaAsset& asset) {
 AudioMetadata chooseMetadata(const LoadedFile& file) {
     AudioMetadata metadata;
     for (const Field& field : fields) {
-        OptionalText text = firstCommonString(field.key, file.common);
+        OptionalText text = firstCommonStringAsync(field.key, file.common);
         if (!text)
             text = firstFormatString(field.key, file.asset);
         if (!text)

@@ -17,7 +17,7 @@ TEST(LyricsItems, AreSoughtInHostileFilesWithAnEnd) {
         hostile.writeTo(file);
         const double start = processorSeconds();
         const MediaAsset asset(file.url(), MediaAsset::Depth::Items);
-        (void)lyricsAmongItems(asset);
+        (void)readEmbeddedLyricsAVAsync(asset);
         (void)lyricsInInfoDictionary(asset);
         EXPECT_LT(processorSeconds() - start, seconds) << hostile.name;
     }
