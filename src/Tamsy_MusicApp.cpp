@@ -23,8 +23,8 @@ Q_IMPORT_QML_PLUGIN(TamsyPlugin)
 namespace tamsy {
 namespace {
 
-/// How long the window's size must have rested before it is stored.
-constexpr std::chrono::milliseconds windowStateRest{250};
+/// How long the window's state must be unchanged before it is stored.
+constexpr std::chrono::milliseconds windowStateDelay{250};
 
 } // namespace
 
@@ -41,18 +41,18 @@ Tamsy_MusicApp::Tamsy_MusicApp(UserDefaults& defaults, QObject* parent)
                return std::make_unique<NowPlayingWindowController>(
                    engine_, playerVM, libraryVM, lyricsFontSizePoints_, &visibility_);
            }}) {
-    Appearance::setColorScheme(&colorScheme_);
+    Appearance::setColorScheme(engine_, colorScheme_);
     engine_.addImageProvider(QStringLiteral("covers"), new CoverProvider); // the engine owns it
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
 Tamsy_MusicApp::~Tamsy_MusicApp() {
-    // Whoever waits for this thread is let go first; what they belong to is joined afterwards.
+    // Threads that wait for this one are released before anything joins them.
     InterfaceThread::releaseWaiters();
-    player_.endNowPlayingWindow(); // before the engine that it was made with
+    player_.endNowPlayingWindow(); // before the engine that created it
     windowStateWriter_.endWithin(OperationQueue::endTimeout);
     if (windowState_.size.isValid())
-        windowState_.save(); // what the writer hasn't come to
+        windowState_.save(); // the writer may not have
 }
 
 bool Tamsy_MusicApp::openMainWindow() {
@@ -109,7 +109,7 @@ void Tamsy_MusicApp::followWindowState(QQuickWindow* window) {
     savedWindowState_ = stored;
     window->setProperty("sidebarWidth", windowState_.sidebarWidth);
     savingWindowState_.setSingleShot(true);
-    savingWindowState_.setInterval(windowStateRest);
+    savingWindowState_.setInterval(windowStateDelay);
     connect(&savingWindowState_, &QTimer::timeout, this, &Tamsy_MusicApp::saveWindowState);
     connect(window, &QWindow::widthChanged, this, &Tamsy_MusicApp::noteWindowState);
     connect(window, &QWindow::heightChanged, this, &Tamsy_MusicApp::noteWindowState);
@@ -157,8 +157,7 @@ void Tamsy_MusicApp::raiseMainWindow(const QByteArray& activationToken) {
         return;
     if (window->windowStates().testFlag(Qt::WindowMinimized))
         window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
-    // Where the compositor decides who may come to the front, it wants the token of the second
-    // start.
+    // Some compositors let a window come to the front only with the token of the second start.
     qputenv("XDG_ACTIVATION_TOKEN", activationToken);
     window->raise();
     window->requestActivate();

@@ -1,27 +1,31 @@
 #include "Views/Controls/Appearance.h"
 
+#include <QQmlEngine>
+#include <QVariant>
+
 namespace tamsy {
 namespace {
 
-ColorScheme* followedScheme = nullptr;
+constexpr auto colorSchemeProperty = "colorScheme";
 
 } // namespace
 
-void Appearance::setColorScheme(ColorScheme* scheme) {
-    followedScheme = scheme;
+void Appearance::setColorScheme(QQmlEngine& engine, ColorScheme& scheme) {
+    engine.setProperty(colorSchemeProperty, QVariant::fromValue(&scheme));
 }
 
-Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/) {
-    return new Appearance; // owned by the QML engine
+Appearance* Appearance::create(QQmlEngine* engine, QJSEngine* /*scriptEngine*/) {
+    // Owned by the QML engine.
+    return new Appearance(engine->property(colorSchemeProperty).value<ColorScheme*>());
 }
 
-Appearance::Appearance() {
-    if (followedScheme != nullptr)
-        connect(followedScheme, &ColorScheme::isDarkChanged, this, &Appearance::darkChanged);
+Appearance::Appearance(const ColorScheme* scheme) : scheme_(scheme) {
+    if (scheme_ != nullptr)
+        connect(scheme_, &ColorScheme::isDarkChanged, this, &Appearance::darkChanged);
 }
 
 bool Appearance::dark() const {
-    return followedScheme != nullptr && followedScheme->isDark();
+    return scheme_ != nullptr && scheme_->isDark();
 }
 
 } // namespace tamsy

@@ -18,9 +18,9 @@ class Appearance : public QObject {
     Q_PROPERTY(bool dark READ dark NOTIFY darkChanged)
 
   public:
-    /// Gives the theme the scheme that it follows. Not owned; it outlives every view. Called once,
-    /// before the first view is made.
-    static void setColorScheme(ColorScheme* scheme);
+    /// Sets the scheme that the theme of `engine` follows; without one it is light. Call it before
+    /// the first view is made. The scheme isn't owned and must outlive the engine.
+    static void setColorScheme(QQmlEngine& engine, ColorScheme& scheme);
 
     static Appearance* create(QQmlEngine* engine, QJSEngine* scriptEngine);
 
@@ -30,7 +30,9 @@ class Appearance : public QObject {
     void darkChanged();
 
   private:
-    Appearance();
+    explicit Appearance(const ColorScheme* scheme);
+
+    const ColorScheme* const scheme_; // or null
 };
 
 } // namespace tamsy

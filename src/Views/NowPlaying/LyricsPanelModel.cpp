@@ -1,7 +1,6 @@
 #include "Views/NowPlaying/LyricsPanelModel.h"
 
 #include "Platform/Threads/InterfaceThread.h"
-#include "Platform/Threads/WorkerPool.h"
 #include "Services/Lyrics/LyricsReader.h"
 #include "Utils/FileURL.h"
 #include "Views/NowPlaying/NowPlayingLog.h"
@@ -15,19 +14,13 @@
 namespace tamsy {
 namespace {
 
-constexpr double shortestUpdateInterval = 0.15; // seconds
+constexpr double minUpdateInterval = 0.15; // seconds
 
 /// A bit longer than the 0.25 s between two time reports while the interface is visible.
-constexpr std::chrono::milliseconds longestHiddenReset{300};
+constexpr std::chrono::milliseconds maxHiddenReset{300};
 
 /// Longer than any real line, in UTF-16 units. A much longer one would take seconds to lay out.
-constexpr qsizetype longestShown = 10'000;
-
-/// Its threads wait for the interface thread, so no panel's end may join them.
-WorkerPool& loads() {
-    static WorkerPool pool;
-    return pool;
-}
+constexpr qsizetype maxShownLength = 10'000;
 
 /// Removes control characters, which would show as boxes: some tags end their text with NUL.
 QString printable(QString line) {
@@ -37,9 +30,10 @@ QString printable(QString line) {
 
 } // namespace
 
-LyricsPanelModel::LyricsPanelModel(QObject* parent) : QAbstractListModel(parent) {
+LyricsPanelModel::LyricsPanelModel(std::shared_ptr<WorkerPool> workers, QObject* parent)
+    : QAbstractListModel(parent), workers_(std::move(workers)) {
     showing_.setSingleShot(true);
-    showing_.setInterval(longestHiddenReset);
+    showing_.setInterval(maxHiddenReset);
     connect(&showing_, &QTimer::timeout, this, &LyricsPanelModel::showCurrentLine);
 }
 
@@ -49,7 +43,7 @@ void LyricsPanelModel::loadLyrics(const FileURL& url) {
         return;
     }
     NowPlayingLog::write(u"loadLyrics start: " + url.lastPathComponentText());
-    loads().start([panel = QPointer(this), url] {
+    workers_->start([panel = QPointer(this), url] {
         const Lyrics lyrics = LyricsReader().load(url);
         InterfaceThread::run([panel, lyrics] {
             if (panel.isNull())
@@ -67,8 +61,8 @@ double LyricsPanelModel::handleTime(double time, double now) {
     if (!lyrics_.isSynced)
         return 0;
     const double passed = now - lastLyricIndexUpdateAt_;
-    if (passed <= shortestUpdateInterval)
-        return std::max(shortestUpdateInterval - passed, 0.001);
+    if (passed <= minUpdateInterval)
+        return std::max(minUpdateInterval - passed, 0.001);
     lastLyricIndexUpdateAt_ = now;
     updateCurrentLyricIndex(time);
     return 0;
@@ -101,7 +95,7 @@ QVariant LyricsPanelModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
     const QString& text = lyrics_.lines.at(index.row()).text;
-    return printable(text.size() > longestShown ? text.left(longestShown) + u'…' : text);
+    return printable(text.size() > maxShownLength ? text.left(maxShownLength) + u'…' : text);
 }
 
 QHash<int, QByteArray> LyricsPanelModel::roleNames() const {

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "Models/Lyrics.h"
+#include "Platform/Threads/WorkerPool.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
 #include <QtQml/qqmlregistration.h>
+
+#include <memory>
 
 namespace tamsy {
 
@@ -25,7 +28,9 @@ class LyricsPanelModel : public QAbstractListModel {
     Q_PROPERTY(int shownLyricIndex READ shownLyricIndex NOTIFY shownLyricIndexChanged)
 
   public:
-    explicit LyricsPanelModel(QObject* parent = nullptr);
+    /// Lyrics are read on `workers`.
+    explicit LyricsPanelModel(std::shared_ptr<WorkerPool> workers = std::make_shared<WorkerPool>(),
+                              QObject* parent = nullptr);
 
     [[nodiscard]] int count() const { return static_cast<int>(lyrics_.lines.size()); }
     [[nodiscard]] bool isSynced() const { return lyrics_.isSynced; }
@@ -62,6 +67,7 @@ class LyricsPanelModel : public QAbstractListModel {
     void setCurrentLyricIndex(int index);
     void showCurrentLine();
 
+    const std::shared_ptr<WorkerPool> workers_;
     Lyrics lyrics_;
     int currentLyricIndex_ = 0;
     int shownLyricIndex_ = 0;
