@@ -22,8 +22,8 @@ class QQuickWindow;
 
 namespace tamsy {
 
-/// The program: makes the two view models, opens the windows and wires them together.
-/// Everything here lives until the program ends.
+/// The program: creates the two view models and the windows and connects them. Everything here
+/// exists until the program ends.
 class Tamsy_MusicApp : public QObject {
     Q_OBJECT
 
@@ -31,26 +31,25 @@ class Tamsy_MusicApp : public QObject {
     explicit Tamsy_MusicApp(UserDefaults& defaults, QObject* parent = nullptr);
     ~Tamsy_MusicApp() override;
 
-    /// Opens the main window. False, and why on standard error, if it can't be made.
+    /// Opens the main window. If that fails, returns false and prints the reason to standard error.
     [[nodiscard]] bool openMainWindow();
 
-    /// Brings the main window to the front, with the token that another start was given to do so,
-    /// or an empty one.
+    /// Brings the main window to the front. `activationToken` is the second start's, or empty.
     void raiseMainWindow(const QByteArray& activationToken);
 
     [[nodiscard]] QQuickWindow* mainWindow() const;
 
   private:
-    /// Loads the main window. What stops it is said in one line if it is a package that is missing.
+    /// Loads the main window. If a package is missing, prints one line that names it.
     void loadMainWindow();
 
-    /// Once the window has shown its first frame, which nothing of it may delay.
+    /// Called after the first frame, which none of this may delay.
     void joinDesktop();
 
-    /// Shows the window as the user left it, and remembers how this run leaves it.
+    /// Restores the window's state from the last run, and stores its changes.
     void followWindowState(QQuickWindow* window);
 
-    /// Takes the window's state as it is now; it is stored once it has come to rest.
+    /// Records the window's state, which is stored once it stops changing.
     Q_SLOT void noteWindowState();
     void saveWindowState();
 
@@ -67,7 +66,7 @@ class Tamsy_MusicApp : public QObject {
     LibraryViewModel library_;
     PlayerViewModel player_;
     std::unique_ptr<DesktopIntegration> desktop_;
-    QQmlApplicationEngine engine_; // last, so that the views end before what they show
+    QQmlApplicationEngine engine_; // last, so that the views are destroyed first
 };
 
 } // namespace tamsy

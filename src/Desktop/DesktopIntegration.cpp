@@ -50,7 +50,8 @@ void DesktopIntegration::announceChanges(const PlayerViewModel& player,
     follow(&library, &LibraryViewModel::foldersChanged);
 }
 
-/// Seeks, and starts: a track that begins again shows in nothing but that it plays.
+/// Announces seeks and starts. Nothing else tells other programs that a track plays from its start
+/// again.
 void DesktopIntegration::announceJumps(const PlayerViewModel& player) {
     connect(&player, &PlayerViewModel::pendingSeekTargetChanged, &mpris_, [this, &player] {
         if (player.pendingSeekTarget())

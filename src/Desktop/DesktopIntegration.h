@@ -8,9 +8,9 @@
 
 namespace tamsy {
 
-/// Ties the player into the desktop beyond its windows: remote controls on the session bus, through
-/// which media keys arrive too, and a machine that stays awake while music plays. Without a bus it
-/// does nothing; it never waits for one. Interface thread.
+/// Integrates the player with the desktop: remote controls on the session bus, which media keys use
+/// too, and no suspending while music plays. Does nothing without a bus, and never waits for one.
+/// Interface thread.
 class DesktopIntegration : public QObject {
     Q_OBJECT
 

@@ -9,7 +9,7 @@
 namespace tamsy {
 namespace {
 
-/// The larger size: panels and lock screens show the cover big.
+/// The larger thumbnail, since lock screens show a large cover.
 constexpr QByteArrayView coverSize("512");
 
 /// The cover as a file that other programs can read; empty if there is none yet.
@@ -30,7 +30,7 @@ void RemoteControls::clearCachesOnChange() {
     const auto forgetFile = [this] { currentFile_.reset(); };
     const auto forgetList = [this] { hasListedTracks_.reset(); };
     QObject::connect(&player_, &PlayerViewModel::currentURLChanged, &receiver_, forgetFile);
-    // The cover's file is written before its picture comes.
+    // By then the cover's file has been written.
     QObject::connect(&player_, &PlayerViewModel::currentArtworkChanged, &receiver_, forgetFile);
     QObject::connect(&library_, &LibraryViewModel::foldersChanged, &receiver_, forgetFile);
     QObject::connect(&library_, &LibraryViewModel::filteredTracksChanged, &receiver_, forgetList);
@@ -90,7 +90,7 @@ MediaTrack RemoteControls::currentTrack() const {
 
 bool RemoteControls::canSkip() const {
     if (player_.repeatOneEnabled())
-        return !player_.currentURL().isEmpty(); // it starts the same track again
+        return !player_.currentURL().isEmpty(); // restarts the track
     if (player_.shuffleEnabled())
         return std::ranges::any_of(
             library_.folders(), [](const AudioFolder& folder) { return !folder.tracks.isEmpty(); });

@@ -13,9 +13,8 @@ namespace tamsy {
 class LibraryViewModel;
 class PlayerViewModel;
 
-/// Remote controls over the two view models: answers come from what these publish, requests become
-/// their operations. What has to be searched for is cached until a signal says that it may have
-/// changed, since panels ask often. Interface thread.
+/// Implements remote controls with the two view models. What takes a search is cached until a
+/// signal says that it may have changed, since panels query often. Interface thread.
 class RemoteControls : public MediaControls {
   public:
     /// Requests to the program rather than the player.

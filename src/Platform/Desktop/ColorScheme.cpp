@@ -26,7 +26,8 @@ constexpr uint preferDark = 1;
 } // namespace
 
 ColorScheme::ColorScheme(QObject* parent) : QObject(parent) {
-    // Qt D-Bus doesn't know the type before it has sent such a value, and would refuse the slot.
+    // Qt D-Bus registers the type only when it first sends one, and would reject the slot until
+    // then.
     qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
@@ -60,7 +61,7 @@ void ColorScheme::settingChanged(const QString& group, const QString& key,
 }
 
 void ColorScheme::apply(const QVariant& value) {
-    // `Read` wraps its answer in one more variant than the change signal.
+    // `Read` wraps its answer in one variant more than the change signal.
     const QVariant inner =
         value.canConvert<QDBusVariant>() ? value.value<QDBusVariant>().variant() : value;
     const bool dark = inner.toUInt() == preferDark;

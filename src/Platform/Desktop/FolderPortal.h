@@ -16,8 +16,8 @@ class QWindow;
 
 namespace tamsy {
 
-/// The desktop's own folder panel, by its portal (`org.freedesktop.portal.FileChooser`, version 3).
-/// Folder names pass through it as bytes. Nothing here waits for the bus. Interface thread.
+/// The desktop's own folder panel, through its portal (`org.freedesktop.portal.FileChooser`,
+/// version 3). It preserves folder names as bytes. Never blocks on the bus. Interface thread.
 class FolderPortal : public QObject {
     Q_OBJECT
 
@@ -26,22 +26,22 @@ class FolderPortal : public QObject {
         QString title;
         QString acceptLabel;
         FileURL startFolder;
-        const QWindow* parent = nullptr; ///< the panel stays above it, where the desktop lets it
+        const QWindow* parent = nullptr; ///< the panel stays above it if the desktop supports that
     };
 
     explicit FolderPortal(const QDBusConnection& bus = QDBusConnection::sessionBus(),
                           QObject* parent = nullptr);
     ~FolderPortal() override;
 
-    /// Asks for a panel, in place of one that is still open. One of the two signals follows.
+    /// Requests a panel, which replaces one that is still open. One of the two signals follows.
     void open(const Request& request);
 
     [[nodiscard]] bool isOpen() const { return !handle_.isEmpty(); }
 
   Q_SIGNALS:
-    /// The user's choice, or nothing if the user chose none or the portal has ended.
+    /// The user's choice; nothing if the user cancelled or the portal quit.
     void finished(const std::optional<FileURL>& folder);
-    /// There is no such portal, it didn't answer in time, or it could show no panel.
+    /// There is no such portal, it didn't answer in time, or it couldn't show a panel.
     void unavailable();
 
   private:
@@ -52,13 +52,13 @@ class FolderPortal : public QObject {
 
     QDBusConnection bus_;
     QDBusServiceWatcher portalEnd_;
-    QString handle_;                     // path of the request while a panel is open, else empty
+    QString handle_;                     // the request's path while a panel is open, else empty
     std::optional<PortalParent> parent_; // while a panel is open
     int requests_ = 0;
-    bool hasWarned_ = false; // a desktop without portals has none at the next request either
+    bool hasWarned_ = false; // one warning is enough for a desktop without portals
 };
 
-/// The real folder of one that a portal passes into a sandbox, where that can be opened here;
+/// The folder on the host for one that a portal exported to a sandbox, if it can be opened here;
 /// otherwise `folder` itself.
 [[nodiscard]] FileURL outsideOfPortal(const FileURL& folder);
 

@@ -4,12 +4,12 @@
 
 namespace tamsy {
 
-/// The Debian package that brings the QML module which `error`, of the QML engine's, says isn't
-/// installed. Empty if it says something else.
+/// The Debian package with the QML module that `error`, an error of the QML engine, reports as
+/// missing. Empty for any other error.
 [[nodiscard]] QString packageOfMissingModule(const QString& error);
 
-/// Says on standard error, in one line each, what this system lacks that the program runs without:
-/// the reader of its icons, a font with Chinese glyphs. On the interface thread.
+/// Reports on standard error, one line each, the optional packages that are missing: the icon
+/// loader, a font with Chinese glyphs. Interface thread.
 void reportMissingPackages();
 
 } // namespace tamsy

@@ -29,8 +29,8 @@ void* surfaceOf(const QWindow& window) {
 
 } // namespace
 
-/// Speaks to the compositor over Qt's connection, but in a queue of its own, so that waiting for an
-/// answer runs no code of Qt's.
+/// Uses Qt's connection to the compositor with a queue of its own, so that waiting for an answer
+/// doesn't dispatch Qt's events.
 class PortalParent::WaylandExport {
   public:
     WaylandExport(wl_display* display, wl_surface* surface)
@@ -63,7 +63,7 @@ class PortalParent::WaylandExport {
                 wl_registry_bind(registry, number, &zxdg_exporter_v2_interface, 1)));
     }
 
-    // The queue outlives what is in it.
+    // The queue must outlive its objects.
     Owned<wl_event_queue, wl_event_queue_destroy> queue_;
     Owned<wl_display, wl_proxy_wrapper_destroy> wrapper_;
     Owned<wl_registry, wl_registry_destroy> registry_;

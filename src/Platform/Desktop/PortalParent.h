@@ -8,8 +8,8 @@ class QWindow;
 
 namespace tamsy {
 
-/// A window of ours under the name by which a portal puts its dialog above it. The name holds as
-/// long as this object. Interface thread.
+/// Exports one of our windows, so that a portal can place its dialog above it. The name is valid as
+/// long as this object exists. Interface thread.
 class PortalParent {
   public:
     explicit PortalParent(const QWindow* window);
@@ -19,8 +19,8 @@ class PortalParent {
     PortalParent(PortalParent&&) = delete;
     PortalParent& operator=(PortalParent&&) = delete;
 
-    /// As `org.freedesktop.portal.FileChooser` takes it; empty without a window, and where the
-    /// compositor exports none.
+    /// The parent window as `org.freedesktop.portal.FileChooser` expects it; empty without a window
+    /// or if the compositor can't export it.
     [[nodiscard]] const QString& name() const { return name_; }
 
   private:

@@ -6,9 +6,9 @@ class QWindow;
 
 namespace tamsy {
 
-/// Gives the application a window's own palette for as long as this object lives. Where a Wayland
-/// compositor draws no title bars, Qt paints one in the application's colours of the moment in
-/// which the window comes up. Does nothing on other platforms. Interface thread.
+/// Gives the application a window's palette while this object exists. If a Wayland compositor draws
+/// no title bars, Qt paints them in the colours that the application has when the window is shown.
+/// Does nothing on other platforms. Interface thread.
 class DecorationPalette {
   public:
     explicit DecorationPalette(const QWindow& window);

@@ -10,7 +10,7 @@ namespace tamsy {
 namespace {
 
 /// Pictures up to this side, in pixels, share a texture atlas, so that rows are drawn in one batch.
-constexpr int largestShared = 128;
+constexpr int maxSharedSide = 128;
 
 /// The picture scaled to `size`, in pixels, with rounded corners.
 QImage rounded(const QImage& image, QSize size, double radius) {
@@ -64,7 +64,7 @@ QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
         picture->setFiltering(QSGTexture::Linear);
     }
     if (std::exchange(isTextureOld_, false) || picture->texture() == nullptr) {
-        const bool isShared = size.width() <= largestShared && size.height() <= largestShared;
+        const bool isShared = size.width() <= maxSharedSide && size.height() <= maxSharedSide;
         picture->setTexture(window()->createTextureFromImage(
             rounded(image_, size, radius_ * scale),
             isShared ? QQuickWindow::TextureCanUseAtlas : QQuickWindow::CreateTextureOptions()));

@@ -9,7 +9,7 @@
 namespace tamsy {
 namespace {
 
-constexpr double shortestTimeLogInterval = 0.5; // seconds
+constexpr double minTimeLogInterval = 0.5; // seconds
 
 /// From a steady clock.
 double steadySeconds() {
@@ -98,7 +98,7 @@ void NowPlayingModel::handleTime() {
     if (!isShown_ || !player_->isUIVisible())
         return;
     const double now = steadySeconds();
-    if (now - lastTimeLogAt_ > shortestTimeLogInterval) {
+    if (now - lastTimeLogAt_ > minTimeLogInterval) {
         lastTimeLogAt_ = now;
         NowPlayingLog::write(
             QString::asprintf("time=%.3f dur=%.3f", player_->currentTime(), player_->duration()));

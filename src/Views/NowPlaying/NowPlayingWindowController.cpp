@@ -21,9 +21,9 @@ void center(QWindow& window) {
     if (window.screen() == nullptr)
         return;
     const QRect available = window.screen()->availableGeometry();
-    QRect place(QPoint(), window.size().boundedTo(available.size()));
-    place.moveCenter(available.center());
-    window.setGeometry(place);
+    QRect frame(QPoint(), window.size().boundedTo(available.size()));
+    frame.moveCenter(available.center());
+    window.setGeometry(frame);
 }
 
 } // namespace
