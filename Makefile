@@ -85,7 +85,7 @@ format: ## formats all C++ source
 clean: ## removes everything that was built or fetched
 	rm -rf build
 
-# The steps of the commands above, not for typing. The program as users run it:
+# Steps of the commands above. The program as users run it:
 .PHONY: release
 release: build/release/build.ninja
 	@cmake --build --preset release --target tamsy-music
@@ -94,17 +94,17 @@ release: build/release/build.ninja
 sanitized-asan: build/asan/build.ninja
 	cmake --build --preset asan
 
-# The threads of engines, subjects, store and scan; the interface has but one.
+# Only the tests that use threads.
 .PHONY: sanitized-tsan
 sanitized-tsan: build/tsan/build.ninja
 	cmake --build --preset tsan --target tamsy_thread_tests
 
-# They wait for sound more than they compute, so two at once.
+# They mostly wait for sound, so two run at once.
 .PHONY: races
 races:
 	$(SAME_ADDRESSES) ctest --preset tsan
 
-# Ninja itself sees to changed CMake files; a changed preset it would not notice.
+# Ninja notices changed CMake files, but not a changed preset.
 build/%/build.ninja: CMakePresets.json $(MINIAUDIO)
 	cmake --preset $*
 	@touch $@

@@ -1,6 +1,6 @@
-# Finds miniaudio's header, the fetched one first (tools/fetch-miniaudio), and makes the target
-# Miniaudio::Miniaudio. Which versions will do: 0.11.23 brought the fixed MP3 decoder, and a new
-# series may change the calls.
+# Finds miniaudio's header, preferably the fetched one (tools/fetch-miniaudio), and defines the target
+# Miniaudio::Miniaudio. Accepts 0.11.23, which fixed the MP3 decoder, and later versions of 0.11; another
+# series may change the interface.
 
 find_path(Miniaudio_INCLUDE_DIR miniaudio.h
     HINTS "${PROJECT_SOURCE_DIR}/build/deps/miniaudio"

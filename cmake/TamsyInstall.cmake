@@ -1,5 +1,5 @@
-# What an installed copy has beside the program and its module: the entry in the desktop's menu, the data
-# for its software centre, icons. And the Debian package that cpack makes of all that ("make deb").
+# Installs what comes with the program and its module: desktop file, AppStream data, icons, documents.
+# Also configures the Debian package that cpack builds ("make deb").
 
 include(GNUInstallDirs)
 include(TamsyResources)
@@ -8,7 +8,8 @@ install(FILES packaging/tamsy-music.desktop DESTINATION "${CMAKE_INSTALL_DATADIR
 install(FILES packaging/org.tamsy.music.metainfo.xml DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
 tamsy_install_icons()
 
-# tamsy_install_compressed(FILE NAME DESTINATION): as Debian wants documents, without a time in them.
+# tamsy_install_compressed(FILE NAME DESTINATION): installs a document as Debian requires, compressed
+# without a timestamp.
 function(tamsy_install_compressed file name destination)
     set(output "${CMAKE_CURRENT_BINARY_DIR}/documents/${name}.gz")
     add_custom_command(OUTPUT "${output}"
@@ -23,7 +24,7 @@ tamsy_install_compressed(packaging/debian/changelog changelog.Debian "${document
 tamsy_install_compressed(packaging/tamsy-music.1 tamsy-music.1 "${CMAKE_INSTALL_DATADIR}/man/man1")
 install(FILES packaging/debian/copyright DESTINATION "${documents}")
 
-# The package's version and maintainer stand in its changelog.
+# The package's version and maintainer are in its changelog.
 file(READ packaging/debian/changelog changelog)
 if(NOT changelog MATCHES "^tamsy-music \\(${PROJECT_VERSION}-([0-9]+)\\).*\n -- ([^\n]+>)  ")
     message(FATAL_ERROR "packaging/debian/changelog doesn't begin with version ${PROJECT_VERSION}")
@@ -32,14 +33,14 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE "${CMAKE_MATCH_1}")
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${CMAKE_MATCH_2}")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/debian/changelog)
 
-# What software centres show as the newest version.
+# The newest version, as software centres show it.
 file(STRINGS packaging/org.tamsy.music.metainfo.xml newest REGEX "<release " LIMIT_COUNT 1)
 if(NOT newest MATCHES "version=\"${PROJECT_VERSION}\"")
     message(FATAL_ERROR "packaging/org.tamsy.music.metainfo.xml doesn't begin with version ${PROJECT_VERSION}")
 endif()
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS packaging/org.tamsy.music.metainfo.xml)
 
-# The modules that QML loads by name aren't linked, so nothing else would find that they are needed.
+# QML loads modules by name, so the dependency scanner doesn't see that they are needed.
 execute_process(COMMAND tools/setup --names run WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}"
     OUTPUT_VARIABLE names OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" ", " depends "${names}")

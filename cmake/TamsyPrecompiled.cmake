@@ -1,5 +1,5 @@
-# The headers that most sources include, parsed once instead of hundreds of times: two thirds of a build
-# went into that. Release builds do without, so a source that forgets an include still fails.
+# Precompiled headers: parsing the headers that most sources include took two thirds of a build. Release
+# builds don't use them, so a missing include is still found.
 
 option(TAMSY_PRECOMPILE "Parse the most used headers once" OFF)
 
@@ -29,7 +29,7 @@ if(TAMSY_PRECOMPILE)
     endif()
 endif()
 
-# tamsy_precompile(TARGET [_views | _tests]): TARGET takes the precompiled headers of that kind.
+# tamsy_precompile(TARGET [_views | _tests]): lets TARGET use the precompiled headers of that kind.
 function(tamsy_precompile target)
     if(TAMSY_PRECOMPILE)
         target_precompile_headers(${target} REUSE_FROM tamsy_precompiled${ARGN})

@@ -1,17 +1,15 @@
-# The pictures of the interface, compiled into the program: icons as SVG (":/icons/<name>.svg", tinted
-# where they are shown), the cover for tracks without one and the application's icon as PNG, rendered
-# here from their SVG sources. Qt's own SVG renderer would do, but would have to be built and started
-# first, under every sanitizer anew.
+# Pictures compiled into the program: icons as SVG (":/icons/<name>.svg", tinted at run time), the
+# fallback cover and the application icon as PNG, rendered from their SVG sources. A tool of ours with
+# Qt's SVG renderer would have to be built first, again for each sanitizer.
 
 find_program(TAMSY_RSVG_CONVERT rsvg-convert REQUIRED)
 
 set(TAMSY_RESOURCE_SOURCES "${CMAKE_CURRENT_LIST_DIR}/../resources")
 set(TAMSY_APPLICATION_ICON_SIZES 16 24 32 48 64 128 256 512)
-# Twice the largest size at which the cover is shown.
+# Twice the max size at which the cover is shown.
 set(TAMSY_FALLBACK_COVER_SIZE 800)
 
-# Renders an SVG of resources/ as a square PNG and appends its path to the list LIST; the resource is
-# called ALIAS.
+# Renders an SVG in resources/ as a square PNG, the resource ALIAS, and appends its path to LIST.
 function(_tamsy_render list svg size alias)
     cmake_path(GET svg STEM stem)
     set(output "${CMAKE_CURRENT_BINARY_DIR}/rendered/${stem}-${size}.png")
@@ -25,8 +23,8 @@ function(_tamsy_render list svg size alias)
     set(${list} ${${list}} "${output}" PARENT_SCOPE)
 endfunction()
 
-# tamsy_add_resources(TARGET): puts all pictures into TARGET. A static library hands them on to
-# whatever links it, initialised.
+# tamsy_add_resources(TARGET): adds all pictures to TARGET. Programs that link a static library get
+# them initialised.
 function(tamsy_add_resources target)
     file(GLOB icons CONFIGURE_DEPENDS "${TAMSY_RESOURCE_SOURCES}/icons/*.svg")
     qt_add_resources(${target} "tamsy_icons"
@@ -39,7 +37,7 @@ function(tamsy_add_resources target)
     endforeach()
     qt_add_resources(${target} "tamsy_pictures" PREFIX "/" FILES ${pictures})
 
-    # The same picture under its second name: the cover is looked up by either.
+    # The same picture under its second name.
     set(second "${CMAKE_CURRENT_BINARY_DIR}/rendered/second-name/FallbackCover.png")
     add_custom_command(OUTPUT "${second}"
         COMMAND "${CMAKE_COMMAND}" -E copy
@@ -50,8 +48,7 @@ function(tamsy_add_resources target)
     qt_add_resources(${target} "tamsy_pictures_by_second_name" PREFIX "/" FILES "${second}")
 endfunction()
 
-# tamsy_install_icons(): puts the application's icon where the desktop's icon theme looks for it, in the
-# sizes that were rendered and as it was drawn.
+# tamsy_install_icons(): installs the application icon into the icon theme, rendered and as SVG.
 function(tamsy_install_icons)
     set(theme "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
     foreach(size IN LISTS TAMSY_APPLICATION_ICON_SIZES)

@@ -1,12 +1,11 @@
-# How every target of ours is built: strict warnings as errors, the chosen sanitizers, one library a
-# floor of the house. A floor links only what lies below it, so an include that points up does not
-# build.
+# How all targets are built: strict warnings as errors, the chosen sanitizers, one or more libraries per
+# room.
 
 set(TAMSY_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
 
-# GCC's flow analysis is right only with all optimisations, and without a sanitizer's additions.
+# GCC's flow analysis is reliable only in optimised builds without sanitizers.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_BUILD_TYPE STREQUAL "Release")
     list(APPEND TAMSY_WARNINGS -Wno-maybe-uninitialized)
 endif()
@@ -22,13 +21,13 @@ if(TAMSY_SANITIZE)
     add_link_options(-fsanitize=${TAMSY_SANITIZE})
 endif()
 if(TAMSY_FUZZ)
-    # Every line of ours reports to the fuzzer; only its targets bring it along.
+    # All code is instrumented for the fuzzer, which only its targets link.
     add_compile_options(-fsanitize=fuzzer-no-link)
     add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# tamsy_qml_sources(TARGET file…): adds hand-written sources to a QML module. The strict warnings hold
-# for them and not for what Qt generates beside them.
+# tamsy_qml_sources(TARGET file…): adds sources to a QML module. The strict warnings apply to them, but
+# not to the sources that Qt generates.
 function(tamsy_qml_sources target)
     set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "${TAMSY_WARNINGS}")
     target_sources(${target} PRIVATE ${ARGN})
@@ -37,8 +36,8 @@ function(tamsy_qml_sources target)
     tamsy_precompile(${target} _views)
 endfunction()
 
-# tamsy_library(NAME [OWN_HEADERS] SOURCES file… LINK target…): one floor, or one room of it. OWN_HEADERS
-# is for those that the precompiled ones do not fit: without Qt, or with other options.
+# tamsy_library(NAME [OWN_HEADERS] SOURCES file… LINK target…): a room, or a part of one. OWN_HEADERS
+# turns precompiled headers off, for libraries without Qt or with other options.
 function(tamsy_library name)
     cmake_parse_arguments(ARG "OWN_HEADERS" "" "SOURCES;LINK;PRIVATE_LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
@@ -49,30 +48,28 @@ function(tamsy_library name)
     endif()
 endfunction()
 
-# tamsy_source_options(option… SOURCES file…): options for some sources of a target. The compiler takes
-# precompiled headers only with the options that they were made with.
+# tamsy_source_options(option… SOURCES file…): options for some sources of a target, which then can't use
+# precompiled headers: their options must be the same.
 function(tamsy_source_options)
     cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
     set_source_files_properties(${ARG_SOURCES} PROPERTIES
         COMPILE_OPTIONS "${ARG_UNPARSED_ARGUMENTS}" SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
 
-# Builds every test that is labelled "threads": those that are run under ThreadSanitizer too.
+# All tests with the label "threads", which also run under ThreadSanitizer.
 add_custom_target(tamsy_thread_tests)
-# Builds every test that is labelled "unit".
+# All tests with the label "unit".
 add_custom_target(tamsy_unit_tests)
 
 # tamsy_test(NAME SOURCES file… LINK target… [TIMEOUT seconds] [LABELS label…] [FIXTURES fixture…]
 #            [FILTER pattern] [DISPLAY | PROFILE | SOUND_SERVER]): one GoogleTest program.
 #
-# One of its labels says what it needs: "unit" nothing, "sound" devices that run in real time, "window"
-# windows, "desktop" a session bus. A program without any of them is a unit test, and each of its cases
-# a CTest test of its own. The others stay one CTest test each, so that no case starts a server for
-# itself.
+# One label says what it needs: "unit" nothing, "sound" devices that run in real time, "window" windows,
+# "desktop" a session bus; without one of them it is a unit test. Each case of a unit test is a CTest
+# test. Other programs are one test each, so that their cases share a server.
 #
-# PROFILE brings a profile that is thrown away, with a session bus of its own; DISPLAY such a one and a
-# virtual display with a window manager, for what a program without a screen can't show; SOUND_SERVER a
-# sound server. Each implies its label.
+# PROFILE runs it with a temporary profile and session bus, DISPLAY also with a virtual display and a
+# window manager, SOUND_SERVER with a private sound server. Each implies its label.
 function(tamsy_test name)
     cmake_parse_arguments(ARG "DISPLAY;PROFILE;SOUND_SERVER" "TIMEOUT;FILTER"
         "SOURCES;LINK;LABELS;FIXTURES" ${ARGN})
@@ -116,7 +113,7 @@ function(tamsy_test name)
         list(APPEND ARG_LABELS unit)
         gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 30
             TEST_FILTER "${ARG_FILTER}" PROPERTIES TIMEOUT ${ARG_TIMEOUT})
-        # The discovery would split lists; it leaves the cases' names in a variable.
+        # Lists don't survive the discovery, which stores the cases' names in a variable.
         set(properties "${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake")
         file(WRITE "${properties}" "if(${name}_TESTS)
     set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS \"${ARG_LABELS}\"
@@ -131,8 +128,7 @@ endif()
         FIXTURES_REQUIRED "${ARG_FIXTURES}")
 endfunction()
 
-# tamsy_sound_server_test(PROGRAM [FILTER pattern]): runs a test program once more where a sound server
-# sets the pace.
+# tamsy_sound_server_test(PROGRAM [FILTER pattern]): runs a test program again with a sound server.
 function(tamsy_sound_server_test program)
     cmake_parse_arguments(ARG "" "FILTER" "" ${ARGN})
     set(name "${program}_with_sound_server")
