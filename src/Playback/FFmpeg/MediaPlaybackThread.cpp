@@ -1,6 +1,6 @@
 #include "Playback/FFmpeg/MediaPlaybackThread.h"
 
-#include "Platform/Threads/InterfaceThread.h"
+#include "Platform/Threads/InterfaceReceiver.h"
 #include "Playback/FFmpeg/MediaBackendModule.h"
 #include "Playback/FFmpeg/RingRenderer.h"
 
@@ -31,8 +31,8 @@ class ReportBox {
     void post(const PlaybackReport& report, Wake wake) {
         const std::scoped_lock lock(mutex_);
         reports_.push_back(report);
-        if (receiver_ && reports_.size() == 1)
-            InterfaceThread::run(receiver_, wake);
+        if (reports_.size() == 1)
+            receiver_.run(wake);
     }
 
     std::vector<PlaybackReport> take() {
@@ -41,14 +41,11 @@ class ReportBox {
     }
 
     /// Nothing is delivered after this.
-    void close() {
-        const std::scoped_lock lock(mutex_);
-        receiver_ = nullptr;
-    }
+    void close() { receiver_.close(); }
 
   private:
+    InterfaceReceiver receiver_;
     std::mutex mutex_; // guards everything below
-    QObject* receiver_;
     std::vector<PlaybackReport> reports_;
 };
 

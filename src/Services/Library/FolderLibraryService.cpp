@@ -1,13 +1,11 @@
 #include "Services/Library/FolderLibraryService.h"
 
 #include "Platform/Storage/DirectoryWalk.h"
-#include "Platform/Threads/InterfaceThread.h"
 #include "Services/Metadata/MetadataReader.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <memory>
-#include <mutex>
 #include <numeric>
 #include <utility>
 
@@ -72,31 +70,6 @@ TrackList scanFolder(const FileURL& url, const FolderLibraryService::TagReader& 
 
 } // namespace
 
-/// Delivers scan results. A scan that is stuck on a dead mount may outlive the library.
-class FolderLibraryService::ScanResults {
-  public:
-    explicit ScanResults(FolderLibraryService* receiver) : receiver_(receiver) {}
-
-    /// Any thread.
-    void send(QUuid id, TrackList tracks) {
-        const std::scoped_lock lock(mutex_);
-        if (receiver_ != nullptr)
-            InterfaceThread::run(receiver_, [receiver = receiver_, id, found = std::move(tracks)] {
-                receiver->finishScan(id, found);
-            });
-    }
-
-    /// Nothing is delivered after this.
-    void close() {
-        const std::scoped_lock lock(mutex_);
-        receiver_ = nullptr;
-    }
-
-  private:
-    std::mutex mutex_; // guards the receiver
-    FolderLibraryService* receiver_;
-};
-
 FolderLibraryService::TagReader FolderLibraryService::fileTagReader() {
     return
         [reader = MetadataReader()](const FileURL& url) { return reader.loadWithoutArtwork(url); };
@@ -107,7 +80,7 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
     : QObject(parent),
       persistence_(defaults),
       readTags_(std::move(readTags)),
-      scanResults_(std::make_shared<ScanResults>(this)) {
+      receiver_(std::make_shared<InterfaceReceiver>(this)) {
     loadPersistedFolders();
     const qsizetype tracks = std::accumulate(
         folders_.cbegin(), folders_.cend(), qsizetype{0},
@@ -118,7 +91,7 @@ FolderLibraryService::FolderLibraryService(UserDefaults& defaults, TagReader rea
 
 FolderLibraryService::~FolderLibraryService() {
     scanStop_.request_stop();
-    scanResults_->close();
+    receiver_->close();
     scanQueue_.endWithin(OperationQueue::endTimeout);
 }
 
@@ -168,11 +141,11 @@ void FolderLibraryService::rescanFolder(QUuid id) {
     const auto folder = std::find_if(folders_.cbegin(), folders_.cend(), hasId(id));
     if (folder == folders_.cend())
         return;
-    const auto scan = [results = scanResults_, readTags = readTags_, id, url = folder->url,
+    const auto scan = [this, receiver = receiver_, readTags = readTags_, id, url = folder->url,
                        stop = scanStop_.get_token()] {
         TrackList tracks = scanFolder(url, readTags, stop);
         if (!stop.stop_requested())
-            results->send(id, std::move(tracks));
+            receiver->run([this, id, found = std::move(tracks)] { finishScan(id, found); });
     };
     scanQueue_.add(std::make_shared<Operation>(scan));
 }

@@ -2,6 +2,7 @@
 
 #include "Models/AudioFolder.h"
 #include "Platform/Storage/UserDefaults.h"
+#include "Platform/Threads/InterfaceReceiver.h"
 #include "Platform/Threads/OperationQueue.h"
 #include "Services/Library/FolderPersistence.h"
 #include "Utils/ValueSubject.h"
@@ -56,8 +57,6 @@ class FolderLibraryService : public QObject {
     void rescanFolder(QUuid id);
 
   private:
-    class ScanResults;
-
     static TagReader fileTagReader();
     void loadPersistedFolders();
     void setFolders(QList<AudioFolder> folders);
@@ -68,7 +67,7 @@ class FolderLibraryService : public QObject {
     FolderPersistence persistence_;
     TagReader readTags_;
     std::stop_source scanStop_;
-    std::shared_ptr<ScanResults> scanResults_;
+    std::shared_ptr<InterfaceReceiver> receiver_; // a scan stuck on a dead mount may outlive this
     // A single thread, so that scans run one after another.
     OperationQueue scanQueue_{1, "library.scan.queue"};
 };
