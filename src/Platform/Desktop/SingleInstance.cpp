@@ -29,28 +29,22 @@ constexpr std::chrono::milliseconds retryInterval{20};
 constexpr qsizetype maxSocketPathSize = sizeof(sockaddr_un::sun_path) - 1;
 constexpr qint64 maxRequestSize = 4096;
 
-/// A directory that only the user can access, for a session without a runtime directory.
-QByteArray privateDirectory() {
-    const QByteArray path = "/tmp/tamsy-music-" + QByteArray::number(::getuid());
+constexpr qsizetype maxSocketNameSize = 32;
+
+/// Whether `path` is, maybe from now on, a directory that only the user can access.
+bool isPrivateDirectory(const QByteArray& path) {
     struct stat status {};
-    const bool isOurs = makeDirectories(path) && ::lstat(path.constData(), &status) == 0 &&
-                        S_ISDIR(status.st_mode) && status.st_uid == ::getuid() &&
-                        (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
-    return isOurs ? path : QByteArray();
+    return makeDirectories(path) && ::lstat(path.constData(), &status) == 0 &&
+           S_ISDIR(status.st_mode) && status.st_uid == ::getuid() &&
+           (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
 /// The socket for `configurationDirectory`; empty if there is no safe directory for it.
 QByteArray socketPath(const QByteArray& configurationDirectory) {
-    const QByteArray name =
-        "/tamsy-music-" + QCryptographicHash::hash(configurationDirectory, QCryptographicHash::Sha1)
-                              .toHex()
-                              .first(16);
-    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (runtime.startsWith('/') && runtime.size() + name.size() <= maxSocketPathSize &&
-        ::access(runtime.constData(), W_OK | X_OK) == 0)
-        return runtime + name;
-    const QByteArray fallback = privateDirectory();
-    return fallback.isEmpty() ? fallback : fallback + name;
+    const QByteArray directory = SingleInstance::socketDirectory();
+    const QByteArray hash =
+        QCryptographicHash::hash(configurationDirectory, QCryptographicHash::Sha1).toHex();
+    return directory.isEmpty() ? directory : directory + '/' + hash.first(16);
 }
 
 QByteArray activationToken() {
@@ -114,6 +108,17 @@ bool SingleInstance::requestActivation() const {
     char byte = 0;
     return ::poll(&reply, 1, static_cast<int>(limit.count())) == 1 &&
            ::recv(socket.number(), &byte, 1, 0) == 1;
+}
+
+QByteArray SingleInstance::socketDirectory() {
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    const QByteArray own = runtime + "/tamsy-music";
+    if (runtime.startsWith('/') && ::access(runtime.constData(), W_OK | X_OK) == 0 &&
+        own.size() + maxSocketNameSize <= maxSocketPathSize && isPrivateDirectory(own))
+        return own;
+    // For a session without a runtime directory.
+    const QByteArray fallback = "/tmp/tamsy-music-" + QByteArray::number(::getuid());
+    return isPrivateDirectory(fallback) ? fallback : QByteArray();
 }
 
 void SingleInstance::listen() {

@@ -32,6 +32,10 @@ class SingleInstance : public QObject {
     /// second start is quick.
     [[nodiscard]] bool acquire();
 
+    /// Where sockets are made: a directory that only the user can access. It is created. Empty if
+    /// there is no safe one.
+    [[nodiscard]] static QByteArray socketDirectory();
+
     /// Starts answering second starts. Needs the application object. Call it after `acquire()`.
     void listen();
 
