@@ -45,10 +45,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     play(*file);
     const double length = file->length();
     for (const double target : {length / 2, 0.1, length, 2 * length + 1, 0.0}) {
-        file->seek(target, 0);
+        file->seek(target, 0, true);
         if (target == length)
             memory.resize(static_cast<off_t>(size / 2));
-        file->seek(target / 2, target); // before the former has been answered
+        file->seek(target / 2, target, true); // before the former has been answered
         while (!file->waitUntilSought()) {
         }
         play(*file);
