@@ -4,6 +4,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavutil/common.h>
 #include <libavutil/mathematics.h>
 }
 
@@ -167,10 +168,13 @@ std::int64_t FFmpegDecoder::numberOf(const AVFrame& frame) const {
         return *blockNumber_ * frame.nb_samples;
     if (sampleNumber_)
         return *sampleNumber_ - firstSample_.value_or(0);
+    constexpr std::int64_t largest = std::int64_t{1} << 45U; // six years at 192 kHz
     const std::int64_t time = frame.best_effort_timestamp;
-    return time == AV_NOPTS_VALUE ? 0
-                                  : av_rescale_q(time - firstTime(), file_->timeBase(),
-                                                 AVRational{1, std::max(1, frame.sample_rate)});
+    if (time == AV_NOPTS_VALUE)
+        return 0;
+    const AVRational sampleTime{1, std::max(1, frame.sample_rate)};
+    return std::clamp(av_rescale_q(av_sat_sub64(time, firstTime()), file_->timeBase(), sampleTime),
+                      -largest, largest);
 }
 
 std::int64_t FFmpegDecoder::firstTime() const {
@@ -186,8 +190,9 @@ double FFmpegDecoder::preRoll() const {
 }
 
 void FFmpegDecoder::restartAt(double seconds) {
-    const double units = seconds / av_q2d(file_->timeBase());
-    file_->seek(firstTime() + static_cast<std::int64_t>(units));
+    constexpr double limit = 1e18; // a hostile file may tell any duration
+    const double units = std::clamp(seconds / av_q2d(file_->timeBase()), -limit, limit);
+    file_->seek(av_sat_add64(firstTime(), static_cast<std::int64_t>(units)));
     // Flushing doesn't reset the Speex decoder.
     if (codec_->codec_id == AV_CODEC_ID_SPEEX)
         codec_ = openCodec(*file_);

@@ -4,6 +4,7 @@
 
 extern "C" {
 #include <libavformat/avio.h>
+#include <libavutil/common.h>
 #include <libavutil/error.h>
 #include <libavutil/mem.h>
 }
@@ -41,7 +42,7 @@ std::unique_ptr<FileInput> FileInput::open(const char* path, const std::atomic<b
     for (int tag = 0; tag < Id3v2Header::maxTags; ++tag)
         input->start_ += input->leadingTagSize();
     input->start_ += range.start;
-    input->end_ = range.end - range.start;
+    input->end_ = std::min(range.end - range.start, INT64_MAX - input->start_);
     return input;
 }
 
@@ -92,8 +93,10 @@ void FileInput::replaceHiddenNames(std::span<std::uint8_t> bytes) const {
 
 /// Like `pread`, with offsets from the start of the container.
 ssize_t FileInput::readOnce(std::int64_t offset, void* target, std::size_t size) const {
+    if (offset >= end_)
+        return 0;
     ssize_t count = 0;
-    size = std::min(size, static_cast<std::size_t>(std::max<std::int64_t>(0, end_ - offset)));
+    size = std::min(size, static_cast<std::size_t>(end_ - offset));
     do {
         count = ::pread(descriptor_, target, size, start_ + offset);
     } while (count < 0 && errno == EINTR);
@@ -128,10 +131,10 @@ std::int64_t FileInput::seek(void* self, std::int64_t offset, int whence) {
     case SEEK_SET:
         break;
     case SEEK_CUR:
-        offset += input->offset_;
+        offset = av_sat_add64(offset, input->offset_);
         break;
     case SEEK_END:
-        offset += input->size();
+        offset = av_sat_add64(offset, input->size());
         break;
     default:
         return AVERROR(EINVAL);

@@ -7,6 +7,7 @@ extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavcodec/packet.h>
 #include <libavformat/avformat.h>
+#include <libavutil/common.h>
 #include <libavutil/dict.h>
 #include <libavutil/mem.h>
 }
@@ -175,14 +176,14 @@ void PacketReader::readDuration() {
 void PacketReader::noteStart(std::int64_t timestamp) {
     const bool isOggStream =
         std::string_view(format_->iformat->name) == "ogg" && format_->nb_streams == 1;
-    const auto end = isOggStream ? lastOggPosition(*input_) : std::nullopt;
+    const std::int64_t end = isOggStream ? lastOggPosition(*input_).value_or(0) : 0;
     const AVCodecParameters& codec = *stream_->codecpar;
     if (codec.codec_id == AV_CODEC_ID_FLAC) // the demuxer assumes that it starts at zero
         timestamp = isOggStream ? firstOggPosition(*input_, flacBlockSize(codec)) : 0;
     else if (codec.codec_id == AV_CODEC_ID_OPUS)
-        timestamp += codec.initial_padding;
-    if (end && *end > timestamp)
-        duration_ = inSeconds(*end - timestamp);
+        timestamp = av_sat_add64(timestamp, codec.initial_padding);
+    if (end > 0 && end > timestamp)
+        duration_ = inSeconds(av_sat_sub64(end, timestamp));
 }
 
 double PacketReader::measure() {
@@ -236,7 +237,7 @@ std::int64_t PacketReader::readThrough(AVPacket& packet) {
     std::int64_t length = 0;
     // Reading to the end also fills the index, which makes later seeks exact.
     while (readPacket(packet)) {
-        length += packet.duration;
+        length = av_sat_add64(length, packet.duration);
         av_packet_unref(&packet);
         if (avio_tell(format_->pb) > measureLimit)
             return stream_->duration;
