@@ -122,28 +122,7 @@ bool isWholeFlacFrame(ByteCursor::Bytes frame) {
     return !frame.empty() && sum == 0;
 }
 
-std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail, std::uint32_t streamBlockSize) {
-    // What looks like a header may be sound: the frame before has to end where this one begins.
-    std::optional<FlacFrameHeader> last;
-    for (std::size_t offset = tail.size(); offset-- > 0;) {
-        if (tail[offset] != std::byte{0xFF})
-            continue;
-        const ByteCursor::Bytes rest = tail.subspan(offset);
-        const auto header =
-            parseFlacFrameHeader(rest.first(std::min(rest.size(), FlacFrameHeader::maxSize)));
-        if (!header)
-            continue;
-        const bool isBefore = last && header->firstSample(streamBlockSize) + header->blockSize ==
-                                          last->firstSample(streamBlockSize);
-        if (isBefore)
-            break;
-        last = header;
-    }
-    return last ? std::optional(last->firstSample(streamBlockSize) + last->blockSize)
-                : std::nullopt;
-}
-
-std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame, ByteCursor::Bytes streamInfo) {
+std::optional<std::int64_t> firstFlacSample(ByteCursor::Bytes frame, ByteCursor::Bytes streamInfo) {
     const auto header =
         parseFlacFrameHeader(frame.first(std::min(frame.size(), FlacFrameHeader::maxSize)));
     if (!header)

@@ -29,15 +29,9 @@ struct FlacFrameHeader {
 /// Whether `frame` is one whole frame, by its last checksum.
 [[nodiscard]] bool isWholeFlacFrame(ByteCursor::Bytes frame);
 
-/// Samples of a stream up to the end of the last frame in `tail`, its last bytes. Nothing if no
-/// frame starts there.
-[[nodiscard]] std::optional<std::uint64_t> flacEndSample(ByteCursor::Bytes tail,
-                                                         std::uint32_t streamBlockSize);
-
-/// The number of a frame's first sample.
-/// @param streamInfo the body of the STREAMINFO block, or empty where a file starts without one.
-/// Nothing if the frame's header is damaged.
-[[nodiscard]] std::optional<std::int64_t> flacFrameNumber(ByteCursor::Bytes frame,
+/// The number of a frame's first sample; nothing if the frame's header is damaged.
+/// @param streamInfo the body of the STREAMINFO block; empty if a file starts without one.
+[[nodiscard]] std::optional<std::int64_t> firstFlacSample(ByteCursor::Bytes frame,
                                                           ByteCursor::Bytes streamInfo);
 
 } // namespace tamsy

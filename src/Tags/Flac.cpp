@@ -1,7 +1,7 @@
 #include "Tags/Flac.h"
 
 #include "Formats/FlacBlock.h"
-#include "Formats/FlacFrame.h"
+#include "Formats/FlacEnd.h"
 #include "Tags/VorbisComment.h"
 
 #include <algorithm>
@@ -16,6 +16,7 @@ constexpr std::uint64_t maxFrameSamples = 65'535;
 
 struct StreamInfo {
     std::uint32_t blockSize = 0;
+    std::uint32_t maxFrameBytes = 0; ///< 0 if unknown
     std::uint64_t sampleRate = 0;
     std::uint64_t samples = 0; ///< 0 if unknown
 };
@@ -23,9 +24,10 @@ struct StreamInfo {
 StreamInfo parseStreamInfo(ByteCursor cursor) {
     StreamInfo info;
     info.blockSize = cursor.readU16().value_or(0);
-    constexpr std::uint64_t maxBlockAndFrameSizes = 8;
-    if (!cursor.skip(maxBlockAndFrameSizes))
+    constexpr std::uint64_t maxBlockAndMinFrameSize = 5;
+    if (!cursor.skip(maxBlockAndMinFrameSize))
         return info;
+    info.maxFrameBytes = cursor.readU24().value_or(0);
     // 20 bits of sample rate, 3 of channels, 5 of sample size, 36 of samples.
     const std::uint64_t packed = cursor.readU64().value_or(0);
     info.sampleRate = packed >> 44U;
@@ -33,13 +35,14 @@ StreamInfo parseStreamInfo(ByteCursor cursor) {
     return info;
 }
 
-/// The frames know their numbers where the header doesn't know the total.
-std::uint64_t samplesByLastFrame(const ByteSource& source, std::uint32_t blockSize) {
-    constexpr std::size_t tailSize = std::size_t{64} * 1024;
-    ByteWindow window(source, tailSize);
-    const Bytes tail =
-        window.readUpTo(source.size() - std::min<std::uint64_t>(tailSize, source.size()), tailSize);
-    return flacEndSample(tail, blockSize).value_or(0);
+/// The last frame's number tells the length if the header doesn't.
+std::uint64_t samplesByLastFrame(const ByteSource& source, const StreamInfo& info) {
+    const std::uint64_t size =
+        std::min<std::uint64_t>(source.size(), flacTailBytes(info.maxFrameBytes));
+    ByteWindow window(source, static_cast<std::size_t>(size));
+    const auto end = findFlacEnd(window.read(source.size() - size, static_cast<std::size_t>(size)),
+                                 info.blockSize);
+    return end ? end->samples : 0;
 }
 
 double durationOf(const ByteSource& source, const StreamInfo& info) {
@@ -47,7 +50,7 @@ double durationOf(const ByteSource& source, const StreamInfo& info) {
         return 0;
     const bool isPossible = info.samples / maxFrameSamples <= source.size() / minFrameSize;
     const std::uint64_t samples =
-        info.samples != 0 && isPossible ? info.samples : samplesByLastFrame(source, info.blockSize);
+        info.samples != 0 && isPossible ? info.samples : samplesByLastFrame(source, info);
     return static_cast<double>(samples) / static_cast<double>(info.sampleRate);
 }
 

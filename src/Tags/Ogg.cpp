@@ -107,7 +107,7 @@ double readOgg(MediaParse& parse, std::uint64_t offset) {
     if (!stream)
         return 0;
     readComments(parse, *stream);
-    return parse.wantsDuration ? oggDuration(parse, *stream) : 0;
+    return parse.wantsDuration ? oggDuration(parse, *stream, parse.window.size()) : 0;
 }
 
 } // namespace tamsy::media

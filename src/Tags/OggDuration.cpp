@@ -46,9 +46,15 @@ class SampleCounter {
         return counter.blockSizes_ ? std::optional(counter) : std::nullopt;
     }
 
-    std::uint64_t samplesOf(const Packet& packet) {
+    /// Nothing for the metadata that FLAC has after its header packets.
+    std::optional<std::uint64_t> samplesOf(const Packet& packet) {
         if (stream_.codec == OggCodec::Speex)
             return stream_.packetSamples;
+        if (stream_.codec == OggCodec::Flac) {
+            const auto frame =
+                parseFlacFrameHeader(bytesOf(startOf(packet, FlacFrameHeader::maxSize)));
+            return frame ? std::optional<std::uint64_t>(frame->blockSize) : std::nullopt;
+        }
         const QByteArray start = startOf(packet, 2);
         if (stream_.codec == OggCodec::Opus)
             return opusSamples(bytesOf(start));
@@ -66,72 +72,47 @@ class SampleCounter {
     std::uint32_t before_ = 0; // size of the block before
 };
 
-/// FLAC's frames tell their numbers.
-std::uint64_t firstFlacSample(OggPacketWalk& walk) {
-    constexpr std::size_t streamInfo = 17; // offset in the first packet
-    const Packet identification = walk.next();
-    if (!identification)
-        return 0;
-    const QByteArray info = identification->copy(streamInfo, 2);
-    for (int count = 0; count < maxFlacBlocks; ++count) {
-        const Packet packet = walk.next();
-        if (!packet)
-            break;
-        const QByteArray start = startOf(packet, FlacFrameHeader::maxSize);
-        if (const auto number = flacFrameNumber(bytesOf(start), bytesOf(info)))
-            return static_cast<std::uint64_t>(*number);
-    }
-    return 0;
-}
-
-/// The granule that the file's first sample follows.
+/// The position of the link's first sample.
 std::uint64_t firstGranule(MediaParse& parse, const OggStream& stream) {
     OggPacketWalk walk(parse.source, parse.window, stream.offset, stream.serial);
-    if (stream.codec == OggCodec::Flac)
-        return firstFlacSample(walk);
     auto counter = SampleCounter::start(walk, stream);
     if (!counter)
         return 0;
-    // The first page's granule counts what ends on it.
+    // The first page's position is at the end of the last packet that ends on it.
     std::optional<std::uint64_t> granule;
     std::uint64_t page = 0;
     std::uint64_t samples = 0;
     while (const Packet packet = walk.next()) {
         if (granule && walk.page().body != page)
             break;
+        const auto decoded = counter->samplesOf(packet);
+        if (!decoded)
+            continue;
         granule = walk.page().granule;
         page = walk.page().body;
-        samples += counter->samplesOf(packet);
+        samples += *decoded;
         if (walk.isAtPageEnd())
             break;
     }
     return granule ? *granule - std::min(*granule, samples) : 0;
 }
 
-/// The granule that the stream's last whole page among the file's last `length` bytes ends at.
-std::optional<std::uint64_t> lastGranule(const ByteSource& source, std::uint64_t length,
-                                         std::uint32_t serial) {
-    const std::uint64_t begin = source.size() - std::min(length, source.size());
+/// The position at the end of the stream's last complete page, if that is in the last `length`
+/// bytes before `end`.
+std::optional<std::uint64_t> lastGranule(const ByteSource& source, std::uint64_t end,
+                                         std::uint64_t length, std::uint32_t serial) {
+    length = std::min(length, end);
     ByteWindow window(source, static_cast<std::size_t>(length));
-    const Bytes tail = window.readUpTo(begin, length);
-    std::size_t place = asText(tail).rfind("OggS");
-    while (place != std::string_view::npos) {
-        const auto header = parseOggPageHeader(tail.subspan(place));
-        const bool isWhole = header && header->size() + header->bodySize <= tail.size() - place;
-        if (isWhole && header->serial == serial && header->granule != OggPageHeader::noGranule)
-            return header->granule;
-        place = place == 0 ? std::string_view::npos : asText(tail).rfind("OggS", place - 1);
-    }
-    return std::nullopt;
+    return findLastOggGranule(window.read(end - length, static_cast<std::size_t>(length)), serial);
 }
 
 } // namespace
 
-double oggDuration(MediaParse& parse, const OggStream& stream) {
+double oggDuration(MediaParse& parse, const OggStream& stream, std::uint64_t end) {
     if (stream.sampleRate == 0)
         return 0;
     for (const std::uint64_t length : tailSizes) {
-        const auto granule = lastGranule(*parse.source, length, stream.serial);
+        const auto granule = lastGranule(*parse.source, end, length, stream.serial);
         if (!granule)
             continue;
         const std::uint64_t unheard = firstGranule(parse, stream) + stream.preSkip;

@@ -16,8 +16,8 @@ struct OggStream {
     std::uint64_t packetSamples = 0; ///< in each packet of Speex
 };
 
-/// Seconds from the first sample in the file to the end of the last whole page. What was cut out of
-/// a longer stream begins late in it.
-[[nodiscard]] double oggDuration(MediaParse& parse, const OggStream& stream);
+/// The duration in seconds of a stream that starts with the first sample in its link, which may be
+/// late, and ends with the last complete page before the offset `end`.
+[[nodiscard]] double oggDuration(MediaParse& parse, const OggStream& stream, std::uint64_t end);
 
 } // namespace tamsy::media

@@ -140,7 +140,7 @@ void FFmpegDecoder::noteNumber(const AVPacket& packet) {
     isPositionKnown_ = true;
     switch (parameters.codec_id) {
     case AV_CODEC_ID_FLAC:
-        sampleNumber_ = flacFrameNumber(bytesOf(packet.data, packet.size),
+        sampleNumber_ = firstFlacSample(bytesOf(packet.data, packet.size),
                                         bytesOf(parameters.extradata, parameters.extradata_size));
         if (!firstSample_)
             firstSample_ = sampleNumber_;

@@ -10,12 +10,9 @@
 namespace tamsy {
 namespace {
 
-constexpr std::string_view capturePattern("OggS\0", 5);
-constexpr std::size_t maxPageSize = 65'307; // bytes
-
 class PageWalk {
   public:
-    explicit PageWalk(const FileInput& input) : input_(input), bytes_(maxPageSize) {}
+    explicit PageWalk(const FileInput& input) : input_(input), bytes_(OggPageHeader::maxPageSize) {}
 
     [[nodiscard]] std::int64_t offset() const { return offset_; }
 
@@ -26,11 +23,11 @@ class PageWalk {
             return page;
         while (true) {
             const auto bytes = read(bytes_.size());
-            if (bytes.size() < capturePattern.size())
+            if (bytes.size() < OggPageHeader::signature.size())
                 return std::nullopt;
             const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-            const std::size_t found = text.find(capturePattern, 1);
-            const std::size_t passed = bytes.size() - (capturePattern.size() - 1);
+            const std::size_t found = text.find(OggPageHeader::signature, 1);
+            const std::size_t passed = bytes.size() - (OggPageHeader::signature.size() - 1);
             offset_ += static_cast<std::int64_t>(std::min(found, passed));
             if (found == std::string_view::npos)
                 continue;
@@ -39,29 +36,7 @@ class PageWalk {
         }
     }
 
-    void pass(const OggPageHeader& page) {
-        offset_ += static_cast<std::int64_t>(page.size() + page.bodySize);
-    }
-
-    /// The last page in the file's last 64 KB that meets `isWanted`, which is called with the page
-    /// and the number of bytes from its start to the end of the file. Moves the offset.
-    template <typename Predicate>
-    std::optional<OggPageHeader> findLast(Predicate isWanted) {
-        offset_ = std::max<std::int64_t>(0, input_.size() - static_cast<std::int64_t>(maxPageSize));
-        const auto bytes = read(bytes_.size());
-        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        for (std::size_t at = text.rfind(capturePattern); at != std::string_view::npos;
-             at = text.rfind(capturePattern, at - 1)) {
-            const auto page = parseOggPageHeader(bytes.subspan(at));
-            if (page && isWanted(*page, bytes.size() - at))
-                return page;
-            if (at == 0)
-                break;
-        }
-        return std::nullopt;
-    }
-
-    void restart() { offset_ = 0; }
+    void pass(const OggPageHeader& page) { offset_ += static_cast<std::int64_t>(page.pageSize()); }
 
   private:
     /// Returns nothing once too much has been read: a file of empty pages would take forever.
@@ -87,18 +62,27 @@ class PageWalk {
     std::size_t readBytes_ = 0;
 };
 
+/// The last bytes of the file, which contain a page's start unless a page was cut off.
+std::vector<std::byte> tailOf(const FileInput& input) {
+    std::vector<std::byte> tail(OggPageHeader::maxPageSize);
+    const auto start = std::max<std::int64_t>(0, input.size() - std::ssize(tail));
+    tail.resize(input.readAt(start, tail).size());
+    return tail;
+}
+
 /// Whether the last page belongs to one of the streams that the file starts with.
-bool isOneLink(PageWalk& walk) {
+bool isOneLink(const FileInput& input) {
     constexpr std::size_t maxStreams = 64;
-    std::vector<std::uint32_t> serialNumbers;
+    std::vector<std::uint32_t> serials;
+    PageWalk walk(input);
     while (const auto page = walk.find()) {
-        if (!page->isFirst || serialNumbers.size() == maxStreams)
+        if (!page->isFirst || serials.size() == maxStreams)
             break;
-        serialNumbers.push_back(page->serial);
+        serials.push_back(page->serial);
         walk.pass(*page);
     }
-    const auto last = walk.findLast([](const auto&, std::size_t) { return true; });
-    return !last || std::ranges::find(serialNumbers, last->serial) != serialNumbers.end();
+    const auto last = findLastOggPage(tailOf(input));
+    return !last || std::ranges::find(serials, last->serial) != serials.end();
 }
 
 } // namespace
@@ -108,10 +92,9 @@ std::vector<FileRange> findOggLinks(const FileInput& input) {
     std::array<std::byte, OggPageHeader::maxSize> start{};
     if (!parseOggPageHeader(input.readAt(0, start)))
         return {};
-    PageWalk walk(input);
-    if (isOneLink(walk))
+    if (isOneLink(input))
         return {FileRange()};
-    walk.restart();
+    PageWalk walk(input);
     std::vector<FileRange> links;
     bool isHead = false;
     while (const auto page = walk.find()) {
@@ -134,25 +117,23 @@ std::int64_t firstOggPosition(const FileInput& input, std::int64_t packetLength)
         const auto page = walk.find();
         if (!page)
             break;
-        if (page->granule != 0) // header pages have position 0
-            packets += std::ranges::count_if(page->laces, [](std::byte lace) {
-                return lace != std::byte{OggPageHeader::fullLace};
-            });
-        if (page->granule != 0 && page->granule != OggPageHeader::noGranule)
-            return std::max<std::int64_t>(0, static_cast<std::int64_t>(page->granule) -
-                                                 packets * packetLength);
+        if (page->granule != 0) { // header pages have position 0
+            const bool endsCutPacket = packets == 0 && page->isContinued;
+            packets += page->endedPackets() - (endsCutPacket ? 1 : 0);
+        }
+        if (page->granule != 0 && page->granule != OggPageHeader::noGranule) {
+            const auto end =
+                static_cast<std::int64_t>(std::min<std::uint64_t>(page->granule, INT64_MAX));
+            return std::max<std::int64_t>(0, end - packets * packetLength);
+        }
         walk.pass(*page);
     }
     return 0;
 }
 
 std::optional<std::int64_t> lastOggPosition(const FileInput& input) {
-    PageWalk walk(input);
-    const auto last = walk.findLast([](const OggPageHeader& page, std::size_t bytesThere) {
-        return page.granule != OggPageHeader::noGranule &&
-               page.size() + page.bodySize <= bytesThere;
-    });
-    return last ? std::optional(static_cast<std::int64_t>(last->granule)) : std::nullopt;
+    const auto granule = findLastOggGranule(tailOf(input));
+    return granule ? std::optional(static_cast<std::int64_t>(*granule)) : std::nullopt;
 }
 
 } // namespace tamsy

@@ -1,10 +1,11 @@
 #include "Playback/Miniaudio/AudioDecoder.h"
 
+#include "Formats/FlacEnd.h"
 #include "Playback/Miniaudio/AudioFile.h"
-#include "Playback/Miniaudio/FlacTotal.h"
 #include "Playback/Miniaudio/MiniaudioDecoders.h"
 #include "Playback/Miniaudio/MpegAudioScan.h"
 #include "Playback/Miniaudio/ReadBudget.h"
+#include "Playback/Miniaudio/TrailingTags.h"
 
 #include <algorithm>
 #include <array>
@@ -29,6 +30,13 @@ std::vector<Speaker> speakersOf(const ma_decoder& decoder) {
     for (const ma_channel channel : std::span(map).first(decoder.outputChannels))
         speakers.push_back(speakerAt(channel - MA_CHANNEL_FRONT_LEFT));
     return speakers;
+}
+
+std::optional<FlacEnd> flacEndOf(const AudioFile& file, const FlacHeader& header) {
+    const std::uint64_t end = startOfTrailingTags(file);
+    const auto size = std::min<std::uint64_t>(end, flacTailBytes(header.maxFrameBytes));
+    std::vector<std::byte> buffer(static_cast<std::size_t>(size));
+    return findFlacEnd(file.read(end - size, buffer), header.blockSize);
 }
 
 } // namespace
@@ -61,7 +69,7 @@ void AudioDecoder::resume(std::uint64_t frame) {
 bool AudioDecoder::checkFlac() {
     isFlacUnchecked_ = false;
     const FlacHeader header = flacHeader(*decoder_);
-    const auto end = findFlacEnd(*file_, header.blockSize, header.maxFrameBytes);
+    const auto end = flacEndOf(*file_, header);
     const bool isOneFormat =
         end && end->lastFrame.channels == header.channels &&
         (end->lastFrame.sampleRate == 0 || end->lastFrame.sampleRate == header.sampleRate);

@@ -91,7 +91,7 @@ bool commentsFit(Bytes body) {
 }
 
 /// Whether the first audio page's position is past what its packets can decode to.
-bool startsLate(const AudioFile& file, const VorbisStart& start) {
+bool isCutAtStart(const AudioFile& file, const VorbisStart& start) {
     constexpr int maxPages = 4; // a packet may span several
     std::uint64_t position = start.headerBytes, packets = 0;
     for (int i = 0; i < maxPages; ++i) {
@@ -99,28 +99,20 @@ bool startsLate(const AudioFile& file, const VorbisStart& start) {
         const auto page = parseOggPageHeader(file.read(position, bytes));
         if (!page)
             return false;
-        packets +=
-            static_cast<std::uint64_t>(std::ranges::count_if(page->laces, [](std::byte lace) {
-                return lace != std::byte{OggPageHeader::fullLace};
-            }));
+        packets += static_cast<std::uint64_t>(page->endedPackets());
         if (page->granule != OggPageHeader::noGranule)
             return page->granule > (packets + 1) * start.longBlock / 2;
-        position += page->size() + page->bodySize;
+        position += page->pageSize();
     }
     return false;
 }
 
-/// The last page's serial number; nothing if no page is found.
-std::optional<std::uint32_t> lastSerialNumber(const AudioFile& file) {
-    constexpr std::uint64_t largestPage = 65'536;
-    const std::uint64_t start = file.size() - std::min(file.size(), largestPage);
-    std::vector<std::byte> buffer(static_cast<std::size_t>(file.size() - start));
-    const auto bytes = file.read(start, buffer);
-    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    const std::size_t page = text.rfind(std::string_view("OggS\0", 5));
-    const auto header =
-        page == std::string_view::npos ? std::nullopt : parseOggPageHeader(bytes.subspan(page));
-    return header ? std::optional(header->serial) : std::nullopt;
+/// Whether the last page belongs to another stream.
+bool isFollowed(const AudioFile& file, const VorbisStart& start) {
+    const auto size = std::min<std::uint64_t>(file.size(), OggPageHeader::maxPageSize);
+    std::vector<std::byte> buffer(static_cast<std::size_t>(size));
+    const auto last = findLastOggPage(file.read(file.size() - size, buffer));
+    return last && last->serial != start.serialNumber;
 }
 
 } // namespace
@@ -149,8 +141,7 @@ std::optional<VorbisStart> readVorbisStart(const AudioFile& file) {
 }
 
 bool isWholeVorbisStream(const AudioFile& file, const VorbisStart& start) {
-    const auto last = lastSerialNumber(file);
-    return (!last || *last == start.serialNumber) && !startsLate(file, start);
+    return !isFollowed(file, start) && !isCutAtStart(file, start);
 }
 
 } // namespace tamsy

@@ -1,8 +1,7 @@
-#include "Playback/Miniaudio/FlacTotal.h"
-
-#include "Playback/Miniaudio/TrailingTags.h"
+#include "Formats/FlacEnd.h"
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 namespace tamsy {
@@ -41,18 +40,11 @@ bool isWhole(std::span<const std::byte> bytes, std::span<const Candidate> candid
 
 } // namespace
 
-std::optional<FlacEnd> findFlacEnd(const AudioFile& file, std::uint32_t blockSize,
-                                   std::uint32_t maxFrameBytes) {
-    constexpr std::uint32_t usualBytes = 65'536, limit = 1'048'576;
-    const std::uint64_t end = startOfTrailingTags(file);
-    const std::uint64_t wanted = std::clamp(2 * std::min(maxFrameBytes, limit), usualBytes, limit);
-    const std::uint64_t start = end - std::min(end, wanted);
-    std::vector<std::byte> buffer(static_cast<std::size_t>(end - start));
-    const std::span<const std::byte> bytes = file.read(start, buffer);
-    const auto candidates = candidatesIn(bytes);
+std::optional<FlacEnd> findFlacEnd(ByteCursor::Bytes tail, std::uint32_t blockSize) {
+    const auto candidates = candidatesIn(tail);
     for (std::size_t index = candidates.size(); index-- > 0;) {
         const auto& [offset, header] = candidates[index];
-        if (isWhole(bytes, std::span(candidates).subspan(index)))
+        if (isWhole(tail, std::span(candidates).subspan(index)))
             return FlacEnd{header.firstSample(blockSize) + header.blockSize, header};
     }
     return std::nullopt;
