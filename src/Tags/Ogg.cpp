@@ -3,6 +3,7 @@
 #include "Formats/FlacBlock.h"
 #include "Formats/OggPackets.h"
 #include "Tags/OggDuration.h"
+#include "Tags/OggLinks.h"
 #include "Tags/VorbisComment.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace tamsy::media {
 namespace {
 
 constexpr int maxStreams = 32;
+constexpr int maxLinks = 256;
 constexpr int maxFlacBlocks = 64;
 
 std::optional<OggStream> identify(ByteWindow& window, const OggPage& page) {
@@ -103,11 +105,21 @@ void readComments(MediaParse& parse, const OggStream& stream) {
 } // namespace
 
 double readOgg(MediaParse& parse, std::uint64_t offset) {
-    const auto stream = findStream(parse.window, offset);
+    auto stream = findStream(parse.window, offset);
     if (!stream)
         return 0;
     readComments(parse, *stream);
-    return parse.wantsDuration ? oggDuration(parse, *stream, parse.window.size()) : 0;
+    if (!parse.wantsDuration)
+        return 0;
+    OggLinkSearch search(*parse.source);
+    double seconds = 0;
+    for (int link = 0; stream && link < maxLinks; ++link) {
+        const std::uint64_t end = search.endOfLink(offset);
+        seconds += oggDuration(parse, *stream, end);
+        offset = end;
+        stream = findStream(parse.window, offset);
+    }
+    return seconds;
 }
 
 } // namespace tamsy::media
