@@ -14,7 +14,7 @@ std::string_view asText(ByteCursor::Bytes bytes) {
 
 } // namespace
 
-std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes) {
+std::optional<ApeFooter> parseApeFooter(ByteCursor::Bytes bytes) {
     ByteCursor cursor(bytes);
     const auto signature = cursor.readBytes(8);
     if (!signature || asText(*signature) != "APETAGEX")
@@ -28,7 +28,7 @@ std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes) {
         .itemBytes = size - ApeFooter::size, .items = *items, .isUtf8 = version >= versionOfUtf8};
 }
 
-std::optional<ApeItem> readApeItem(ByteCursor::Bytes bytes) {
+std::optional<ApeItem> parseApeItem(ByteCursor::Bytes bytes) {
     constexpr std::uint32_t kindMask = 6; // text, binary, link
     ByteCursor cursor(bytes);
     const auto size = cursor.readU32LE();

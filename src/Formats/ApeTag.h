@@ -20,8 +20,8 @@ struct ApeFooter {
     bool isUtf8 = false; ///< version 2; in version 1 the encoding is unknown
 };
 
-/// Parses a footer of 32 bytes; nothing if they aren't one.
-[[nodiscard]] std::optional<ApeFooter> readApeFooter(ByteCursor::Bytes bytes);
+/// Parses a footer of 32 bytes; nothing if it isn't one.
+[[nodiscard]] std::optional<ApeFooter> parseApeFooter(ByteCursor::Bytes bytes);
 
 struct ApeItem {
     /// Size and flags, and a key of at most 255 bytes with its NUL.
@@ -34,6 +34,6 @@ struct ApeItem {
 };
 
 /// Parses the item header at the start of `bytes`, which may be longer; nothing if there is none.
-[[nodiscard]] std::optional<ApeItem> readApeItem(ByteCursor::Bytes bytes);
+[[nodiscard]] std::optional<ApeItem> parseApeItem(ByteCursor::Bytes bytes);
 
 } // namespace tamsy

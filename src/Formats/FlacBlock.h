@@ -18,7 +18,7 @@ struct FlacBlockHeader {
     std::uint32_t length = 0; ///< bytes of the body
 };
 
-/// Nothing if there are fewer than four bytes.
+/// Parses the header at the start of `bytes`; nothing if there are fewer than four.
 [[nodiscard]] std::optional<FlacBlockHeader> parseFlacBlockHeader(Bytes bytes);
 
 /// A metadata block in a file.
@@ -35,7 +35,7 @@ class FlacBlockWalk {
     FlacBlockWalk(ByteWindow& window, std::uint64_t offset)
         : window_(window), position_(offset + signatureSize) {}
 
-    /// The next block; nothing after the last one, or where one isn't wholly in the file.
+    /// The next block; nothing after the last one, or if the file ends within one.
     [[nodiscard]] std::optional<FlacBlock> next();
 
   private:

@@ -7,7 +7,7 @@
 namespace tamsy {
 namespace {
 
-/// A number in the way of UTF-8, of up to 36 bits.
+/// Reads a number of up to 36 bits that is coded like a character in UTF-8.
 std::optional<std::uint64_t> readCodedNumber(ByteCursor& cursor) {
     const auto first = cursor.readU8();
     if (!first)
@@ -106,7 +106,7 @@ std::optional<FlacFrameHeader> parseFlacFrameHeader(ByteCursor::Bytes bytes) {
     const auto checksum = checksumOf(bytes.first(cursor.position()));
     if (cursor.readU8() != checksum)
         return std::nullopt;
-    const unsigned mode = *channels >> 4U; // of the last ones, two channels in one of three ways
+    const unsigned mode = *channels >> 4U; // from 8 on: stereo, in three forms
     return FlacFrameHeader{.countsSamples = (*start & 1U) != 0,
                            .number = *number,
                            .blockSize = *blockSize,

@@ -14,14 +14,15 @@ struct FrameHeader {
     std::uint32_t sampleRate = 0;
     /// The bits that are equal in all frames of a stream.
     std::uint32_t kind = 0;
-    /// MPEG layer III: bytes from the frame's start to where an encoder may put a Xing header.
+    /// MPEG layer III: the offset in the frame at which a Xing header would start.
     std::uint32_t infoStart = 0;
 };
 
 /// The size of the longest frame header in bytes.
 constexpr std::size_t frameHeaderSize = 7;
 
-/// Nothing unless a frame of known length starts with `bytes`.
+/// Parses the header at the start of `bytes`; nothing if there is none or the frame's length is
+/// unknown.
 [[nodiscard]] std::optional<FrameHeader> parseFrameHeader(Bytes bytes);
 
 } // namespace tamsy::media

@@ -39,7 +39,7 @@ QString decodeWestern(QByteArrayView bytes) {
 
 } // namespace
 
-LegacyEncoding judgeLegacyEncoding(const std::vector<QByteArray>& texts) {
+LegacyEncoding detectLegacyEncoding(const std::vector<QByteArray>& texts) {
     if (std::ranges::all_of(
             texts, [](const QByteArray& text) { return decodeStrictUtf8(text).has_value(); }))
         return LegacyEncoding::Utf8;

@@ -14,7 +14,7 @@ enum class LegacyEncoding { Utf8, Gb18030, ShiftJis, Big5, EucKr, Windows1251, W
 
 /// Detects the encoding of one file's texts together, since a short name alone says too little:
 /// UTF-8 if all are valid, else the encoding in which they are most likely.
-[[nodiscard]] LegacyEncoding judgeLegacyEncoding(const std::vector<QByteArray>& texts);
+[[nodiscard]] LegacyEncoding detectLegacyEncoding(const std::vector<QByteArray>& texts);
 
 /// Decodes `bytes`. If `encoding` is a single-byte encoding, text that is valid UTF-8 is decoded as
 /// UTF-8.

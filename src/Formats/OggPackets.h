@@ -9,7 +9,7 @@ namespace tamsy::media {
 
 /// One page of an Ogg stream in a file.
 struct OggPage {
-    bool isFirst = false; ///< begins its stream
+    bool isFirst = false; ///< of its stream
     std::uint64_t granule = 0;
     std::uint32_t serial = 0;
     std::uint64_t body = 0;
@@ -17,10 +17,10 @@ struct OggPage {
     std::vector<std::uint8_t> laces; ///< lengths of the segments
 };
 
-/// The page that begins at `offset`; nothing if none does or if it is cut off.
+/// The page at `offset`; nothing if there is none or it is incomplete.
 [[nodiscard]] std::optional<OggPage> readOggPage(ByteWindow& window, std::uint64_t offset);
 
-/// A packet that lies in pieces over the pages of a stream, as if it lay in one.
+/// A packet as one source, though its pieces are spread over the pages of a stream.
 class OggPacket : public ByteSource {
   public:
     explicit OggPacket(SharedSource file) : file_(std::move(file)) {}
@@ -43,19 +43,19 @@ class OggPacket : public ByteSource {
     std::vector<Piece> pieces_;
 };
 
-/// Walks the packets of one stream, from its first page on.
+/// Steps through the packets of one stream, from its first page on.
 class OggPacketWalk {
   public:
     OggPacketWalk(SharedSource file, ByteWindow& window, std::uint64_t offset,
                   std::uint32_t serial);
 
-    /// The next packet; null at the end, and for one that no tag is as long as (64 MiB).
+    /// The next packet; null at the end, or if it exceeds 64 MiB, which no tag does.
     [[nodiscard]] std::shared_ptr<const OggPacket> next();
 
     /// The page that the latest packet ended on.
     [[nodiscard]] const OggPage& page() const { return page_; }
 
-    /// Whether that packet is the page's last, and none is begun after it.
+    /// Whether no other packet starts on that page after it.
     [[nodiscard]] bool isAtPageEnd() const { return lace_ == page_.laces.size(); }
 
   private:

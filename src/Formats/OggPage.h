@@ -15,9 +15,9 @@ struct OggPageHeader {
     static constexpr std::size_t maxSize = minSize + 255;
     static constexpr std::size_t maxPageSize = maxSize + std::size_t{255} * 255;
     static constexpr std::uint64_t noGranule = UINT64_MAX; ///< no packet ends on the page
-    static constexpr std::uint8_t fullLace = 255; ///< the packet goes on in the next segment
+    static constexpr std::uint8_t fullLace = 255; ///< the packet continues in the next segment
 
-    bool isContinued = false; ///< begins with the rest of a packet
+    bool isContinued = false; ///< starts with the rest of a packet
     bool isFirst = false;     ///< of its stream
     bool isLast = false;
     std::uint64_t granule = noGranule; ///< position at the end of the last packet that ends here
@@ -32,7 +32,7 @@ struct OggPageHeader {
     [[nodiscard]] std::int64_t endedPackets() const;
 };
 
-/// Nothing if the bytes start no page or end within its header.
+/// Parses the header at the start of `bytes`; nothing if there is none or it is incomplete.
 [[nodiscard]] std::optional<OggPageHeader> parseOggPageHeader(ByteCursor::Bytes bytes);
 
 /// The last page in `tail`, the end of a file. It may be incomplete.

@@ -5,7 +5,7 @@
 namespace tamsy {
 namespace {
 
-/// `count` bits from bit `position` on, the lowest bit of each byte first.
+/// The `count` bits at `position`, the lowest bit of each byte first.
 std::uint32_t bitsAt(ByteCursor::Bytes bytes, std::size_t position, unsigned count) {
     std::uint32_t value = 0;
     for (unsigned i = 0; i < count; ++i, ++position) {
@@ -15,7 +15,7 @@ std::uint32_t bitsAt(ByteCursor::Bytes bytes, std::size_t position, unsigned cou
     return value;
 }
 
-/// Where the framing bit stands that ends a setup header; 0 if there is none.
+/// The position, in bits, of the framing bit at the end of a setup header; 0 if there is none.
 std::size_t framingBit(ByteCursor::Bytes bytes) {
     while (!bytes.empty() && bytes.back() == std::byte{0})
         bytes = bytes.first(bytes.size() - 1);
@@ -35,7 +35,7 @@ std::optional<VorbisBlockSizes> VorbisBlockSizes::parse(ByteCursor::Bytes identi
     VorbisBlockSizes sizes;
     const auto packed = std::to_integer<unsigned>(identification[sizesOffset]);
     sizes.sizes_ = {1U << (packed & 15U), 1U << (packed >> 4U)};
-    // The modes end the header. Reading it from the front would need all that stands before them.
+    // The modes are last. Parsing the header from its start would take much more code and time.
     constexpr std::size_t modeSize =
         1 + 16 + 16 + 8; // in bits: block flag, window, transform, mapping
     constexpr std::size_t countSize = 6;

@@ -9,7 +9,7 @@
 
 namespace tamsy {
 
-/// How many samples a Vorbis packet decodes to, which only its stream's setup header tells
+/// The block sizes of a Vorbis stream, which determine how many samples its packets decode to
 /// (Vorbis I, 4.2.4 and 4.3.1).
 class VorbisBlockSizes {
   public:
@@ -17,7 +17,7 @@ class VorbisBlockSizes {
     [[nodiscard]] static std::optional<VorbisBlockSizes> parse(ByteCursor::Bytes identification,
                                                                ByteCursor::Bytes setup);
 
-    /// Samples in the block of a packet that begins with `first`; 0 if it is no sound.
+    /// The block size, in samples, of a packet whose first byte is `first`; 0 if it isn't audio.
     [[nodiscard]] std::uint32_t of(std::byte first) const;
 
   private:
@@ -26,8 +26,8 @@ class VorbisBlockSizes {
     unsigned modeBits_ = 0;
 };
 
-/// Samples at 48,000 Hz that an Opus packet decodes to (RFC 6716, section 3.1), by the bytes it
-/// begins with.
+/// The number of samples at 48,000 Hz that an Opus packet decodes to (RFC 6716, section 3.1). Only
+/// its first two bytes are needed.
 [[nodiscard]] std::uint32_t opusSamples(ByteCursor::Bytes packet);
 
 } // namespace tamsy

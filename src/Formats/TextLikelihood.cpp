@@ -119,7 +119,7 @@ struct ShiftJis {
 
 // The fixed fields of old tags have 30 bytes and may cut a character in two; so may our own limit.
 bool isCutAtEnd(qsizetype position, qsizetype size) {
-    return position == size - 1 && (size == 29 || size == 30 || size == judgedBytes);
+    return position == size - 1 && (size == 29 || size == 30 || size == examinedBytes);
 }
 
 template <typename Encoding>
@@ -234,7 +234,7 @@ double costOfWestern(QByteArrayView bytes) {
 } // namespace
 
 double costOfText(QByteArrayView text, LegacyEncoding encoding) {
-    const QByteArrayView bytes = text.first(std::min(text.size(), judgedBytes));
+    const QByteArrayView bytes = text.first(std::min(text.size(), examinedBytes));
     switch (encoding) {
     case LegacyEncoding::Gb18030:
         return costOfPairs<Gb18030>(bytes);

@@ -5,7 +5,7 @@
 namespace tamsy {
 
 /// The number of bytes of a text that are examined; far fewer show the language.
-inline constexpr qsizetype judgedBytes = 512;
+inline constexpr qsizetype examinedBytes = 512;
 
 /// How unlikely `text` is as a title in `encoding`, in bits: the negative logarithm of its
 /// probability in a simple model of the language. Infinite if it isn't valid in that encoding.

@@ -24,18 +24,18 @@ class UnsynchronisedSource : public ByteSource {
 
   private:
     /// A position of the pass over the tag.
-    struct Place {
+    struct Position {
         std::uint64_t raw = 0;
         std::uint64_t plain = 0;
-        bool isBehindMark = false; ///< the previous byte was 0xFF
+        bool followsMark = false; ///< the previous byte was 0xFF
     };
 
     SharedSource file_;
     std::uint64_t offset_;
     std::uint64_t length_;
     mutable std::mutex mutex_; // guards everything below
-    mutable Place place_;
-    mutable std::vector<Place> marks_{Place()}; ///< positions at regular steps
+    mutable Position position_;
+    mutable std::vector<Position> marks_{Position()}; ///< positions at regular steps
 };
 
 } // namespace tamsy::media

@@ -9,8 +9,8 @@
 namespace tamsy {
 
 /// Steps through the comments of a Vorbis comment block (xiph.org): a vendor's name, a count, and
-/// as many texts, each after its length. `ReadLength` gives the little-endian number of 32 bits at
-/// an offset, or nothing.
+/// as many texts, each preceded by its length. `ReadLength` returns the little-endian 32-bit number
+/// at an offset, or nothing.
 template <typename ReadLength>
 class VorbisCommentWalk {
   public:
@@ -25,15 +25,15 @@ class VorbisCommentWalk {
         const auto vendor = readText();
         const auto count =
             vendor && end_ - position_ >= lengthSize ? readLength_(position_) : std::nullopt;
-        hasHead_ = count.has_value();
+        hasHeader_ = count.has_value();
         count_ = left_ = count.value_or(0);
-        position_ += hasHead_ ? lengthSize : 0;
+        position_ += hasHeader_ ? lengthSize : 0;
     }
 
-    /// As many as the block says it has.
+    /// The number of comments that the block states.
     [[nodiscard]] std::uint32_t count() const { return count_; }
 
-    /// The next comment; nothing after the last one, or where one reaches beyond the block.
+    /// The next comment; nothing after the last one, or if one exceeds the block.
     [[nodiscard]] std::optional<Comment> next() {
         const auto comment = left_ > 0 ? readText() : std::nullopt;
         if (comment)
@@ -41,10 +41,10 @@ class VorbisCommentWalk {
         return comment;
     }
 
-    /// Whether the block was whole and all its comments were given.
-    [[nodiscard]] bool isComplete() const { return hasHead_ && left_ == 0; }
+    /// Whether the block is complete and all its comments have been returned.
+    [[nodiscard]] bool isComplete() const { return hasHeader_ && left_ == 0; }
 
-    /// Where the walk stands.
+    /// The offset of what follows.
     [[nodiscard]] std::uint64_t position() const { return position_; }
 
   private:
@@ -64,7 +64,7 @@ class VorbisCommentWalk {
     ReadLength readLength_;
     std::uint64_t position_;
     std::uint64_t end_;
-    bool hasHead_ = false;
+    bool hasHeader_ = false;
     std::uint32_t count_ = 0;
     std::uint32_t left_ = 0;
 };

@@ -22,11 +22,11 @@ std::optional<ItemRange> findTag(ByteWindow& window) {
     // One read covers both positions and the ID3v1 tag.
     if (window.size() > farthest)
         static_cast<void>(window.readUpTo(window.size() - farthest, farthest));
-    for (const std::uint64_t behind : {std::uint64_t{0}, id3v1Size}) {
-        if (window.size() < behind + ApeFooter::size)
+    for (const std::uint64_t trailing : {std::uint64_t{0}, id3v1Size}) {
+        if (window.size() < trailing + ApeFooter::size)
             continue;
-        const std::uint64_t end = window.size() - behind - ApeFooter::size;
-        const auto footer = readApeFooter(window.read(end, ApeFooter::size));
+        const std::uint64_t end = window.size() - trailing - ApeFooter::size;
+        const auto footer = parseApeFooter(window.read(end, ApeFooter::size));
         if (footer && footer->itemBytes <= end)
             return ItemRange{.begin = end - footer->itemBytes, .end = end, .footer = *footer};
     }
@@ -80,7 +80,7 @@ void readApeTag(MediaParse& parse) {
         return;
     std::uint64_t position = tag->begin;
     for (std::uint32_t i = 0; i < tag->footer.items && i < maxEntries; ++i) {
-        const auto item = readApeItem(parse.window.readUpTo(
+        const auto item = parseApeItem(parse.window.readUpTo(
             position, std::min<std::uint64_t>(ApeItem::largestHeader, tag->end - position)));
         if (!item || item->valueSize > tag->end - position - item->headerSize)
             return;

@@ -32,62 +32,64 @@ bool isConfirmedFrame(ByteWindow& window, std::uint64_t offset) {
     return second && second->kind == header->kind;
 }
 
-struct EncoderNote {
+struct LengthHeader {
     std::uint64_t frames = 0;
     std::uint64_t bytes = 0; ///< of the stream; 0 if unknown
-    std::uint64_t unheardSamples = 0;
+    std::uint64_t droppedSamples = 0;
 };
 
-std::optional<EncoderNote> readXingNote(ByteCursor cursor) {
+std::optional<LengthHeader> parseXingHeader(ByteCursor cursor) {
     const auto name = cursor.readBytes(4);
     if (!name || (asText(*name) != "Xing" && asText(*name) != "Info"))
         return std::nullopt;
     const std::uint32_t flags = cursor.readU32().value_or(0);
     if ((flags & 1U) == 0)
         return std::nullopt;
-    EncoderNote note;
-    note.frames = cursor.readU32().value_or(0);
-    note.bytes = (flags & 2U) != 0 ? cursor.readU32().value_or(0) : 0;
+    LengthHeader header;
+    header.frames = cursor.readU32().value_or(0);
+    header.bytes = (flags & 2U) != 0 ? cursor.readU32().value_or(0) : 0;
     const std::uint64_t toEncoder = ((flags & 4U) != 0 ? 100U : 0U) + ((flags & 8U) != 0 ? 4U : 0U);
     const auto encoder = cursor.skip(toEncoder) ? cursor.readBytes(4) : std::nullopt;
     if (encoder && (asText(*encoder) == "LAME" || asText(*encoder).starts_with("Lav")) &&
         cursor.skip(17)) {
         const std::uint32_t gaps = cursor.readU24().value_or(0);
-        note.unheardSamples = (gaps >> 12U) + (gaps & 0xFFFU);
+        header.droppedSamples = (gaps >> 12U) + (gaps & 0xFFFU);
     }
-    return note;
+    return header;
 }
 
-std::optional<EncoderNote> readVbriNote(ByteCursor cursor) {
+std::optional<LengthHeader> parseVbriHeader(ByteCursor cursor) {
     const auto name = cursor.readBytes(4);
     if (!name || asText(*name) != "VBRI" || !cursor.skip(6))
         return std::nullopt;
-    EncoderNote note;
-    note.bytes = cursor.readU32().value_or(0);
-    note.frames = cursor.readU32().value_or(0);
-    return note;
+    LengthHeader header;
+    header.bytes = cursor.readU32().value_or(0);
+    header.frames = cursor.readU32().value_or(0);
+    return header;
 }
 
-/// Nothing if the header doesn't match the file's size, because the file was cut or joined.
-std::optional<double> notedDuration(ByteWindow& window, std::uint64_t first,
-                                    const FrameHeader& header) {
-    const Bytes frame = window.readUpTo(first, header.length);
-    const auto behind = [frame](std::size_t bytes) {
-        return ByteCursor(frame.subspan(std::min(frame.size(), bytes)));
+/// The duration by the length header in the first frame; nothing if there is none, or if it
+/// doesn't match the file's size, because the file was cut or joined.
+std::optional<double> headerDuration(ByteWindow& window, std::uint64_t first,
+                                     const FrameHeader& frame) {
+    const Bytes bytes = window.readUpTo(first, frame.length);
+    const auto from = [bytes](std::size_t offset) {
+        return ByteCursor(bytes.subspan(std::min(bytes.size(), offset)));
     };
-    auto note = readXingNote(behind(header.infoStart));
-    if (!note)
-        note = readVbriNote(behind(36));
-    if (!note || note->frames == 0)
+    auto header = parseXingHeader(from(frame.infoStart));
+    if (!header)
+        header = parseVbriHeader(from(36));
+    if (!header || header->frames == 0)
         return std::nullopt;
-    const std::uint64_t there = window.size() - first;
-    const bool isCut = note->bytes > there + countingSlack;
-    const bool isJoined = note->bytes != 0 && there > note->bytes + there / 16 + longestTrailer;
-    if (isCut || isJoined || note->frames > there / smallestFrame)
+    const std::uint64_t available = window.size() - first;
+    const bool isCut = header->bytes > available + countingSlack;
+    const bool isJoined =
+        header->bytes != 0 && available > header->bytes + available / 16 + longestTrailer;
+    if (isCut || isJoined || header->frames > available / smallestFrame)
         return std::nullopt;
-    const std::uint64_t samples = note->frames * header.samples;
-    return static_cast<double>(samples - std::min(samples, note->unheardSamples)) /
-           header.sampleRate;
+    const std::uint64_t samples = header->frames * frame.samples;
+    return static_cast<double>(samples - std::min(samples, header->droppedSamples)) /
+           frame.sampleRate;
 }
 
 /// The next offset at which a frame may start; nothing if there is none within `limit` bytes.
@@ -114,7 +116,7 @@ class FrameWalk {
         : window_(source, walkWindow), first_(first), position_(first), header_(header) {}
 
     double seconds() {
-        while (!isLongEnough() && (passFrames() || passJunk())) {
+        while (!isLongEnough() && (countFrames() || skipJunk())) {
         }
         const auto all = static_cast<double>(window_.size() - first_);
         const double part = isLongEnough() ? static_cast<double>(position_ - first_) / all : 1;
@@ -127,7 +129,7 @@ class FrameWalk {
     }
 
     /// Counts the frames that start in the window; false if there is none at the position.
-    bool passFrames() {
+    bool countFrames() {
         const std::uint64_t start = position_;
         const Bytes bytes = window_.readUpTo(start, walkWindow);
         while (!isLongEnough() && position_ - start + frameHeaderSize <= bytes.size()) {
@@ -142,7 +144,7 @@ class FrameWalk {
         return position_ != start;
     }
 
-    bool passJunk() {
+    bool skipJunk() {
         if (position_ >= window_.size() || junk_ >= toleratedJunk)
             return false;
         const auto sync = nextSync(window_, position_ + 1, toleratedJunk - junk_);
@@ -169,20 +171,20 @@ std::optional<std::uint64_t> findFirstFrame(MediaParse& parse, std::uint64_t off
         return offset;
     constexpr std::size_t longestFrame = 8192;
     ByteWindow window(*parse.source, searchedBytes + longestFrame);
-    const std::uint64_t there = window.readUpTo(offset, searchedBytes + longestFrame).size();
-    const std::uint64_t end = offset + std::min<std::uint64_t>(there, searchedBytes);
-    auto place = nextSync(window, offset, end - offset);
-    while (place && !isConfirmedFrame(window, *place))
-        place = nextSync(window, *place + 1, end - *place - 1);
-    return place;
+    const std::uint64_t available = window.readUpTo(offset, searchedBytes + longestFrame).size();
+    const std::uint64_t end = offset + std::min<std::uint64_t>(available, searchedBytes);
+    auto candidate = nextSync(window, offset, end - offset);
+    while (candidate && !isConfirmedFrame(window, *candidate))
+        candidate = nextSync(window, *candidate + 1, end - *candidate - 1);
+    return candidate;
 }
 
 double frameStreamDuration(MediaParse& parse, std::uint64_t first) {
     const auto header = headerAt(parse.window, first);
     if (!header)
         return 0;
-    if (const auto noted = notedDuration(parse.window, first, *header))
-        return *noted;
+    if (const auto seconds = headerDuration(parse.window, first, *header))
+        return *seconds;
     return FrameWalk(*parse.source, first, *header).seconds();
 }
 

@@ -49,7 +49,7 @@ LegacyEncoding judged(const std::vector<Entry>& entries) {
     texts.reserve(entries.size());
     for (const Entry& entry : entries)
         texts.push_back(QByteArray::fromRawData(entry.bytes.data(), entry.bytes.size()));
-    return judgeLegacyEncoding(texts);
+    return detectLegacyEncoding(texts);
 }
 
 std::vector<QString> decoded(const std::vector<Entry>& entries, char encoding) {
@@ -92,10 +92,10 @@ QString joinedLines(const std::vector<Entry>& entries, const std::vector<QString
     bool startsLine = true;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         // The newline may precede a line's first words or follow its last.
-        bool isBehindNewline = !marksLines;
+        bool followsNewline = !marksLines;
         for (const QStringView words : QStringView(texts[i]).tokenize(u'\n')) {
-            startsLine = startsLine || isBehindNewline;
-            isBehindNewline = true;
+            startsLine = startsLine || followsNewline;
+            followsNewline = true;
             if (words.isEmpty())
                 continue;
             if (startsLine) {

@@ -35,7 +35,7 @@ class FrameWalk {
     /// Reads the frames between two offsets. Returns the offset after the last one.
     std::uint64_t run(std::uint64_t position, std::uint64_t end) {
         if (header_.hasExtendedHeader)
-            position = behindExtendedHeader(position, end);
+            position = endOfExtendedHeader(position, end);
         for (int count = 0; count < maxEntries; ++count) {
             auto frame = readFrameAt(position, end);
             if (!frame && !isPadding(position, end))
@@ -49,7 +49,7 @@ class FrameWalk {
     }
 
   private:
-    std::uint64_t behindExtendedHeader(std::uint64_t position, std::uint64_t end) {
+    std::uint64_t endOfExtendedHeader(std::uint64_t position, std::uint64_t end) {
         ByteCursor cursor(window_.read(position, 4));
         const std::uint32_t raw = cursor.readU32().value_or(0);
         const std::uint64_t size =
@@ -158,11 +158,11 @@ class FrameWalk {
 std::uint64_t readTag(MediaParse& parse, const Id3v2Header& header, std::uint64_t offset,
                       std::uint64_t end) {
     const std::uint64_t body = offset + Id3v2Header::size;
-    const std::uint64_t there = end - body;
-    const std::uint64_t size = std::min<std::uint64_t>(header.bodySize, there);
+    const std::uint64_t available = end - body;
+    const std::uint64_t size = std::min<std::uint64_t>(header.bodySize, available);
     std::uint64_t lastFrame = body + size;
     if (!hasKnownFrames(header)) {
-        // Passed over.
+        // Skipped.
     } else if (header.isUnsynchronised && header.version < 4) {
         const std::uint64_t limit =
             parse.items.listsEverything() ? longestUnsynchronisedTag : longestScannedTag;
@@ -173,7 +173,7 @@ std::uint64_t readTag(MediaParse& parse, const Id3v2Header& header, std::uint64_
     } else {
         lastFrame = FrameWalk(parse, header, parse.source, parse.window).run(body, body + size);
     }
-    if (header.bodySize > there)
+    if (header.bodySize > available)
         return lastFrame;
     return std::min(offset + header.tagSize(), end);
 }

@@ -70,9 +70,9 @@ TagText decode(QByteArrayView bytes, char encoding) {
     case 0:
         return legacyText(bytes);
     case 1:
-        return {.decoded = decodeUtf16(bytes), .undecided = {}};
+        return {.decoded = decodeUtf16(bytes), .rawBytes = {}};
     case 2:
-        return {.decoded = decodeUtf16BigEndian(bytes), .undecided = {}};
+        return {.decoded = decodeUtf16BigEndian(bytes), .rawBytes = {}};
     default:
         return utf8Text(bytes);
     }
@@ -85,11 +85,11 @@ QByteArray pictureOf(QByteArrayView payload, bool isVersion22) {
         return {};
     // Some programs mix the name of one version with the body of the other.
     const bool isFormatTerminated = !isVersion22 || payload.sliced(1).startsWith("image/");
-    const QByteArrayView behindFormat =
+    const QByteArrayView afterFormat =
         !isFormatTerminated ? payload.sliced(4) : splitAtTerminator(payload.sliced(1), 0).second;
-    if (behindFormat.isEmpty())
+    if (afterFormat.isEmpty())
         return {};
-    return splitAtTerminator(behindFormat.sliced(1), payload.front()).second.toByteArray();
+    return splitAtTerminator(afterFormat.sliced(1), payload.front()).second.toByteArray();
 }
 
 std::function<QByteArray()> dataReader(const Id3Frame& frame, const SharedSource& source,
@@ -105,7 +105,7 @@ std::function<QByteArray()> dataReader(const Id3Frame& frame, const SharedSource
 
 void addDecoded(ItemCollector& items, MediaItem item, TagText text) {
     // The bytes of an empty text, its encoding and language, would be taken for text.
-    if (text.undecided.isEmpty() && joinedValues(text.decoded).isEmpty())
+    if (text.rawBytes.isEmpty() && joinedValues(text.decoded).isEmpty())
         item.readData = nullptr;
     items.add(std::move(item), std::move(text));
 }
@@ -124,7 +124,7 @@ void addText(ItemCollector& items, MediaItem item, const Id3Frame& frame, QByteA
         return addDecoded(items, std::move(item), decode(body, encoding));
     if (frame.name == "SYLT") {
         const QString lyrics = synchronisedLyricsText(payload).value_or(QString());
-        return addDecoded(items, std::move(item), {.decoded = lyrics, .undecided = {}});
+        return addDecoded(items, std::move(item), {.decoded = lyrics, .rawBytes = {}});
     }
     const QByteArrayView described = body.sliced(std::min<qsizetype>(3, body.size()));
     addDecoded(items, std::move(item),
@@ -144,9 +144,9 @@ std::optional<QByteArray> textPayload(ItemCollector& items, const Id3Frame& fram
     const QByteArray bytes = window.copy(frame.offset, frame.size);
     if (!frame.isCompressed)
         return payloadOf(frame, bytes, 0);
-    const auto room = static_cast<qsizetype>(items.roomForText(key));
-    QByteArray payload = payloadOf(frame, bytes, room);
-    const bool isWhole = payload.size() < room;
+    const auto maxSize = static_cast<qsizetype>(items.maxTextSize(key));
+    QByteArray payload = payloadOf(frame, bytes, maxSize);
+    const bool isWhole = payload.size() < maxSize;
     return items.wantsText(key, static_cast<std::uint64_t>(payload.size())) && isWhole
                ? std::optional(std::move(payload))
                : std::nullopt;

@@ -18,7 +18,7 @@ constexpr std::size_t maxCommonItems = 100;
 constexpr std::size_t maxItems = 10'000;
 
 /// Whether the text has more than white space.
-bool saysSomething(const MediaItem& item) {
+bool hasText(const MediaItem& item) {
     return item.text && !trimmedOfWhitespaceAndNewlines(*item.text).isEmpty();
 }
 
@@ -26,7 +26,7 @@ bool saysSomething(const MediaItem& item) {
 /// other text must not be empty.
 bool isNamed(const MediaItem& item) {
     const bool isOfTrack = item.name == u"title" || item.name == u"artist" || item.name == u"album";
-    return isOfTrack ? saysSomething(item) : item.text && !item.text->isEmpty();
+    return isOfTrack ? hasText(item) : item.text && !item.text->isEmpty();
 }
 
 QString infoName(CommonKey key) {
@@ -54,13 +54,13 @@ bool ItemCollector::wants(std::optional<CommonKey> key) const {
     return key && *key != CommonKey::Artwork && found_.size() < maxCommonItems;
 }
 
-std::uint64_t ItemCollector::roomForText(std::optional<CommonKey> key) const {
+std::uint64_t ItemCollector::maxTextSize(std::optional<CommonKey> key) const {
     const bool isCommonText = key && *key != CommonKey::Artwork;
     return isCommonText ? std::min(longestCommonText, textBudget_) : textBudget_;
 }
 
 bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length) {
-    if (!wants(key) || length > roomForText(key))
+    if (!wants(key) || length > maxTextSize(key))
         return false;
     textBudget_ -= length;
     return true;
@@ -69,17 +69,17 @@ bool ItemCollector::wantsText(std::optional<CommonKey> key, std::uint64_t length
 void ItemCollector::add(MediaItem item) {
     if (item.commonKey)
         item.name = infoName(*item.commonKey);
-    found_.push_back({.item = std::move(item), .undecided = {}});
+    found_.push_back({.item = std::move(item), .rawBytes = {}});
 }
 
 void ItemCollector::add(MediaItem item, TagText text) {
     item.text = joinedValues(text.decoded);
     add(std::move(item));
-    found_.back().undecided = std::move(text.undecided);
+    found_.back().rawBytes = std::move(text.rawBytes);
 }
 
 void ItemCollector::addFallback(CommonKey key, TagText text) {
-    if (text.decoded.isEmpty() && text.undecided.isEmpty())
+    if (text.decoded.isEmpty() && text.rawBytes.isEmpty())
         return;
     MediaItem item;
     item.commonKey = key;
@@ -91,7 +91,7 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
     for (Found& found : std::span(found_).subspan(since)) {
         if (found.item.commonKey != key || !found.item.text)
             continue;
-        if (!found.undecided.isEmpty() || !text.undecided.isEmpty())
+        if (!found.rawBytes.isEmpty() || !text.rawBytes.isEmpty())
             return false;
         if (found.values++ < maxValues)
             found.item.text = joinedValues(*found.item.text + QChar(u'\0') + text.decoded);
@@ -107,7 +107,7 @@ void ItemCollector::moveToEnd(std::size_t count) {
 bool ItemCollector::has(CommonKey key) const {
     return std::ranges::any_of(found_, [key](const Found& found) {
         return found.item.commonKey == key && !found.isFallback &&
-               (!found.undecided.isEmpty() || saysSomething(found.item));
+               (!found.rawBytes.isEmpty() || hasText(found.item));
     });
 }
 
@@ -115,26 +115,27 @@ bool ItemCollector::hasAllCommonTexts() const {
     return has(CommonKey::Title) && has(CommonKey::Artist) && has(CommonKey::AlbumName);
 }
 
-void ItemCollector::decodeUndecided() {
-    std::vector<QByteArray> judged;
+void ItemCollector::decodeRawTexts() {
+    std::vector<QByteArray> texts;
     for (const Found& found : found_) {
-        if (found.item.commonKey && !found.undecided.isEmpty())
-            judged.push_back(found.undecided);
+        if (found.item.commonKey && !found.rawBytes.isEmpty())
+            texts.push_back(found.rawBytes);
     }
-    const LegacyEncoding common = judgeLegacyEncoding(judged);
+    const LegacyEncoding common = detectLegacyEncoding(texts);
     for (Found& found : found_) {
-        if (found.undecided.isEmpty())
+        if (found.rawBytes.isEmpty())
             continue;
         // Western words mix with any other language; two others rarely mix.
-        const bool isJudged = found.item.commonKey || (common != LegacyEncoding::Utf8 &&
-                                                       common != LegacyEncoding::Windows1252);
-        const LegacyEncoding encoding = isJudged ? common : judgeLegacyEncoding({found.undecided});
-        found.item.text = joinedValues(decodeLegacyText(found.undecided, encoding));
+        const bool usesCommon = found.item.commonKey || (common != LegacyEncoding::Utf8 &&
+                                                         common != LegacyEncoding::Windows1252);
+        const LegacyEncoding encoding =
+            usesCommon ? common : detectLegacyEncoding({found.rawBytes});
+        found.item.text = joinedValues(decodeLegacyText(found.rawBytes, encoding));
     }
 }
 
 std::vector<MediaItem> ItemCollector::takeItems() {
-    decodeUndecided();
+    decodeRawTexts();
     std::vector<MediaItem> items;
     items.reserve(found_.size());
     for (Found& found : found_) {
@@ -144,7 +145,7 @@ std::vector<MediaItem> ItemCollector::takeItems() {
     const auto isMissing = [&items, count = items.size()](std::optional<CommonKey> key) {
         return std::none_of(
             items.begin(), items.begin() + static_cast<std::ptrdiff_t>(count),
-            [key](const MediaItem& item) { return item.commonKey == key && saysSomething(item); });
+            [key](const MediaItem& item) { return item.commonKey == key && hasText(item); });
     };
     for (Found& found : found_) {
         if (found.isFallback && isMissing(found.item.commonKey))

@@ -28,7 +28,7 @@ class ItemCollector {
     [[nodiscard]] bool wantsText(std::optional<CommonKey> key, std::uint64_t length);
 
     /// The maximum size of a text with this meaning, in bytes.
-    [[nodiscard]] std::uint64_t roomForText(std::optional<CommonKey> key) const;
+    [[nodiscard]] std::uint64_t maxTextSize(std::optional<CommonKey> key) const;
 
     /// Whether one more compressed value may be decompressed on request. Files have few of them,
     /// and each can expand a thousandfold.
@@ -59,13 +59,13 @@ class ItemCollector {
   private:
     struct Found {
         MediaItem item;
-        QByteArray undecided;
+        QByteArray rawBytes;
         bool isFallback = false;
         int values = 1;
     };
 
     [[nodiscard]] bool has(CommonKey key) const;
-    void decodeUndecided();
+    void decodeRawTexts();
 
     Wanted wanted_;
     std::uint64_t textBudget_;

@@ -51,7 +51,7 @@ void Mp4Fragments::readTrackPart(const Mp4Atom& atom, Track& track) {
         track.isSound = cursor.readU32() == 0x736F756E; // "soun"
 }
 
-/// An edit without a place in the media is silence ahead of it, which no player plays.
+/// An edit without a media time is leading silence, which no player plays.
 void Mp4Fragments::readEdits(const Mp4Atom& list, bool isLong, Track& track) {
     constexpr std::uint64_t headerSize = 8;
     constexpr int maxEdits = 100;

@@ -175,7 +175,7 @@ std::optional<TagText> Mp4Tags::textOf(const MediaItem& item, const Value& value
         return std::nullopt;
     const QByteArray bytes = parse_.window.copy(value.offset, value.size);
     if (value.type == utf16Type)
-        return TagText{.decoded = decodeUtf16BigEndian(bytes), .undecided = {}};
+        return TagText{.decoded = decodeUtf16BigEndian(bytes), .rawBytes = {}};
     return utf8Text(bytes);
 }
 
@@ -200,7 +200,7 @@ void Mp4Tags::readUserText(const Mp4Atom& atom) {
     const QByteArray bytes = parse_.window.copy(atom.body + 4, *length);
     const bool isUtf16 = bytes.startsWith("\xFE\xFF") || bytes.startsWith("\xFF\xFE");
     parse_.items.add(std::move(item), isUtf16
-                                          ? TagText{.decoded = decodeUtf16(bytes), .undecided = {}}
+                                          ? TagText{.decoded = decodeUtf16(bytes), .rawBytes = {}}
                                           : utf8Text(bytes));
 }
 

@@ -10,7 +10,7 @@ namespace tamsy::media {
 
 namespace {
 
-// The last page begins within the longest page's size of the end; most end within far less.
+// A page has at most 64 KB; most have far less.
 constexpr std::uint64_t tailSizes[] = {8192, 66'000};
 
 constexpr int maxFlacBlocks = 64;
@@ -25,10 +25,10 @@ Bytes bytesOf(const QByteArray& bytes) {
     return std::as_bytes(std::span(bytes));
 }
 
-/// Samples in the packets that it is given in a row.
+/// Counts the samples of consecutive packets.
 class SampleCounter {
   public:
-    /// Takes the stream's header packets off `walk`; nothing if they are damaged.
+    /// Reads the header packets from `walk`; nothing if they are damaged.
     static std::optional<SampleCounter> start(OggPacketWalk& walk, const OggStream& stream) {
         SampleCounter counter(stream);
         const Packet identification = walk.next();
@@ -39,7 +39,7 @@ class SampleCounter {
         if (!setup)
             return std::nullopt;
         const QByteArray first = startOf(identification, 30);
-        constexpr std::uint64_t maxModes = 4096; // bytes; they end the header
+        constexpr std::uint64_t maxModes = 4096; // bytes, at the end of the header
         const std::uint64_t length = std::min(setup->size(), maxModes);
         const QByteArray third = setup->copy(setup->size() - length, length);
         counter.blockSizes_ = VorbisBlockSizes::parse(bytesOf(first), bytesOf(third));
@@ -59,8 +59,8 @@ class SampleCounter {
         if (stream_.codec == OggCodec::Opus)
             return opusSamples(bytesOf(start));
         const std::uint32_t block = start.isEmpty() ? 0 : blockSizes_->of(bytesOf(start).front());
-        const std::uint64_t samples = before_ == 0 ? 0 : (before_ + block) / 4;
-        before_ = block;
+        const std::uint64_t samples = previousBlock_ == 0 ? 0 : (previousBlock_ + block) / 4;
+        previousBlock_ = block;
         return samples;
     }
 
@@ -69,7 +69,7 @@ class SampleCounter {
 
     OggStream stream_;
     std::optional<VorbisBlockSizes> blockSizes_;
-    std::uint32_t before_ = 0; // size of the block before
+    std::uint32_t previousBlock_ = 0; // samples
 };
 
 /// The position of the link's first sample.
@@ -115,8 +115,8 @@ double oggDuration(MediaParse& parse, const OggStream& stream, std::uint64_t end
         const auto granule = lastGranule(*parse.source, end, length, stream.serial);
         if (!granule)
             continue;
-        const std::uint64_t unheard = firstGranule(parse, stream) + stream.preSkip;
-        return static_cast<double>(*granule - std::min(*granule, unheard)) / stream.sampleRate;
+        const std::uint64_t start = firstGranule(parse, stream) + stream.preSkip;
+        return static_cast<double>(*granule - std::min(*granule, start)) / stream.sampleRate;
     }
     return 0;
 }

@@ -6,14 +6,14 @@ namespace tamsy::media {
 
 enum class OggCodec { Vorbis, Opus, Flac, Speex };
 
-/// A stream of sound in an Ogg file.
+/// An audio stream in an Ogg file.
 struct OggStream {
     OggCodec codec = OggCodec::Vorbis;
     std::uint64_t offset = 0; ///< of its first page
     std::uint32_t serial = 0;
     std::uint32_t sampleRate = 0;
-    std::uint64_t preSkip = 0;       ///< samples that Opus decodes and drops
-    std::uint64_t packetSamples = 0; ///< in each packet of Speex
+    std::uint64_t preSkip = 0;       ///< samples at the start that Opus drops
+    std::uint64_t packetSamples = 0; ///< of Speex
 };
 
 /// The duration in seconds of a stream that starts with the first sample in its link, which may be

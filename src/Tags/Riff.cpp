@@ -25,8 +25,8 @@ struct WaveFormat {
     std::uint32_t sampleRate = 0;
     std::uint32_t bytesPerSecond = 0;
     std::uint16_t blockSize = 0;
-    std::uint16_t framesPerBlock = 0; ///< of a compressed format
-    std::uint32_t notedFrames = 0;    ///< from a fact chunk
+    std::uint16_t framesPerBlock = 0; ///< if compressed
+    std::uint32_t factFrames = 0;     ///< from a fact chunk
     std::uint64_t data = 0;           ///< offset of the audio data
     std::uint64_t dataBytes = 0;
     std::uint64_t longDataBytes = 0;
@@ -58,13 +58,13 @@ double durationOf(const WaveFormat& wave) {
         return bytes / wave.blockSize / wave.sampleRate;
     const double byRate = wave.bytesPerSecond != 0 ? bytes / wave.bytesPerSecond : 0;
     const double blocks = bytes / wave.blockSize * wave.framesPerBlock / wave.sampleRate;
-    const double told = wave.notedFrames / static_cast<double>(wave.sampleRate);
+    const double stated = wave.factFrames / static_cast<double>(wave.sampleRate);
     const double expected = blocks > 0 ? blocks : byRate;
     // The fact chunk excludes the padding of the last block. One that differs by more is wrong.
     const double tolerance =
         std::max(0.05, 2.0 * wave.framesPerBlock / static_cast<double>(wave.sampleRate));
     const double farthest = blocks > 0 ? tolerance : expected;
-    return told > 0 && std::abs(told - expected) < farthest ? told : expected;
+    return stated > 0 && std::abs(stated - expected) < farthest ? stated : expected;
 }
 
 /// MPEG frames in a WAVE file are measured like an MP3 file.
@@ -113,7 +113,7 @@ double readRiff(MediaParse& parse, std::uint64_t offset) {
         } else if (chunk->name == "ds64" && cursor.skip(8)) {
             wave.longDataBytes = cursor.readU64LE().value_or(0);
         } else if (chunk->name == "fact") {
-            wave.notedFrames = cursor.readU32LE().value_or(0);
+            wave.factFrames = cursor.readU32LE().value_or(0);
         } else if (chunk->name == "data") {
             if (chunk->claimed == sizeIsElsewhere && wave.longDataBytes != 0)
                 walk.resize(*chunk, wave.longDataBytes);

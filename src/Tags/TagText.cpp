@@ -40,16 +40,16 @@ QStringDecoder::Encoding likelyOrder(QByteArrayView bytes) {
 TagText utf8Text(QByteArrayView bytes) {
     auto text = decodeStrictUtf8(bytes);
     if (!text)
-        return {.decoded = {}, .undecided = bytes.toByteArray()};
-    return {.decoded = std::move(*text), .undecided = {}};
+        return {.decoded = {}, .rawBytes = bytes.toByteArray()};
+    return {.decoded = std::move(*text), .rawBytes = {}};
 }
 
 TagText legacyText(QByteArrayView bytes) {
     const bool isAscii =
         std::ranges::all_of(bytes, [](char byte) { return static_cast<signed char>(byte) >= 0; });
     if (isAscii)
-        return {.decoded = QString::fromLatin1(bytes), .undecided = {}};
-    return {.decoded = {}, .undecided = bytes.toByteArray()};
+        return {.decoded = QString::fromLatin1(bytes), .rawBytes = {}};
+    return {.decoded = {}, .rawBytes = bytes.toByteArray()};
 }
 
 QString decodeUtf16(QByteArrayView bytes) {

@@ -10,7 +10,7 @@ namespace tamsy::media {
 /// A tag's text: decoded, or raw bytes whose encoding is detected when the whole tag has been read.
 struct TagText {
     QString decoded;
-    QByteArray undecided;
+    QByteArray rawBytes;
 };
 
 /// The text of a field that should be UTF-8: decoded if it is, else raw.

@@ -27,7 +27,7 @@ TEST(LegacyText, IsJudgedByAllTextsOfATagTogether) {
          Gb18030},
     };
     for (const auto& [texts, encoding] : rows)
-        EXPECT_EQ(judgeLegacyEncoding(texts), encoding) << (texts.empty() ? "" : texts[0].data());
+        EXPECT_EQ(detectLegacyEncoding(texts), encoding) << (texts.empty() ? "" : texts[0].data());
 }
 
 TEST(LegacyText, DecodesRealTitlesOfEachEncoding) {
@@ -44,7 +44,7 @@ TEST(LegacyText, DecodesRealTitlesOfEachEncoding) {
         std::vector<QByteArray> texts;
         for (const QByteArray& cell : cells.sliced(1))
             texts.push_back(convertText(cell, "UTF-8", cells[0].constData()));
-        const LegacyEncoding encoding = judgeLegacyEncoding(texts);
+        const LegacyEncoding encoding = detectLegacyEncoding(texts);
         const bool isRight = decodeLegacyText(texts[0], encoding).toUtf8() == cells[1] &&
                              decodeLegacyText(texts[1], encoding).toUtf8() == cells[2];
         Count& count = counts[cells[0]];

@@ -117,7 +117,7 @@ std::uint64_t endOfTag(Window& window, std::uint64_t position) {
     if (ByteCursor(bytes).readU24() == 0x494433U /* "ID3" */)
         return endOfLeadingTags(window.file(), position);
     // Header and footer have the same format, and the size includes only one of them.
-    const auto header = readApeFooter(bytes);
+    const auto header = parseApeFooter(bytes);
     return header ? position + header->itemBytes + 2 * ApeFooter::size : position;
 }
 

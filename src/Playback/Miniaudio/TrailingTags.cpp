@@ -40,7 +40,7 @@ std::uint64_t tagSizeBefore(const AudioFile& file, std::uint64_t end) {
     Tail tail(file, end);
     if (tail.has(id3v1Size, "TAG"))
         return id3v1Size;
-    if (const auto footer = readApeFooter(tail.at(ApeFooter::size, ApeFooter::size))) {
+    if (const auto footer = parseApeFooter(tail.at(ApeFooter::size, ApeFooter::size))) {
         const std::uint64_t size = footer->itemBytes + ApeFooter::size;
         const bool hasHeader = tail.has(size + ApeFooter::size, "APETAGEX");
         return size + (hasHeader ? ApeFooter::size : 0);
