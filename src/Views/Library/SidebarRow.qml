@@ -84,6 +84,9 @@ Item {
     AppMenu {
         id: menu
 
+        // Without the release: the finger that has opened the menu never rests.
+        closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
+
         AppMenuItem {
             text: "重新扫描"
             onTriggered: row.rescanRequested()

@@ -10,7 +10,7 @@ Item {
     required property real fraction
     /// Whether the thumb shows at the end of the filled part.
     required property bool showsThumb
-    readonly property alias hovered: mouse.containsMouse
+    readonly property alias hovered: pointer.hovered
 
     /// The pointer is at this fraction of the width, clamped to 0 to 1.
     signal dragged(fraction: real)
@@ -65,8 +65,8 @@ Item {
         ink: Qt.rgba(1, 1, 1, 0.9)
     }
 
-    MouseArea {
-        id: mouse
+    PointerArea {
+        id: pointer
 
         function fractionAt(x: real): real {
             const width = Math.max(bar.width, 1);
@@ -77,7 +77,6 @@ Item {
         property int turned: 0
 
         anchors.fill: parent
-        hoverEnabled: true
         preventStealing: true
         onPressed: mouse => bar.dragged(fractionAt(mouse.x))
         onPositionChanged: mouse => {

@@ -5,11 +5,11 @@
 #include "Views/AccessibleWalk.h"
 #include "Views/Controls/CoverProvider.h"
 #include "Views/Controls/Thumbnail.h"
+#include "Views/Finger.h"
 #include "Views/Library/FolderPanelController.h"
 
 #include <QElapsedTimer>
 #include <QMimeData>
-#include <QPointingDevice>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
@@ -189,33 +189,30 @@ TEST_F(MainWindowTest, CoversComeThoughTheListChangesWhileTheyLoad) {
 }
 
 TEST_F(MainWindowTest, AFingerScrollsAndATapPlays) {
-    QPointingDevice* screen = QTest::createTouchDevice();
+    Finger finger(window);
     const QString name = u"歌 08   0:01"_qs;
     const double top = itemNamed(accessible(window), name)->mapToScene({}).y();
-    QTest::touchEvent(window, screen).press(0, row(8));
-    for (int step = 1; step <= 10; ++step) {
-        QTest::touchEvent(window, screen).move(0, row(8) - QPoint(0, 15 * step));
-        QTest::qWait(10);
-    }
-    QTest::touchEvent(window, screen).release(0, row(8) - QPoint(0, 150));
-    QTest::qWait(10);
+    finger.drag(row(8), row(8) - QPoint(0, 150));
     EXPECT_TRUE(QTest::qWaitFor([&] {
         const QQuickItem* dragged = itemNamed(accessible(window), name);
         return dragged == nullptr || dragged->mapToScene({}).y() < top - 100;
     }));
     EXPECT_EQ(playing(), -1);
     QTest::qWait(500); // a flick ends
-    QTest::touchEvent(window, screen).press(0, row(3));
-    QTest::qWait(10);
+    finger.press(row(3));
     EXPECT_EQ(playing(), -1); // it might still be a scroll
-    QTest::touchEvent(window, screen).release(0, row(3));
-    QTest::qWait(10);
+    finger.release(row(3));
     EXPECT_GE(playing(), 3);
     EXPECT_EQ(fake->loads(), 1);
+    settle();
+    finger.drag({500, 703}, {700, 703}); // the slider
+    EXPECT_THAT(fake->calls, Contains(StartsWith("seek 6")));
 
-    QTest::touchEvent(window, screen).press(0, {60, 56}); // the folder
+    const QPoint folder(60, 56);
+    finger.press(folder);
     QTest::qWait(1000);
-    QTest::touchEvent(window, screen).release(0, {60, 56});
+    finger.moveTo(folder - QPoint(3, 3)); // beside the menu that has opened
+    finger.release(folder - QPoint(3, 3));
     choose(2);
     EXPECT_TRUE(QTest::qWaitFor([this] { return library->folders().isEmpty(); }));
 }

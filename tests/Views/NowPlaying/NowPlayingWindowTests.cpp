@@ -3,6 +3,7 @@
 #include "ViewModels/LyricsFontSize.h"
 #include "ViewModels/PlayerViewModel.h"
 #include "Views/AccessibleWalk.h"
+#include "Views/Finger.h"
 #include "Views/NowPlaying/NowPlayingWindowController.h"
 
 #include <QQmlEngine>
@@ -120,6 +121,9 @@ TEST_F(NowPlayingWindowTest, ADragSeeksOnceAtItsEnd) {
     fake->calls.clear();
     QTest::mouseClick(window, Qt::LeftButton, {}, at(item(timeBar), 0.25));
     EXPECT_THAT(fake->calls, ElementsAre("seek 25")); // a click is a drag of one step
+    fake->calls.clear();
+    Finger(window).drag(at(item(timeBar), 0.25), at(item(timeBar), 0.5));
+    EXPECT_THAT(fake->calls, ElementsAre("seek 50"));
 }
 
 TEST_F(NowPlayingWindowTest, TheVolumeChangesAtTheDragsEndOnly) {
@@ -201,6 +205,25 @@ TEST_F(NowPlayingWindowTest, TheSheetLeavesShortcutsAliveAndPlaysOnceForADoubleC
     EXPECT_FALSE(window->isVisible());
 }
 
+TEST_F(NowPlayingWindowTest, AFingerScrollsThePickerAndATapPicks) {
+    QStringList names;
+    for (int i = 10; i < 50; ++i)
+        names.append(QString::number(i));
+    add(u"更多"_qs, names);
+    library->setSelectedFolderId(library->folders().constLast().id);
+    openPicker();
+    fake->calls.clear();
+    Finger finger(window);
+    const QPoint row = at(item(u"16  0:01"_qs), 0.5);
+    finger.drag(row, row - QPoint(0, 200));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return item(u"11  0:01"_qs) == nullptr; }));
+    EXPECT_EQ(fake->loads(), 0);
+    QTest::qWait(500); // a flick ends
+    finger.tap(row);
+    EXPECT_EQ(fake->loads(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(u"选择歌曲"_qs) == nullptr; }));
+}
+
 TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
     const Track track = library->filteredTracks().at(2);
     QFile sidecar(QString::fromUtf8(track.url.path().chopped(3) + "lrc"));
@@ -232,6 +255,13 @@ TEST_F(NowPlayingWindowTest, TheCurrentLineStandsAtTheTop) {
         fake->currentTimeSubject_.send(line + 0.5);
         QTest::qWait(5);
     }
+    EXPECT_TRUE(comesToTheTop(70));
+    const QPoint below(900, 600);
+    Finger(window).drag(below, below - QPoint(0, 150));
+    EXPECT_LT(topOf(71), 300); // until the next line comes
+    fake->currentTimeSubject_.send(71.5);
+    EXPECT_TRUE(comesToTheTop(71));
+    fake->currentTimeSubject_.send(70.5);
     EXPECT_TRUE(comesToTheTop(70));
     click(u"歌词"_qs);
     QTest::qWait(300);
@@ -287,6 +317,8 @@ TEST_F(NowPlayingWindowTest, PlainLinesStandStill) {
     EXPECT_LT(row("one")->mapToScene({0, 0}).y(), 0);
     QTest::keyClick(window, Qt::Key_Home);
     EXPECT_EQ(row("one")->mapToScene({0, 0}).y(), 30);
+    Finger(window).drag({900, 120}, {900, 20});
+    EXPECT_LT(row("one")->mapToScene({0, 0}).y(), 0);
 }
 
 TEST_F(NowPlayingWindowTest, EveryControlHasARoleAndAName) {
