@@ -11,6 +11,15 @@ AppWindow {
     required property LyricsFontSize lyricsFontSize
     /// Whether any part of the window can be seen.
     property bool canBeSeen: true
+    /// What the end of the full screen goes back to.
+    property int visibilityBefore: Window.Windowed
+
+    function toggleFullScreen() {
+        const isFull = visibility === Window.FullScreen;
+        if (!isFull)
+            visibilityBefore = visibility;
+        visibility = isFull ? visibilityBefore : Window.FullScreen;
+    }
 
     width: 1200
     height: 800
@@ -37,12 +46,12 @@ AppWindow {
     }
     Shortcut {
         sequence: "F11"
-        onActivated: window.visibility = window.visibility === Window.FullScreen ? Window.Windowed : Window.FullScreen
+        onActivated: window.toggleFullScreen()
     }
     Shortcut {
         sequence: "Escape"
         enabled: window.visibility === Window.FullScreen
-        onActivated: window.visibility = Window.Windowed
+        onActivated: window.toggleFullScreen()
     }
     WindowKeys {
         player: window.player

@@ -152,10 +152,13 @@ TEST_F(NowPlayingWindowTest, ButtonsAndKeysActAndTheLogTellsTheStateAfterwards) 
     EXPECT_EQ(lyricsFontSize.points(), 50);
     QTest::keyClick(window, Qt::Key_Down);
     EXPECT_NEAR(player.volume(), 0.45, 1e-6);
-    QTest::keyClick(window, Qt::Key_F11);
-    EXPECT_EQ(window->visibility(), QWindow::FullScreen);
-    QTest::keyClick(window, Qt::Key_Escape);
-    EXPECT_EQ(window->visibility(), QWindow::Windowed);
+    for (const auto before : {QWindow::Maximized, QWindow::Windowed}) {
+        window->setVisibility(before);
+        QTest::keyClick(window, Qt::Key_F11);
+        EXPECT_EQ(window->visibility(), QWindow::FullScreen);
+        QTest::keyClick(window, Qt::Key_Escape);
+        EXPECT_EQ(window->visibility(), before);
+    }
 }
 
 TEST_F(NowPlayingWindowTest, ClosedItIsKeptWithItsState) {
