@@ -1,3 +1,4 @@
+#include "Platform/Desktop/MissingPackages.h"
 #include "Platform/Desktop/SingleInstance.h"
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Storage/LargeMemory.h"
@@ -59,6 +60,11 @@ int main(int argc, char** argv) {
         std::make_unique<tamsy::SingleInstance>(tamsy::UserDefaults::configurationDirectory());
     if (!instance->acquire())
         return 0;
+    const QString missing = tamsy::packageOfMissingPlatform(QCoreApplication::libraryPaths());
+    if (!missing.isEmpty()) {
+        qWarning("[Start] no window: install %s", qPrintable(missing));
+        return 1;
+    }
     // Text is also drawn into layers over moving colours, where subpixel edges would be visible.
     qputenv("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
     QQuickStyle::setStyle(QStringLiteral("Fusion"));

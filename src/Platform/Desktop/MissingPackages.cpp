@@ -1,9 +1,12 @@
 #include "Platform/Desktop/MissingPackages.h"
 
+#include <QDir>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace tamsy {
 
@@ -14,6 +17,19 @@ QString packageOfMissingModule(const QString& error) {
     if (!found.hasMatch())
         return {};
     return QStringLiteral("qml6-module-") + found.captured(1).toLower().replace(u'.', u'-');
+}
+
+QString packageOfMissingPlatform(const QStringList& pluginDirectories) {
+    const bool isChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") ||
+                          !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM_PLUGIN_PATH");
+    if (isChosen || !qEnvironmentVariableIsEmpty("DISPLAY") ||
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        return {};
+    const bool isThere = std::ranges::any_of(pluginDirectories, [](const QString& directory) {
+        const QStringList plugins{QStringLiteral("libqwayland*")};
+        return !QDir(directory + QStringLiteral("/platforms")).entryList(plugins).isEmpty();
+    });
+    return isThere ? QString() : QStringLiteral("qt6-wayland");
 }
 
 void reportMissingPackages() {
