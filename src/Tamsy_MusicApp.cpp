@@ -69,6 +69,10 @@ bool Tamsy_MusicApp::openMainWindow() {
     followWindowState(window);
     connect(window, &QQuickWindow::frameSwapped, this, &Tamsy_MusicApp::joinDesktop,
             Qt::SingleShotConnection);
+    // Queued: first the window takes the new colours.
+    connect(
+        &colorScheme_, &ColorScheme::isDarkChanged, window,
+        [window] { repaintDecoration(*window); }, Qt::QueuedConnection);
     return true;
 }
 

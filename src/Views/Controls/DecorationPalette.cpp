@@ -11,8 +11,12 @@ QColor colorOf(const QWindow& window, const QString& role) {
     return QQmlProperty::read(&window, role).value<QColor>();
 }
 
+bool isOnWayland() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
 void setPalette(const QPalette& palette) {
-    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    if (isOnWayland())
         QGuiApplication::setPalette(palette);
 }
 
@@ -30,6 +34,15 @@ DecorationPalette::DecorationPalette(const QWindow& window) : former_(QGuiApplic
 
 DecorationPalette::~DecorationPalette() {
     setPalette(former_);
+}
+
+void repaintDecoration(QWindow& window) {
+    if (!isOnWayland() || window.frameMargins().isNull())
+        return;
+    // It reads its colours when it is made.
+    const DecorationPalette colors(window);
+    window.setFlag(Qt::FramelessWindowHint, true);
+    window.setFlag(Qt::FramelessWindowHint, false);
 }
 
 } // namespace tamsy

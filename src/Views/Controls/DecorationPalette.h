@@ -22,4 +22,7 @@ class DecorationPalette {
     const QPalette former_;
 };
 
+/// Lets Qt paint a title bar that it has painted anew, in the window's colours of now.
+void repaintDecoration(QWindow& window);
+
 } // namespace tamsy
