@@ -165,6 +165,7 @@ void Tamsy_MusicApp::raiseMainWindow(const QByteArray& activationToken) {
     qputenv("XDG_ACTIVATION_TOKEN", activationToken);
     window->raise();
     window->requestActivate();
+    window->alert(0); // where it may not come to the front; ends as soon as it has the focus
 }
 
 } // namespace tamsy
