@@ -15,6 +15,11 @@
 namespace tamsy {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+/// SDL doesn't notice the end of a PipeWire server: the device stays open and pulls no more frames.
+constexpr std::chrono::seconds silenceLimit{2};
+
 /// Frames per callback. SDL buffers two or three times as many, 85 to 128 ms.
 constexpr Uint16 periodFrames = 2048;
 
@@ -39,12 +44,6 @@ void leaveSubsystem() {
         SDL_AudioQuit();
 }
 
-void fill(void* renderer, Uint8* bytes, int size) {
-    const std::size_t count = static_cast<std::size_t>(size) / sizeof(StereoFrame);
-    auto* frames = reinterpret_cast<StereoFrame*>(bytes);
-    static_cast<AudioRenderer*>(renderer)->render(std::span(frames, count));
-}
-
 void ignoreMessage(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
                    const char* /*format*/, ...) {}
 
@@ -66,6 +65,13 @@ std::unique_ptr<SDLAudioOutput> SDLAudioOutput::open(AudioRenderer& renderer) {
     return output->openDevice() ? std::move(output) : nullptr;
 }
 
+void SDLAudioOutput::fill(void* output, std::uint8_t* bytes, int size) {
+    auto* self = static_cast<SDLAudioOutput*>(output);
+    self->pulledAt_ = Clock::now().time_since_epoch();
+    const std::size_t count = static_cast<std::size_t>(size) / sizeof(StereoFrame);
+    self->renderer_.render(std::span(reinterpret_cast<StereoFrame*>(bytes), count));
+}
+
 SDLAudioOutput::~SDLAudioOutput() {
     closeDevice();
 }
@@ -82,7 +88,7 @@ bool SDLAudioOutput::openDevice() {
     wanted.channels = 2;
     wanted.samples = periodFrames;
     wanted.callback = &fill;
-    wanted.userdata = &renderer_;
+    wanted.userdata = this;
     device_ = SDL_OpenAudioDevice(nullptr, 0, &wanted, nullptr, 0);
     if (device_ == 0)
         leaveSubsystem();
@@ -100,6 +106,7 @@ void SDLAudioOutput::closeDevice() {
 bool SDLAudioOutput::start() {
     if (device_ == 0 && !openDevice())
         return false;
+    pulledAt_ = Clock::now().time_since_epoch();
     SDL_PauseAudioDevice(device_, 0);
     return true;
 }
@@ -109,7 +116,8 @@ void SDLAudioOutput::hold() {
 }
 
 bool SDLAudioOutput::isAlive() const {
-    return device_ == 0 || SDL_GetAudioDeviceStatus(device_) != SDL_AUDIO_STOPPED;
+    return device_ == 0 || (SDL_GetAudioDeviceStatus(device_) != SDL_AUDIO_STOPPED &&
+                            Clock::now().time_since_epoch() - pulledAt_.load() < silenceLimit);
 }
 
 } // namespace tamsy

@@ -2,6 +2,8 @@
 
 #include "Playback/Output/AudioOutput.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -27,9 +29,12 @@ class SDLAudioOutput final : public AudioOutput {
     explicit SDLAudioOutput(AudioRenderer& renderer) : renderer_(renderer) {}
     [[nodiscard]] bool openDevice();
     void closeDevice();
+    static void fill(void* output, std::uint8_t* bytes, int size);
 
     AudioRenderer& renderer_;
     std::uint32_t device_ = 0; // SDL's number of the device; 0 if it is closed
+    // When frames were pulled last; set by the device's thread, and by a start.
+    std::atomic<std::chrono::steady_clock::duration> pulledAt_{};
 };
 
 } // namespace tamsy
