@@ -38,11 +38,18 @@ constexpr int defaultCovers = 1000;
 constexpr int patience = 30000;      // milliseconds
 constexpr QColor ground(20, 10, 40); // the first cover's colour, on which every stroke is visible
 
-class NoPanel : public FolderPanel {
+/// Always chooses the same folder.
+class OneFolder : public FolderPanel {
+  public:
+    explicit OneFolder(FileURL folder) : folder_(std::move(folder)) {}
+
     void runModal(const QString& /*prompt*/, const QString& /*message*/,
                   Completion completion) override {
-        completion(std::nullopt);
+        completion(folder_);
     }
+
+  private:
+    const FileURL folder_;
 };
 
 /// Two random colours, one above the other; the first cover is dark, every fourth nearly white.
@@ -96,6 +103,44 @@ class Sample {
         return brightness[static_cast<std::size_t>(y * rect.width() + x)];
     }
 };
+
+/// A track of each cover's album, and the texts in the window while it plays.
+struct Scene {
+    QString track;
+    QByteArray lyrics;
+    int everyCover; ///< 10 for every tenth cover
+    std::vector<Sample> samples;
+};
+
+std::vector<Scene> makeScenes() {
+    const QString current = QStringLiteral("Carry them home");
+    const QString later = QStringLiteral("上山的路还很长");
+    const QString title = QStringLiteral("Paper Lanterns");
+    std::vector<Scene> scenes;
+    scenes.push_back({title,
+                      "[00:00.00]" + current.toUtf8() + "\n[00:10.00]" + later.toUtf8(),
+                      1,
+                      {{"title", title},
+                       {"artist", QStringLiteral("Night Ferry")},
+                       {"times", QStringLiteral("0:00")},
+                       {"current line", current},
+                       {"later line", later}}});
+    scenes.push_back({QStringLiteral("none"), {}, 10, {{"no lyrics", QStringLiteral("暂无歌词")}}});
+    return scenes;
+}
+
+/// Makes the folder of a cover with a track of each scene.
+bool makeAlbum(const QString& folder, const std::vector<Scene>& scenes) {
+    QDir().mkdir(folder);
+    return std::ranges::all_of(scenes, [&](const Scene& scene) {
+        const QString name = folder + QLatin1Char('/') + scene.track;
+        QFile track(name + QStringLiteral(".mp3"));
+        QFile sidecar(name + QStringLiteral(".lrc"));
+        return track.open(QIODevice::WriteOnly) &&
+               (scene.lyrics.isEmpty() || (sidecar.open(QIODevice::WriteOnly) &&
+                                           sidecar.write(scene.lyrics) == scene.lyrics.size()));
+    });
+}
 
 /// Finds the strokes: the bright pixels on a dark background.
 void findStrokes(Sample& sample, const QImage& window) {
@@ -163,10 +208,18 @@ bool isOfType(const QQuickItem* item, QByteArrayView type) {
     return QByteArrayView(item->metaObject()->className()).startsWith(type);
 }
 
+/// Whether it is drawn; a blurred line only shows its blur.
+bool isShown(const QQuickItem* text) {
+    const QQuickItem* item = text;
+    while (item != nullptr && !isOfType(item, "LyricText"))
+        item = item->parentItem();
+    return (item != nullptr ? item : text)->isVisible();
+}
+
 QQuickItem* findText(const QQuickItem* parent, const QString& text) {
     return findItem(parent, [&](const QQuickItem* item) {
         return (isOfType(item, "ArtText") || isOfType(item, "LyricGlyphs")) &&
-               item->property("text").toString() == text;
+               item->property("text").toString() == text && isShown(item);
     });
 }
 
@@ -189,9 +242,24 @@ int main(int argc, char** argv) {
     const QTemporaryDir directory;
     UserDefaults defaults(QFile::encodeName(directory.path()));
     LyricsFontSize fontSize(defaults);
-    LibraryViewModel library(std::make_unique<FolderLibraryService>(
-                                 defaults, [](const FileURL&) { return AudioMetadata(); }),
-                             std::make_unique<NoPanel>());
+    std::vector<Scene> scenes = makeScenes();
+    const auto album = [&](int number) { return directory.filePath(QString::number(number)); };
+    for (int number = 0; number <= covers; ++number) {
+        if (!makeAlbum(album(number), scenes))
+            return 1;
+    }
+    LibraryViewModel library(
+        std::make_unique<FolderLibraryService>(defaults,
+                                               [](const FileURL& url) {
+                                                   AudioMetadata metadata;
+                                                   metadata.title = url.nameWithoutExtensionText();
+                                                   metadata.artist = QStringLiteral("Night Ferry");
+                                                   return metadata;
+                                               }),
+        std::make_unique<OneFolder>(FileURL::fromPath(QFile::encodeName(directory.path()))));
+    library.addFolderViaPanel();
+    if (!QTest::qWaitFor([&] { return !library.allTracks().isEmpty(); }, patience))
+        return 1;
     ArtworkLoader loader({.readMetadata =
                               [](const FileURL& url) {
                                   AudioMetadata metadata;
@@ -222,59 +290,47 @@ int main(int argc, char** argv) {
                  [](const QQuickItem* item) { return isOfType(item, "NowPlayingView"); }),
         "toggleLyrics");
 
-    std::vector<Sample> samples;
-    samples.emplace_back("title", QStringLiteral("Paper Lanterns"));
-    samples.emplace_back("times", QStringLiteral("0:00"));
-    samples.emplace_back("current line", QStringLiteral("Carry them home"));
-    samples.emplace_back("later line", QStringLiteral("上山的路还很长"));
-    const QByteArray lyrics =
-        "[00:00.00]" + samples[2].text.toUtf8() + "\n[00:10.00]" + samples[3].text.toUtf8() + '\n';
-
     for (int number = 0; number <= covers; ++number) {
-        const QString folder = directory.filePath(QString::number(number));
-        QDir().mkdir(folder);
-        QFile sidecar(folder + QLatin1String("/Paper Lanterns.lrc"));
-        if (!sidecar.open(QIODevice::WriteOnly) || sidecar.write(lyrics) < 0)
-            return 1;
-        sidecar.close();
-        const QImage before = player.currentArtwork();
-        player.play(
-            FileURL::fromPath(QFile::encodeName(folder + QStringLiteral("/Paper Lanterns.mp3"))));
-        const auto hasCover = [&] {
-            return player.currentArtwork().cacheKey() != before.cacheKey();
-        };
-        if (!QTest::qWaitFor(hasCover, patience))
-            return 1;
-        const auto hasTexts = [&] {
-            return std::ranges::all_of(samples, [&](const Sample& sample) {
-                return findText(window->contentItem(), sample.text) != nullptr;
-            });
-        };
-        if (!QTest::qWaitFor(hasTexts, patience))
-            return 1;
-        QTest::qWait(number == 0 ? 1000 : 60);
-        const QImage picture = window->grabWindow();
-        for (Sample& sample : samples) {
-            if (number == 0) {
-                const QQuickItem* item = findText(window->contentItem(), sample.text);
-                sample.rect = item->mapRectToScene(item->boundingRect())
-                                  .toAlignedRect()
-                                  .intersected(picture.rect());
-                findStrokes(sample, picture);
-            } else {
-                sample.contrasts.push_back(contrast(sample, picture));
+        for (Scene& scene : scenes) {
+            if (number % scene.everyCover != 0)
+                continue;
+            const QImage before = player.currentArtwork();
+            player.play(FileURL::fromPath(
+                QFile::encodeName(album(number) + QLatin1Char('/') + scene.track + u".mp3")));
+            const auto hasCome = [&] {
+                return player.currentArtwork().cacheKey() != before.cacheKey() &&
+                       std::ranges::all_of(scene.samples, [&](const Sample& sample) {
+                           return findText(window->contentItem(), sample.text) != nullptr;
+                       });
+            };
+            if (!QTest::qWaitFor(hasCome, patience))
+                return 1;
+            QTest::qWait(number == 0 ? 1000 : 60);
+            const QImage picture = window->grabWindow();
+            bool isWorst = false;
+            for (Sample& sample : scene.samples) {
+                if (number == 0) {
+                    const QQuickItem* item = findText(window->contentItem(), sample.text);
+                    sample.rect = item->mapRectToScene(item->boundingRect())
+                                      .toAlignedRect()
+                                      .intersected(picture.rect());
+                    findStrokes(sample, picture);
+                } else {
+                    sample.contrasts.push_back(contrast(sample, picture));
+                    isWorst |= sample.contrasts.size() > 1 &&
+                               sample.contrasts.back() == std::ranges::min(sample.contrasts);
+                }
             }
+            if (argc > 2 && isWorst)
+                picture.save(QStringLiteral("%1/worst-%2-%3.png")
+                                 .arg(QString::fromLocal8Bit(argv[2]), scene.track)
+                                 .arg(number));
         }
-        const auto isWorst = [](const Sample& sample) {
-            return sample.contrasts.size() > 1 &&
-                   sample.contrasts.back() == std::ranges::min(sample.contrasts);
-        };
-        if (argc > 2 && std::ranges::any_of(samples, isWorst))
-            picture.save(QString::fromLocal8Bit(argv[2]) +
-                         QStringLiteral("/worst-%1.png").arg(number));
     }
     player.endNowPlayingWindow();
-    for (Sample& sample : samples)
-        report(sample);
+    for (Scene& scene : scenes) {
+        for (Sample& sample : scene.samples)
+            report(sample);
+    }
     return 0;
 }
