@@ -186,8 +186,9 @@ class Tour:
         self.picture("now-playing", self.large)
 
     def follow_lyrics(self, title):
-        print("A click on the lyrics.")
+        print("A click on the lyrics, another at the start of the time bar.")
         self.large.click(self.large.find("歌词", BUTTON))
+        self.large.click(self.large.find("播放位置", ("slider",)), across=0.02)
         text = next(r.sidecar_lyrics for r in LIBRARY if r.title == title)
         lines = [(int(minute) * 60 + float(second), words)
                  for minute, second, words in re.findall(r"^\[(\d+):([\d.]+)\](.*)$", text, re.MULTILINE)]
