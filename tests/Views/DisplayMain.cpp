@@ -6,14 +6,14 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
-/// For tests with windows.
+/// For tests whose windows are drawn by a graphics driver.
 int main(int argc, char** argv) {
     QQuickStyle::setStyle(u"Fusion"_qs);
     QGuiApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     const int status = RUN_ALL_TESTS();
 #if defined(__SANITIZE_ADDRESS__)
-    // Later a graphics driver is unloaded, and what it still holds would look lost and nameless.
+    // Later the driver is unloaded, and what it still holds would look lost and nameless.
     __lsan_do_leak_check();
 #endif
     return status;
