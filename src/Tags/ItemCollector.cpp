@@ -101,7 +101,7 @@ bool ItemCollector::appendValue(std::size_t since, CommonKey key, const TagText&
 }
 
 void ItemCollector::moveToEnd(std::size_t count) {
-    std::ranges::rotate(found_, found_.begin() + static_cast<std::ptrdiff_t>(count));
+    std::rotate(found_.begin(), found_.begin() + static_cast<std::ptrdiff_t>(count), found_.end());
 }
 
 bool ItemCollector::has(CommonKey key) const {
