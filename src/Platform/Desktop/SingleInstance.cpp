@@ -112,7 +112,7 @@ bool SingleInstance::requestActivation() const {
 
 QByteArray SingleInstance::socketDirectory() {
     const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    const QByteArray own = runtime + "/tamsy-music";
+    QByteArray own = runtime + "/tamsy-music";
     if (runtime.startsWith('/') && ::access(runtime.constData(), W_OK | X_OK) == 0 &&
         own.size() + maxSocketNameSize <= maxSocketPathSize && isPrivateDirectory(own))
         return own;
