@@ -184,22 +184,22 @@ class OutputKeeper::Worker {
         startedAt_ = Clock::now();
         if (output_ && !output_->isAlive())
             output_.reset();
-        // If it doesn't start its server is gone; a new output uses the restarted server or another
-        // device.
+        // If it doesn't start, its server is gone; a new output uses the restarted server or
+        // another device.
         for (int attempt = 0; attempt < 2; ++attempt) {
             if (!output_)
                 openOutput(true);
             if (begin())
                 return;
         }
-        lostSince_ = Clock::now() - lossLimit; // it needs no time to restart: it never ran
+        lostSince_ = Clock::now() - lossLimit; // it never ran, so it counts as lost at once
         nextCheck_ = Clock::now() + checkInterval;
     }
 
     bool begin() {
         shared_->feed.forgetThread();
         nextCheck_ = Clock::now() + firstCheck;
-        // A server that hangs would play what it has got when it continues, wanted or not.
+        // A server that hangs would later play the frames it already has, wanted or not.
         if (output_ && output_->waitForServer() && (isSuperseded() || output_->start()))
             return true;
         output_.reset();

@@ -22,7 +22,7 @@ class DecorationPalette {
     const QPalette former_;
 };
 
-/// Lets Qt paint a title bar that it has painted anew, in the window's colours of now.
+/// Repaints a title bar that Qt paints, in the window's current colours.
 void repaintDecoration(QWindow& window);
 
 } // namespace tamsy
